@@ -1,0 +1,201 @@
+#include <limits>
+
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QtTest>
+
+#include "app/delegates/archivebackupstatusdelegate.h"
+#include "app/delegates/consistencycheckresultdelegate.h"
+#include "app/delegates/counterdelegate.h"
+#include "app/delegates/datetimedelegate.h"
+#include "app/delegates/doubedelegate.h"
+#include "app/delegates/doubletopercentdelegate.h"
+#include "app/delegates/duratondelegate.h"
+#include "app/delegates/planitemsdelegate.h"
+#include "app/delegates/planquickplanstatus.h"
+#include "app/delegates/plantypedelegate.h"
+#include "app/delegates/restoreverificationresultdelegate.h"
+#include "app/delegates/sizedelegate.h"
+#include "app/delegates/storagenamedelegate.h"
+#include "app/delegates/truefalsedelegate.h"
+#include "app/delegates/xmlstringdelegate.h"
+#include "testmain.h"
+
+using namespace NVB::GUI;
+
+namespace {
+const QString NA = QStringLiteral("N/A");
+}
+
+class TestValueDelegates : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shouldNameCodes_data()
+    {
+        QTest::addColumn<QString>("delegate");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("archive 0") << "archive" << QVariant(0) << "Incomplete";
+        QTest::newRow("archive 1") << "archive" << QVariant(1) << "CompleteWithErrors";
+        QTest::newRow("archive 2") << "archive" << QVariant(2) << "Succeed";
+        QTest::newRow("archive 3") << "archive" << QVariant(3) << NA;
+        QTest::newRow("consistency 0") << "consistency" << QVariant(0) << NA;
+        QTest::newRow("consistency 1") << "consistency" << QVariant(1) << "Successfully";
+        QTest::newRow("consistency 3") << "consistency" << QVariant(3) << "FilesListSizeDidNotMatch";
+        QTest::newRow("consistency 5") << "consistency" << QVariant(5) << "Forbidden";
+        QTest::newRow("consistency 6") << "consistency" << QVariant(6) << NA;
+        QTest::newRow("verification 2") << "verification" << QVariant(2) << "Warnings";
+        QTest::newRow("verification 4") << "verification" << QVariant(4) << NA;
+        QTest::newRow("plan type 0") << "plantype" << QVariant(0) << NA;
+        QTest::newRow("plan type 1") << "plantype" << QVariant(1) << "Backup";
+        QTest::newRow("plan type 2") << "plantype" << QVariant(2) << "Restore";
+        QTest::newRow("quick status 1") << "quick" << QVariant(1) << "Run";
+        QTest::newRow("quick status 2") << "quick" << QVariant(2) << "Stop";
+        QTest::newRow("quick status text") << "quick" << QVariant(QStringLiteral("x")) << NA;
+        QTest::newRow("true false 0") << "truefalse" << QVariant(0) << "no";
+        QTest::newRow("true false 1") << "truefalse" << QVariant(1) << "yes";
+        QTest::newRow("true false 2") << "truefalse" << QVariant(2) << NA;
+        QTest::newRow("true false null") << "truefalse" << QVariant() << NA;
+    }
+
+    void shouldNameCodes()
+    {
+        QFETCH(QString, delegate);
+        QFETCH(QVariant, value);
+        QFETCH(QString, text);
+        const QMap<QString, QString (*)(const QVariant&, const QLocale&)> toText = {
+            {QStringLiteral("archive"), &ArchiveBackupStatusDelegate::toText},
+            {QStringLiteral("consistency"), &ConsistencyCheckResultDelegate::toText},
+            {QStringLiteral("verification"), &RestoreVerificationResultDelegate::toText},
+            {QStringLiteral("plantype"), &PlanTypeDelegate::toText},
+            {QStringLiteral("quick"), &PlanQuickPlanStatus::toText},
+            {QStringLiteral("truefalse"), &TrueFalseDelegate::toText},
+        };
+        QCOMPARE(toText.value(delegate)(value, QLocale()), text);
+    }
+
+    void shouldFormatNumbers_data()
+    {
+        QTest::addColumn<QString>("delegate");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("counter") << "counter" << QVariant(1234567) << "1234567";
+        QTest::newRow("counter zero") << "counter" << QVariant(0) << "0";
+        QTest::newRow("counter negative") << "counter" << QVariant(-1) << NA;
+        QTest::newRow("counter text") << "counter" << QVariant(QStringLiteral("many")) << NA;
+        QTest::newRow("double") << "double" << QVariant(2.0 / 3.0) << "0.67";
+        QTest::newRow("double negative") << "double" << QVariant(-0.5) << NA;
+        QTest::newRow("percent half") << "percent" << QVariant(0.5) << "50%";
+        QTest::newRow("percent one") << "percent" << QVariant(1.0) << "100%";
+        QTest::newRow("percent zero") << "percent" << QVariant(0.0) << "0%";
+        QTest::newRow("percent above one") << "percent" << QVariant(1.01) << NA;
+        QTest::newRow("percent below zero") << "percent" << QVariant(-0.01) << NA;
+        QTest::newRow("percent text") << "percent" << QVariant(QStringLiteral("half")) << NA;
+        QTest::newRow("duration null") << "duration" << QVariant() << NA;
+        QTest::newRow("duration") << "duration" << QVariant(3725) << "01:02:05";
+        QTest::newRow("xml") << "xml" << QVariant(QStringLiteral("<?xml version=\"1.0\"?><a/>")) << "Click to view details";
+        QTest::newRow("xml upper case") << "xml" << QVariant(QStringLiteral("<?XML version=\"1.0\"?>")) << "<?XML version=\"1.0\"?>";
+        QTest::newRow("xml prefix only") << "xml" << QVariant(QStringLiteral("<?xm")) << "<?xm";
+        QTest::newRow("xml leading blank") << "xml" << QVariant(QStringLiteral(" <?xml")) << " <?xml";
+        QTest::newRow("plain text") << "xml" << QVariant(QStringLiteral("Disk full")) << "Disk full";
+    }
+
+    void shouldFormatNumbers()
+    {
+        QFETCH(QString, delegate);
+        QFETCH(QVariant, value);
+        QFETCH(QString, text);
+        const QMap<QString, QString (*)(const QVariant&, const QLocale&)> toText = {
+            {QStringLiteral("counter"), &CounterDelegate::toText},
+            {QStringLiteral("double"), &DoubeDelegate::toText},
+            {QStringLiteral("percent"), &DoubleToPercentDelegate::toText},
+            {QStringLiteral("duration"), &DuratonDelegate::toText},
+            {QStringLiteral("xml"), &XmlStringDelegate::toText},
+        };
+        QCOMPARE(toText.value(delegate)(value, QLocale()), text);
+    }
+
+    void shouldShowSizesWithinLimits_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("otherText");
+        const QString other = QStringLiteral("unknown");
+        QTest::newRow("zero") << QVariant(0) << "0 bytes" << "0 bytes";
+        QTest::newRow("MB") << QVariant(1048576.0) << "1.00 MB" << "1.00 MB";
+        QTest::newRow("negative") << QVariant(-5.0) << NA << "-5 bytes";
+        QTest::newRow("qint64 max") << QVariant(std::numeric_limits<qint64>::max()) << NA << other;
+        QTest::newRow("qint64 max less one")
+            << QVariant(std::numeric_limits<qint64>::max() - 1) << "8.00 EB" << "8.00 EB";
+        QTest::newRow("quint64 max") << QVariant(std::numeric_limits<quint64>::max()) << NA << other;
+        QTest::newRow("qint64 max as double") << QVariant(double(std::numeric_limits<qint64>::max())) << NA << other;
+        QTest::newRow("text") << QVariant(QStringLiteral("big")) << NA << other;
+    }
+
+    void shouldShowSizesWithinLimits()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(QString, text);
+        QFETCH(QString, otherText);
+        QCOMPARE(SizeDelegate::toText(value, QLocale()), text);
+        QCOMPARE(SizeDelegate::toText(value, QStringLiteral("unknown")), otherText);
+    }
+
+    void shouldShowEngineStampsInLocalTime()
+    {
+        qputenv("TZ", "Asia/Tokyo");
+        const QDateTime utc(QDate(2026, 3, 1), QTime(23, 30, 0), Qt::UTC);
+        const QString expected = QLocale::system().toString(utc.toLocalTime(), QLocale::ShortFormat);
+        QCOMPARE(DateTimeDelegate::toText(QStringLiteral("20260301233000"), QLocale()), expected);
+        // Tokyo is ahead of UTC: the day must have moved on.
+        QCOMPARE(utc.toLocalTime().date(), QDate(2026, 3, 2));
+        QCOMPARE(DateTimeDelegate::toText(QStringLiteral("2026-03-01"), QLocale()), NA);
+        QCOMPARE(DateTimeDelegate::toText(QVariant(), QLocale()), NA);
+        qunsetenv("TZ");
+    }
+
+    void shouldListPlanItemsWithoutVirtualRoots()
+    {
+        const QString html = PlanItemsDelegate::toText(
+            QStringList{QStringLiteral("/NVB_VOLUMES/home/ann"), QStringLiteral("/NVB_SHARES/server/docs"),
+                        QStringLiteral("/srv/a<b")});
+        QCOMPARE(html, QStringLiteral("<table><tr><td>home/ann</tb</tr><tr><td>server/docs</tb</tr>"
+                                      "<tr><td>/srv/a&lt;b</tb</tr></table>"));
+        QCOMPARE(PlanItemsDelegate::toText(QStringList()), QStringLiteral("<table></table>"));
+    }
+
+    void shouldGiveUnknownForUnresolvedStorage()
+    {
+        QCOMPARE(StorageNameDelegate::toText(QStringLiteral("b0b0-no-such-id"), QLocale()), QStringLiteral("Unknown"));
+    }
+
+    void shouldPutDelegateTextIntoStyleOption()
+    {
+        QStandardItemModel model(2, 1);
+        model.setData(model.index(0, 0), 1);
+        model.setData(model.index(1, 0), 7);
+        QTableView view;
+        view.setModel(&model);
+        TrueFalseDelegate delegate;
+        view.setItemDelegateForColumn(0, &delegate);
+
+        QStyleOptionViewItem option;
+        option.initFrom(&view);
+        class Probe : public TrueFalseDelegate
+        {
+        public:
+            QString textOf(QStyleOptionViewItem option, const QModelIndex& index) const
+            {
+                initStyleOption(&option, index);
+                return option.text;
+            }
+        } probe;
+        QCOMPARE(probe.textOf(option, model.index(0, 0)), QStringLiteral("yes"));
+        QCOMPARE(probe.textOf(option, model.index(1, 0)), NA);
+    }
+};
+
+NVB_TEST_MAIN(TestValueDelegates)
+#include "tst_valuedelegates.moc"
