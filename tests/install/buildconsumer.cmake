@@ -11,8 +11,13 @@ function(run)
 endfunction()
 
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+# A sanitized library needs its runtime linked into the program as well.
+set(flags "")
+if(SANITIZE)
+    set(flags "-fsanitize=${SANITIZE}")
+endif()
 run(${CMAKE_COMMAND} -S ${CONSUMER_SOURCE} -B ${WORK_DIR}/build -G ${GENERATOR}
-    -DCMAKE_PREFIX_PATH=${prefix})
+    -DCMAKE_PREFIX_PATH=${prefix} "-DCMAKE_CXX_FLAGS=${flags}" "-DCMAKE_EXE_LINKER_FLAGS=${flags}")
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 run(${CMAKE_COMMAND} -E env NVB_HOME=${WORK_DIR}/home ${WORK_DIR}/build/nvbconsumer)
 if(NOT last_output MATCHES "yes 1.00 KB")
