@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+
+namespace NVB::Info::Plan {
+
+// The kind of job. Note that Base::subtype() answers with these values.
+enum Type { Backup = 1, Restore = 2, Sync = 3, Purge = 4 };
+
+// The kind of content. Base::type() answers with these values.
+enum SubType { File = 0, DiskImage = 1, SystemFullFile = 2, Unknown = 3 };
+
+extern const QMap<Type, QString> typeToStr;
+extern const QMap<SubType, QString> subtypeToStr;
+
+} // namespace NVB::Info::Plan

@@ -1,0 +1,14 @@
+#include "plansubtype.h"
+
+namespace NVB::Info::Plan {
+
+PlanSubType::PlanSubType(SubType type)
+    : m_type(type)
+{ }
+
+QString PlanSubType::displayName() const
+{
+    return subtypeToStr.value(m_type, subtypeToStr.value(Unknown));
+}
+
+} // namespace NVB::Info::Plan
