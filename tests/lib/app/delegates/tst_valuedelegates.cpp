@@ -2,6 +2,7 @@
 
 #include <QStandardItemModel>
 #include <QTableView>
+#include <QTreeView>
 #include <QtTest>
 
 #include "app/delegates/archivebackupstatusdelegate.h"
@@ -11,6 +12,7 @@
 #include "app/delegates/doubedelegate.h"
 #include "app/delegates/doubletopercentdelegate.h"
 #include "app/delegates/duratondelegate.h"
+#include "app/delegates/incompletestatedelegate.h"
 #include "app/delegates/planitemsdelegate.h"
 #include "app/delegates/planquickplanstatus.h"
 #include "app/delegates/plantypedelegate.h"
@@ -194,6 +196,44 @@ private slots:
         } probe;
         QCOMPARE(probe.textOf(option, model.index(0, 0)), QStringLiteral("yes"));
         QCOMPARE(probe.textOf(option, model.index(1, 0)), NA);
+    }
+
+    void shouldMarkIncompleteNodes()
+    {
+        IncompleteStateDelegate delegate;
+        const QColor marker = QApplication::palette().color(QPalette::Highlight);
+        const auto countMarker = [&marker](const QImage& image) {
+            int count = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x)
+                    count += QColor(image.pixel(x, y)).rgb() == marker.rgb() ? 1 : 0;
+            }
+            return count;
+        };
+        const QImage unchecked = delegate.stateImage(Qt::Unchecked).toImage();
+        const QImage incomplete = delegate.stateImage(IncompleteStateDelegate::IncompleteState).toImage();
+        QCOMPARE(incomplete.size(), unchecked.size());
+        QVERIFY(incomplete != unchecked);
+        QVERIFY(countMarker(incomplete) > countMarker(unchecked));
+        QVERIFY(delegate.stateImage(Qt::Checked).toImage() != unchecked);
+
+        // In a view the marker is drawn over the row of an incomplete node only.
+        QStandardItemModel model;
+        for (int state : {0, IncompleteStateDelegate::IncompleteState}) {
+            auto* item = new QStandardItem(QStringLiteral("folder"));
+            item->setData(state, Qt::CheckStateRole);
+            item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+            model.appendRow(item);
+        }
+        QTreeView view;
+        view.setModel(&model);
+        view.setItemDelegate(&delegate);
+        view.resize(200, 80);
+        const QImage shot = view.viewport()->grab().toImage();
+        const QRect first = view.visualRect(model.index(0, 0));
+        const QRect second = view.visualRect(model.index(1, 0));
+        QCOMPARE(countMarker(shot.copy(first)), 0);
+        QVERIFY(countMarker(shot.copy(second)) > 4);
     }
 };
 
