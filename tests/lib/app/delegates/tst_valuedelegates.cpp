@@ -15,12 +15,14 @@
 #include "app/delegates/incompletestatedelegate.h"
 #include "app/delegates/planitemsdelegate.h"
 #include "app/delegates/planquickplanstatus.h"
+#include "app/delegates/planresultdelegate.h"
 #include "app/delegates/plantypedelegate.h"
 #include "app/delegates/restoreverificationresultdelegate.h"
 #include "app/delegates/sizedelegate.h"
 #include "app/delegates/storagenamedelegate.h"
 #include "app/delegates/truefalsedelegate.h"
 #include "app/delegates/xmlstringdelegate.h"
+#include "records/plan/planresult.h"
 #include "testmain.h"
 
 using namespace NVB::GUI;
@@ -143,6 +145,40 @@ private slots:
         QFETCH(QString, otherText);
         QCOMPARE(SizeDelegate::toText(value, QLocale()), text);
         QCOMPARE(SizeDelegate::toText(value, QStringLiteral("unknown")), otherText);
+    }
+
+    void shouldColourPlanResults_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QColor>("colour");
+        QTest::newRow("invalid") << QVariant() << QColor();
+        QTest::newRow("failed") << QVariant(8) << QColor(Qt::red);
+        QTest::newRow("interrupted") << QVariant(5) << QColor(Qt::darkYellow);
+        QTest::newRow("warning") << QVariant(7) << QColor(Qt::darkYellow);
+        QTest::newRow("completed") << QVariant(2) << QColor(Qt::darkGreen);
+        QTest::newRow("success") << QVariant(6) << QColor(Qt::darkGreen);
+        for (int blue : {9, 10, 100, 101, 102})
+            QTest::newRow(qPrintable(QStringLiteral("blue %1").arg(blue))) << QVariant(blue) << QColor(Qt::blue);
+        QTest::newRow("running") << QVariant(1) << QColor(Qt::black);
+        QTest::newRow("no result") << QVariant(-1) << QColor(Qt::black);
+        QTest::newRow("unknown") << QVariant(4711) << QColor(Qt::black);
+    }
+
+    void shouldColourPlanResults()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(QColor, colour);
+        QCOMPARE(PlanResultDelegate::color(value), colour);
+    }
+
+    void shouldNamePlanResults()
+    {
+        using NVB::Info::Plan::PlanResult;
+        QCOMPARE(PlanResultDelegate::toText(QVariant(), QLocale()), NA);
+        QCOMPARE(PlanResultDelegate::toText(-1, QLocale()), NA);
+        QCOMPARE(PlanResultDelegate::toText(8, QLocale()), PlanResult(8).displayName());
+        QVERIFY(PlanResultDelegate::toText(6, QLocale()) != NA);
+        QVERIFY(PlanResultDelegate::toText(6, QLocale()) != PlanResultDelegate::toText(8, QLocale()));
     }
 
     void shouldShowEngineStampsInLocalTime()
