@@ -7,6 +7,7 @@ packages=(
     qtbase5-dev libqt5svg5-dev libqt5sql5-sqlite qttools5-dev qttools5-dev-tools
     fonts-dejavu-core libssl-dev libssh-dev
     xvfb xauth
+    openssh-server openssh-client
 )
 
 missing=()
@@ -20,6 +21,14 @@ done
 if [ "$(id -u)" -eq 0 ]; then
     echo "Installing: ${missing[*]}"
     export DEBIAN_FRONTEND=noninteractive
+    # Tests start their own servers on 127.0.0.1; keep the packages' system
+    # services from starting while they are installed.
+    policy=/usr/sbin/policy-rc.d
+    if [ ! -e "$policy" ]; then
+        printf '#!/bin/sh\nexit 101\n' > "$policy"
+        chmod +x "$policy"
+        trap 'rm -f "$policy"' EXIT
+    fi
     apt-get update -qq
     apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 else
