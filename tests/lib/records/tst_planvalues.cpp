@@ -72,16 +72,16 @@ void TestPlanValues::shouldCompareStatusesByValue()
 
 void TestPlanValues::shouldCompareSubTypes()
 {
-    QVERIFY(PlanSubType(File) == PlanSubType(File));
-    QVERIFY(PlanSubType(File) != PlanSubType(DiskImage));
-    QCOMPARE(PlanSubType(DiskImage).type(), DiskImage);
-    QCOMPARE(PlanSubType(DiskImage).displayName(), QStringLiteral("Disk Image"));
+    QVERIFY(PlanSubType(SubType::File) == PlanSubType(SubType::File));
+    QVERIFY(PlanSubType(SubType::File) != PlanSubType(SubType::DiskImage));
+    QCOMPARE(PlanSubType(SubType::DiskImage).type(), SubType::DiskImage);
+    QCOMPARE(PlanSubType(SubType::DiskImage).displayName(), QStringLiteral("Disk Image"));
 }
 
 void TestPlanValues::shouldMapTypesAndSubTypesToText()
 {
     QCOMPARE(typeToStr.size(), 4);
-    QCOMPARE(typeToStr.value(Backup), QStringLiteral("Backup"));
+    QCOMPARE(typeToStr.value(Type::Backup), QStringLiteral("Backup"));
     QCOMPARE(typeToStr.value(Type(2)), QStringLiteral("Restore"));
     QCOMPARE(typeToStr.value(Type(4)), QStringLiteral("Purge"));
     QCOMPARE(subtypeToStr.size(), 4);
@@ -93,12 +93,12 @@ void TestPlanValues::shouldCarryPlanObjectFields()
 {
     const QUuid id = QUuid::createUuid();
     PlanObject object(
-        id, QStringLiteral("Documents"), PlanStatus::Running, PlanResult::Warning, PlanSubType(DiskImage));
+        id, QStringLiteral("Documents"), PlanStatus::Running, PlanResult::Warning, PlanSubType(SubType::DiskImage));
     QCOMPARE(object.id(), id);
     QCOMPARE(object.displayName(), QStringLiteral("Documents"));
     QVERIFY(object.status() == PlanStatus(1));
     QCOMPARE(object.lastRunStatus().value(), 7);
-    QVERIFY(object.subType() == PlanSubType(DiskImage));
+    QVERIFY(object.subType() == PlanSubType(SubType::DiskImage));
     object.setLastRunStatus(PlanResult(8));
     QCOMPARE(object.lastRunStatus().displayName(), QStringLiteral("Failed"));
 }

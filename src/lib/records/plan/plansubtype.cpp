@@ -8,7 +8,7 @@ PlanSubType::PlanSubType(SubType type)
 
 QString PlanSubType::displayName() const
 {
-    return subtypeToStr.value(m_type, subtypeToStr.value(Unknown));
+    return subtypeToStr.value(m_type, subtypeToStr.value(SubType::Unknown));
 }
 
 } // namespace NVB::Info::Plan

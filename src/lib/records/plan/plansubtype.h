@@ -10,7 +10,7 @@ namespace NVB::Info::Plan {
 class PlanSubType
 {
 public:
-    PlanSubType(SubType type = Unknown);
+    PlanSubType(SubType type = SubType::Unknown);
 
     SubType type() const { return m_type; }
     QString displayName() const;
