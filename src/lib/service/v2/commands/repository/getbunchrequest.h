@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QUuid>
+
+#include "service/v2/command.h"
+
+namespace NVB::Common::Communication::V2::Repository::GetBunch {
+
+class Request : public Command::Request
+{
+public:
+    QJsonObject toJson() const override;
+    bool fromJson(const QJsonObject& object) override;
+
+    QUuid bunchId() const { return m_bunchId; }
+    void setBunchId(const QUuid& value) { m_bunchId = value; }
+    QUuid connectionId() const { return m_connectionId; }
+    void setConnectionId(const QUuid& value) { m_connectionId = value; }
+
+private:
+    QUuid m_bunchId;
+    QUuid m_connectionId;
+};
+
+} // namespace NVB::Common::Communication::V2::Repository::GetBunch

@@ -1,0 +1,16 @@
+#include "removedatagenerationresponse.h"
+
+namespace NVB::Common::Communication::V2::Repository::RemoveDataGeneration {
+
+QJsonObject Response::toJson() const
+{
+    return {};
+}
+
+bool Response::fromJson(const QJsonObject& object)
+{
+    Q_UNUSED(object)
+    return true;
+}
+
+} // namespace NVB::Common::Communication::V2::Repository::RemoveDataGeneration

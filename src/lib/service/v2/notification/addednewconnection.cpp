@@ -1,0 +1,27 @@
+#include "addednewconnection.h"
+
+#include <QJsonDocument>
+
+#include "service/v2/jsonfields.h"
+
+namespace NVB::Common::Communication::V2::Notification {
+
+QSharedPointer<AddedNewConnection> AddedNewConnection::from(const QByteArray& bytes)
+{
+    QJsonObject object;
+    if (!Json::parseObject(bytes, object))
+        return {};
+    auto payload = QSharedPointer<AddedNewConnection>::create();
+    if (!Json::readUuid(object, QStringLiteral("connectionId"), payload->m_connectionId))
+        return {};
+    return payload;
+}
+
+QByteArray AddedNewConnection::toBytes() const
+{
+    QJsonObject object;
+    object.insert(QStringLiteral("connectionId"), m_connectionId.toString());
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+} // namespace NVB::Common::Communication::V2::Notification

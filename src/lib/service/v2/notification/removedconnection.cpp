@@ -1,0 +1,27 @@
+#include "removedconnection.h"
+
+#include <QJsonDocument>
+
+#include "service/v2/jsonfields.h"
+
+namespace NVB::Common::Communication::V2::Notification {
+
+QSharedPointer<RemovedConnection> RemovedConnection::from(const QByteArray& bytes)
+{
+    QJsonObject object;
+    if (!Json::parseObject(bytes, object))
+        return {};
+    auto payload = QSharedPointer<RemovedConnection>::create();
+    if (!Json::readUuid(object, QStringLiteral("connectionId"), payload->m_connectionId))
+        return {};
+    return payload;
+}
+
+QByteArray RemovedConnection::toBytes() const
+{
+    QJsonObject object;
+    object.insert(QStringLiteral("connectionId"), m_connectionId.toString());
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+} // namespace NVB::Common::Communication::V2::Notification

@@ -1,0 +1,30 @@
+#include "synchronizerepositorystatus.h"
+
+#include <QJsonDocument>
+
+#include "service/v2/jsonfields.h"
+
+namespace NVB::Common::Communication::V2::Notification {
+
+QSharedPointer<SynchronizeRepositoryStatus> SynchronizeRepositoryStatus::from(const QByteArray& bytes)
+{
+    QJsonObject object;
+    if (!Json::parseObject(bytes, object))
+        return {};
+    auto payload = QSharedPointer<SynchronizeRepositoryStatus>::create();
+    if (!Json::readUuid(object, QStringLiteral("connectionId"), payload->m_connectionId))
+        return {};
+    if (!Json::readString(object, QStringLiteral("message"), payload->m_message))
+        return {};
+    return payload;
+}
+
+QByteArray SynchronizeRepositoryStatus::toBytes() const
+{
+    QJsonObject object;
+    object.insert(QStringLiteral("connectionId"), m_connectionId.toString());
+    object.insert(QStringLiteral("message"), m_message);
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+} // namespace NVB::Common::Communication::V2::Notification

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSharedPointer>
+#include <QUuid>
+
+#include "service/v2/notification/typeids.h"
+#include "service/v2/notificationdata.h"
+
+namespace NVB::Common::Communication::V2::Notification {
+
+class UpdateAllConnection : public NotificationData
+{
+public:
+    static constexpr QUuid TypeId = TypeIds::UpdateAllConnection;
+
+    // Null when the bytes are not a JSON object or a value has the wrong type;
+    // a missing key reads as an empty value.
+    static QSharedPointer<UpdateAllConnection> from(const QByteArray& bytes);
+
+    QUuid typeId() const override { return TypeId; }
+    QByteArray toBytes() const override;
+};
+
+} // namespace NVB::Common::Communication::V2::Notification

@@ -1,0 +1,36 @@
+#include "updaterestorepoint.h"
+
+#include <QJsonDocument>
+
+#include "service/v2/jsonfields.h"
+
+namespace NVB::Common::Communication::V2::Notification {
+
+QSharedPointer<UpdateRestorePoint> UpdateRestorePoint::from(const QByteArray& bytes)
+{
+    QJsonObject object;
+    if (!Json::parseObject(bytes, object))
+        return {};
+    auto payload = QSharedPointer<UpdateRestorePoint>::create();
+    if (!Json::readUuid(object, QStringLiteral("bunchId"), payload->m_bunchId))
+        return {};
+    if (!Json::readUuid(object, QStringLiteral("connectionId"), payload->m_connectionId))
+        return {};
+    if (!Json::readUuid(object, QStringLiteral("generationId"), payload->m_generationId))
+        return {};
+    if (!Json::readInt(object, QStringLiteral("sequenceNumber"), payload->m_sequenceNumber))
+        return {};
+    return payload;
+}
+
+QByteArray UpdateRestorePoint::toBytes() const
+{
+    QJsonObject object;
+    object.insert(QStringLiteral("bunchId"), m_bunchId.toString());
+    object.insert(QStringLiteral("connectionId"), m_connectionId.toString());
+    object.insert(QStringLiteral("generationId"), m_generationId.toString());
+    object.insert(QStringLiteral("sequenceNumber"), m_sequenceNumber);
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+} // namespace NVB::Common::Communication::V2::Notification
