@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+namespace NVB::Engine {
+
+// One object of a restore point: a folder or a file as it was on the source,
+// and where the file's data lies in storage.
+struct StoredContent
+{
+    enum Type { Folder = 1, File = 2 };
+
+    QString path;   // absolute source path
+    int type = File;
+    QDateTime modifiedUtc;
+    qint64 size = 0;
+    bool deleted = false;
+    // Path of the data below the account's folder; a file that did not change
+    // keeps the object of the run that copied it.
+    QString object;
+
+    QString parentPath() const;
+    QString name() const;
+};
+
+} // namespace NVB::Engine

@@ -1,0 +1,237 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <QtTest>
+
+#include "records/plan/planresult.h"
+#include "runs/filebackupjob.h"
+#include "runs/filerestorejob.h"
+#include "testmain.h"
+
+using namespace NVB::Engine;
+using NVB::Info::Plan::PlanResult;
+
+class TestFileJobs : public QObject
+{
+    Q_OBJECT
+
+private:
+    static void write(const QString& path, const QByteArray& data, qint64 mtime = 0)
+    {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(data);
+        file.close();
+        if (mtime > 0) {
+            const struct timespec times[2] = {{mtime, 0}, {mtime, 0}};
+            ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0);
+        }
+    }
+
+    static QByteArray read(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+    }
+
+    static FileBackupJob::Spec spec(const QString& storage, const QString& runName,
+                                    const QList<StoredContent>& previous = {})
+    {
+        FileBackupJob::Spec s;
+        s.planId = QUuid::createUuid();
+        s.planName = QStringLiteral("Test");
+        s.storageRoot = storage;
+        s.objectPrefix = QStringLiteral("NVB_test/plan/") + runName;
+        for (const StoredContent& item : previous)
+            s.previous.insert(item.path, item);
+        return s;
+    }
+
+    static FileSelection everything(const QString& root, const QStringList& excluded = {})
+    {
+        return FileSelection({root}, excluded, FileSelection::FilterType::All, {}, {}, false);
+    }
+
+    static QStringList paths(const QList<StoredContent>& content)
+    {
+        QStringList result;
+        for (const StoredContent& item : content)
+            result << item.path;
+        return result;
+    }
+
+private slots:
+    void shouldCopyOnlyWhatChanged()
+    {
+        QTemporaryDir source;
+        QTemporaryDir storage;
+        const QString root = source.path();
+        write(root + QStringLiteral("/a.txt"), "alpha", 1700000000);
+        write(root + QStringLiteral("/sub/b.txt"), "beta", 1700000000);
+        write(root + QStringLiteral("/skip/c.txt"), "gamma", 1700000000);
+        std::atomic_bool stop{false};
+
+        FileBackupJob first(spec(storage.path(), QStringLiteral("run1")),
+                            everything(root, {root + QStringLiteral("/skip")}));
+        int reports = 0;
+        const auto full = first.run(stop, [&reports](const RunProgress&) { ++reports; });
+        QCOMPARE(full.planResult, int(PlanResult::Success));
+        QCOMPARE(full.totals.copiedCount, 2);
+        QVERIFY(reports >= 1);
+        QCOMPARE(read(storage.path() + QStringLiteral("/NVB_test/plan/run1") + root + QStringLiteral("/sub/b.txt")),
+                 QByteArray("beta"));
+        QVERIFY(!paths(full.content).contains(root + QStringLiteral("/skip/c.txt")));
+        QVERIFY(paths(full.content).contains(root + QStringLiteral("/sub")));
+
+        FileBackupJob unchanged(spec(storage.path(), QStringLiteral("run2"), full.content), everything(root));
+        const auto same = unchanged.run(stop, {});
+        QCOMPARE(same.totals.copiedCount, 1); // only the folder that was excluded before
+        QCOMPARE(same.files.size(), 1);
+        QCOMPARE(same.files.first().file, root + QStringLiteral("/skip/c.txt"));
+
+        write(root + QStringLiteral("/a.txt"), "alpha, changed", 1700000500);
+        FileBackupJob changed(spec(storage.path(), QStringLiteral("run3"), same.content), everything(root));
+        const auto delta = changed.run(stop, {});
+        QCOMPARE(delta.totals.copiedCount, 1);
+        QCOMPARE(delta.files.first().file, root + QStringLiteral("/a.txt"));
+        // An unchanged file keeps the copy of the run that made it.
+        for (const StoredContent& item : delta.content) {
+            if (item.path.endsWith(QLatin1String("b.txt")))
+                QVERIFY(item.object.startsWith(QLatin1String("NVB_test/plan/run1")));
+            if (item.path.endsWith(QLatin1String("a.txt")))
+                QVERIFY(item.object.startsWith(QLatin1String("NVB_test/plan/run3")));
+        }
+    }
+
+    void shouldApplyFilters_data()
+    {
+        QTest::addColumn<int>("filterType");
+        QTest::addColumn<QStringList>("filter");
+        QTest::addColumn<QStringList>("folders");
+        QTest::addColumn<bool>("hidden");
+        QTest::addColumn<QStringList>("taken");
+        QTest::newRow("all") << 0 << QStringList{QStringLiteral("txt")} << QStringList() << false
+                             << QStringList{"doc.txt", "img.JPG", ".hidden", "cache/x.txt"};
+        QTest::newRow("only listed") << 1 << QStringList{QStringLiteral("txt"), QStringLiteral("*.jpg")} << QStringList()
+                                     << false << QStringList{"doc.txt", "img.JPG", "cache/x.txt"};
+        QTest::newRow("all but listed") << 2 << QStringList{QStringLiteral(".txt")} << QStringList() << false
+                                        << QStringList{"img.JPG", ".hidden"};
+        QTest::newRow("folder patterns") << 0 << QStringList() << QStringList{QStringLiteral("ca*")} << false
+                                         << QStringList{"doc.txt", "img.JPG", ".hidden"};
+        QTest::newRow("no hidden") << 0 << QStringList() << QStringList() << true
+                                   << QStringList{"doc.txt", "img.JPG", "cache/x.txt"};
+    }
+
+    void shouldApplyFilters()
+    {
+        QFETCH(int, filterType);
+        QFETCH(QStringList, filter);
+        QFETCH(QStringList, folders);
+        QFETCH(bool, hidden);
+        QFETCH(QStringList, taken);
+        QTemporaryDir source;
+        QTemporaryDir storage;
+        for (const char* name : {"doc.txt", "img.JPG", ".hidden", "cache/x.txt"})
+            write(source.filePath(QString::fromLatin1(name)), "x");
+        std::atomic_bool stop{false};
+        FileBackupJob job(spec(storage.path(), QStringLiteral("r")),
+                          FileSelection({source.path()}, {}, FileSelection::FilterType(filterType), filter, folders, hidden));
+        const auto result = job.run(stop, {});
+        QStringList files;
+        for (const StoredContent& item : result.content) {
+            if (item.type == StoredContent::File)
+                files << item.path.mid(source.path().size() + 1);
+        }
+        files.sort();
+        taken.sort();
+        QCOMPARE(files, taken);
+    }
+
+    void shouldNeverFollowFolderLinks()
+    {
+        QTemporaryDir source;
+        QTemporaryDir storage;
+        write(source.filePath(QStringLiteral("real/file.txt")), "x");
+        QVERIFY(QFile::link(source.path(), source.filePath(QStringLiteral("real/loop"))));
+        std::atomic_bool stop{false};
+        FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
+        const auto result = job.run(stop, {});
+        QCOMPARE(result.planResult, int(PlanResult::Success));
+        QCOMPARE(result.totals.copiedCount, 1);
+    }
+
+    void shouldReportMissingSourceAsFailure()
+    {
+        QTemporaryDir storage;
+        std::atomic_bool stop{false};
+        FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(QStringLiteral("/no/such/folder")));
+        const auto result = job.run(stop, {});
+        QCOMPARE(result.planResult, int(PlanResult::Failed));
+        QVERIFY(result.message.contains(QStringLiteral("/no/such/folder")));
+    }
+
+    void shouldEndCleanlyWhenStopped()
+    {
+        QTemporaryDir source;
+        QTemporaryDir storage;
+        for (int i = 0; i < 50; ++i)
+            write(source.filePath(QStringLiteral("f%1.bin").arg(i)), QByteArray(1024, 'x'));
+        std::atomic_bool stop{false};
+        FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
+        int seen = 0;
+        const auto result = job.run(stop, [&](const RunProgress&) {
+            if (++seen == 1)
+                stop = true;
+        });
+        QCOMPARE(result.planResult, int(PlanResult::Interrupted));
+        QVERIFY(result.totals.copiedCount < 50);
+        // No half-written copies remain.
+        QDirIterator it(storage.path(), QDir::Files, QDirIterator::Subdirectories);
+        while (it.hasNext())
+            QVERIFY(!it.next().endsWith(QLatin1String(".part")));
+    }
+
+    void shouldRestoreChosenItems()
+    {
+        QTemporaryDir source;
+        QTemporaryDir storage;
+        QTemporaryDir target;
+        write(source.filePath(QStringLiteral("keep/one.txt")), "one", 1700000000);
+        write(source.filePath(QStringLiteral("keep/two.txt")), "two", 1700000000);
+        write(source.filePath(QStringLiteral("other.txt")), "other", 1700000000);
+        std::atomic_bool stop{false};
+        FileBackupJob backup(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
+        const auto saved = backup.run(stop, {});
+
+        FileRestoreJob::Spec restoreSpec;
+        restoreSpec.storageRoot = storage.path();
+        restoreSpec.content = saved.content;
+        restoreSpec.items = QStringList{source.filePath(QStringLiteral("keep"))};
+        restoreSpec.destination = target.path();
+        FileRestoreJob restore(restoreSpec);
+        const auto result = restore.run(stop, {});
+        QCOMPARE(result.planResult, int(PlanResult::Success));
+        QCOMPARE(result.totals.copiedCount, 2);
+        const QString landed = FileRestoreJob::targetPath(target.path(), source.filePath(QStringLiteral("keep/two.txt")));
+        QCOMPARE(read(landed), QByteArray("two"));
+        QCOMPARE(QFileInfo(landed).lastModified().toSecsSinceEpoch(), 1700000000);
+        QVERIFY(!QFile::exists(FileRestoreJob::targetPath(target.path(), source.filePath(QStringLiteral("other.txt")))));
+
+        // Put back in place: an existing file is left alone when asked to.
+        write(source.filePath(QStringLiteral("other.txt")), "edited");
+        restoreSpec.items = QStringList{source.filePath(QStringLiteral("other.txt"))};
+        restoreSpec.destination.clear();
+        restoreSpec.skipExistingFiles = true;
+        FileRestoreJob inPlace(restoreSpec);
+        QCOMPARE(inPlace.run(stop, {}).files.first().operation, int(RunFileRecord::Skipped));
+        QCOMPARE(read(source.filePath(QStringLiteral("other.txt"))), QByteArray("edited"));
+        restoreSpec.skipExistingFiles = false;
+        FileRestoreJob overwrite(restoreSpec);
+        QCOMPARE(overwrite.run(stop, {}).planResult, int(PlanResult::Success));
+        QCOMPARE(read(source.filePath(QStringLiteral("other.txt"))), QByteArray("other"));
+    }
+};
+
+NVB_TEST_GUILESS_MAIN(TestFileJobs)
+#include "tst_filejobs.moc"
