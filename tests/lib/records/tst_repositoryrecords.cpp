@@ -1,0 +1,278 @@
+#include <QTest>
+
+#include "logcapture.h"
+#include "records/plan/backupfile.h"
+#include "records/repository/archiveenums.h"
+#include "records/repository/bunch.h"
+#include "records/repository/contentobject.h"
+#include "records/repository/generation.h"
+#include "records/repository/restorepoint.h"
+#include "records/storage/connection.h"
+#include "testmain.h"
+
+using namespace NVB::Info::Repository;
+
+class TestRepositoryRecords : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shouldRoundTripBunchWithAndWithoutPlan();
+    void shouldRoundTripGeneration();
+    void shouldRoundTripRestorePoint();
+    void shouldRoundTripContentObject();
+    void shouldRoundTripConnection();
+    void shouldRefuseBrokenRecords_data();
+    void shouldRefuseBrokenRecords();
+    void shouldNameBackupAndBrokenTypes();
+    void shouldPickImagesByKind_data();
+    void shouldPickImagesByKind();
+};
+
+void TestRepositoryRecords::shouldRoundTripBunchWithAndWithoutPlan()
+{
+    Bunch bunch;
+    bunch.setId(QUuid::createUuid());
+    bunch.setConnectionId(QUuid::createUuid());
+    bunch.setDisplayName(QStringLiteral("Server \"alpha\""));
+    bunch.setType(NVL::Archive::Type(17));
+    const QSharedPointer<Bunch> bare = Bunch::fromJson(bunch.toJson());
+    QVERIFY(bare);
+    QCOMPARE(bare->id(), bunch.id());
+    QCOMPARE(bare->connectionId(), bunch.connectionId());
+    QCOMPARE(bare->displayName(), bunch.displayName());
+    QCOMPARE(int(bare->type()), 17);
+    QVERIFY(!bare->backupPlan());
+
+    auto plan = QSharedPointer<NVB::Info::Plan::BackupFile>::create();
+    plan->setName(QStringLiteral("Nightly"));
+    plan->encryption().setEnabled(true);
+    bunch.setBackupPlan(plan);
+    const QSharedPointer<Bunch> withPlan = Bunch::fromJson(bunch.toJson());
+    QVERIFY(withPlan && withPlan->backupPlan());
+    QCOMPARE(withPlan->backupPlan()->id(), plan->id());
+    QCOMPARE(withPlan->backupPlan()->name(), QStringLiteral("Nightly"));
+    QVERIFY(withPlan->backupPlan()->encryption().isEnabled());
+}
+
+void TestRepositoryRecords::shouldRoundTripGeneration()
+{
+    Generation g;
+    g.setId(QUuid::createUuid());
+    g.setBunchId(QUuid::createUuid());
+    g.setConnectionId(QUuid::createUuid());
+    g.setFirstRestorePoint(QDateTime(QDate(2023, 1, 2), QTime(3, 4, 5, 6), Qt::UTC));
+    g.setLastRestorePoint(QDateTime(QDate(2024, 7, 8), QTime(9, 10, 11, 12), Qt::OffsetFromUTC, -3600));
+    g.setStatus(Generation::Error);
+    g.setBrokenType(NVL::Archive::ToPurgeAfterSync);
+    g.setDeepSync(NVL::Archive::DeepSyncRunning);
+    g.setIsEncrypted(true);
+    g.setHint(QString::fromLatin1(QStringLiteral("Hündin").toUtf8().toBase64()));
+    g.setStorageSize(18446744073709551615ULL);
+    const QSharedPointer<Generation> read = Generation::fromJson(g.toJson());
+    QVERIFY(read);
+    QCOMPARE(read->id(), g.id());
+    QCOMPARE(read->bunchId(), g.bunchId());
+    QCOMPARE(read->connectionId(), g.connectionId());
+    QCOMPARE(read->firstRestorePoint(), g.firstRestorePoint());
+    QCOMPARE(read->lastRestorePoint(), g.lastRestorePoint());
+    QCOMPARE(read->lastRestorePoint().timeSpec(), Qt::UTC);
+    QCOMPARE(read->status(), Generation::Error);
+    QCOMPARE(read->brokenType(), NVL::Archive::ToPurgeAfterSync);
+    QCOMPARE(read->deepSync(), NVL::Archive::DeepSyncRunning);
+    QVERIFY(read->isEncrypted());
+    QCOMPARE(QString::fromUtf8(QByteArray::fromBase64(read->hint().toLatin1())), QStringLiteral("Hündin"));
+    QCOMPARE(read->storageSize(), 18446744073709551615ULL);
+}
+
+void TestRepositoryRecords::shouldRoundTripRestorePoint()
+{
+    RestorePoint p;
+    p.setConnectionId(QUuid::createUuid());
+    p.setBunchId(QUuid::createUuid());
+    p.setGenerationId(QUuid::createUuid());
+    p.setSequenceNumber(42);
+    p.setStartDate(QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59, 999), Qt::UTC));
+    p.setBackupType(NVL::Archive::Incremental);
+    p.setType(RestorePoint::Incomplete);
+    p.setStatus(RestorePoint::Warning);
+    p.setDeepSync(NVL::Archive::DeepSyncNeeded);
+    p.setIsEncrypted(true);
+    p.setSizeOnStorage(9007199254740993LL);
+    const QSharedPointer<RestorePoint> read = RestorePoint::fromJson(p.toJson());
+    QVERIFY(read);
+    QCOMPARE(read->connectionId(), p.connectionId());
+    QCOMPARE(read->bunchId(), p.bunchId());
+    QCOMPARE(read->generationId(), p.generationId());
+    QCOMPARE(read->sequenceNumber(), 42);
+    QCOMPARE(read->startDate(), p.startDate());
+    QCOMPARE(read->backupType(), NVL::Archive::Incremental);
+    QCOMPARE(read->type(), RestorePoint::Incomplete);
+    QCOMPARE(read->status(), RestorePoint::Warning);
+    QCOMPARE(read->deepSync(), NVL::Archive::DeepSyncNeeded);
+    QVERIFY(read->isEncrypted());
+    QCOMPARE(read->sizeOnStorage(), 9007199254740993LL);
+}
+
+void TestRepositoryRecords::shouldRoundTripContentObject()
+{
+    ContentObject o;
+    o.setDisplayName(QStringLiteral("bericht.pdf"));
+    o.setPath(QStringLiteral("NVB_ROOT/home/anna/bericht.pdf"));
+    o.setType(ContentObject::Link);
+    o.setModifyDate(QDateTime(QDate(2022, 5, 6), QTime(7, 8), Qt::UTC));
+    o.setOriginalSize(123456789012ULL);
+    o.setDeleted(true);
+    const QSharedPointer<ContentObject> read = ContentObject::fromJson(o.toJson());
+    QVERIFY(read);
+    QCOMPARE(read->displayName(), o.displayName());
+    QCOMPARE(read->path(), o.path());
+    QCOMPARE(read->type(), ContentObject::Link);
+    QVERIFY(read->isLeaf());
+    QCOMPARE(read->modifyDate(), o.modifyDate());
+    QCOMPARE(read->originalSize(), 123456789012ULL);
+    QVERIFY(read->deleted());
+}
+
+void TestRepositoryRecords::shouldRoundTripConnection()
+{
+    NVB::Info::Storage::Connection c;
+    c.setId(QUuid::createUuid());
+    c.setDisplayName(QStringLiteral("Wasabi EU"));
+    c.setType(29);
+    c.setSyncInProgress(true);
+    const auto read = NVB::Info::Storage::Connection::fromJson(c.toJson());
+    QVERIFY(read);
+    QCOMPARE(read->id(), c.id());
+    QCOMPARE(read->displayName(), c.displayName());
+    QCOMPARE(read->type(), 29);
+    QVERIFY(read->syncInProgress());
+}
+
+void TestRepositoryRecords::shouldRefuseBrokenRecords_data()
+{
+    QTest::addColumn<QString>("record");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QJsonValue>("value");
+    QTest::addColumn<QString>("logged");
+    QTest::newRow("bunch without id") << "bunch"
+                                      << "id" << QJsonValue(QJsonValue::Undefined) << "Missing key \"id\"";
+    QTest::newRow("bunch bad plan") << "bunch"
+                                    << "backupPlan" << QJsonValue(QStringLiteral("<x/>")) << "backupPlan";
+    QTest::newRow("bunch plan number") << "bunch"
+                                       << "backupPlan" << QJsonValue(3) << "neither plan XML nor null";
+    QTest::newRow("generation status") << "generation"
+                                       << "status" << QJsonValue(3) << "\"status\" of generation";
+    QTest::newRow("generation hint") << "generation"
+                                     << "hint" << QJsonValue(QStringLiteral("%%")) << "Base64";
+    QTest::newRow("generation size") << "generation"
+                                     << "storageSize" << QJsonValue(12) << "decimal text";
+    QTest::newRow("point date") << "point"
+                                << "startDate" << QJsonValue(QStringLiteral("")) << "startDate";
+    QTest::newRow("point fraction") << "point"
+                                    << "sequenceNumber" << QJsonValue(1.5) << "sequenceNumber";
+    QTest::newRow("point deep sync") << "point"
+                                     << "deepSync" << QJsonValue(4) << "deepSync";
+    QTest::newRow("object path") << "object"
+                                 << "path" << QJsonValue(QStringLiteral("")) << "path";
+    QTest::newRow("connection type") << "connection"
+                                     << "type" << QJsonValue(99) << "\"type\" of connection";
+    QTest::newRow("connection sync") << "connection"
+                                     << "syncInProgress" << QJsonValue(1) << "syncInProgress";
+}
+
+void TestRepositoryRecords::shouldRefuseBrokenRecords()
+{
+    QFETCH(QString, record);
+    QFETCH(QString, key);
+    QFETCH(QJsonValue, value);
+    QFETCH(QString, logged);
+    QJsonObject object;
+    if (record == QLatin1String("bunch")) {
+        Bunch b;
+        b.setId(QUuid::createUuid());
+        b.setConnectionId(QUuid::createUuid());
+        object = b.toJson();
+    } else if (record == QLatin1String("generation")) {
+        Generation g;
+        g.setId(QUuid::createUuid());
+        g.setBunchId(QUuid::createUuid());
+        g.setConnectionId(QUuid::createUuid());
+        object = g.toJson();
+    } else if (record == QLatin1String("point")) {
+        RestorePoint p;
+        p.setConnectionId(QUuid::createUuid());
+        p.setBunchId(QUuid::createUuid());
+        p.setGenerationId(QUuid::createUuid());
+        p.setStartDate(QDateTime::currentDateTimeUtc());
+        object = p.toJson();
+    } else if (record == QLatin1String("object")) {
+        ContentObject o;
+        o.setPath(QStringLiteral("/a"));
+        object = o.toJson();
+    } else {
+        NVB::Info::Storage::Connection c;
+        c.setId(QUuid::createUuid());
+        c.setType(1);
+        object = c.toJson();
+    }
+    if (value.isUndefined())
+        object.remove(key);
+    else
+        object.insert(key, value);
+
+    const LogCapture log;
+    bool read = true;
+    if (record == QLatin1String("bunch"))
+        read = Bunch::fromJson(object);
+    else if (record == QLatin1String("generation"))
+        read = Generation::fromJson(object);
+    else if (record == QLatin1String("point"))
+        read = RestorePoint::fromJson(object);
+    else if (record == QLatin1String("object"))
+        read = ContentObject::fromJson(object);
+    else
+        read = NVB::Info::Storage::Connection::fromJson(object);
+    QVERIFY(!read);
+    QVERIFY2(log.text().contains(logged), qPrintable(log.text()));
+}
+
+void TestRepositoryRecords::shouldNameBackupAndBrokenTypes()
+{
+    QCOMPARE(NVL::Archive::BackupTypeToString.value(0), QStringLiteral("Full"));
+    QCOMPARE(NVL::Archive::BackupTypeToString.value(1), QStringLiteral("SyntheticFull"));
+    QCOMPARE(NVL::Archive::BackupTypeToString.value(2), QStringLiteral("Incremental"));
+    QCOMPARE(NVL::Archive::BackupTypeToString.value(1000), QStringLiteral("Unknown"));
+    QCOMPARE(NVL::Archive::BackupTypeToString.value(3), QString());
+    QCOMPARE(NVL::Archive::BrokenTypeToString.size(), 4);
+    QCOMPARE(NVL::Archive::BrokenTypeToString.value(10), QStringLiteral("ToPurgeAfterSync"));
+    QCOMPARE(NVL::Archive::BrokenTypeToString.value(11), QStringLiteral("ToPurgeRemoved"));
+}
+
+void TestRepositoryRecords::shouldPickImagesByKind_data()
+{
+    QTest::addColumn<bool>("bunch");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("image");
+    QTest::newRow("file") << true << 0 << "://images/folder.svg";
+    QTest::newRow("disk") << true << 2 << "://images/diskimage.svg";
+    QTest::newRow("hyper-v") << true << 5 << "://images/hyper-v.svg";
+    QTest::newRow("esx") << true << 6 << "://images/vmware-esx.svg";
+    QTest::newRow("other kind") << true << 1 << "://images/archive.svg";
+    QTest::newRow("full") << false << 0 << "://images/restore-point-full.svg";
+    QTest::newRow("synthetic") << false << 1 << "://images/restore-point-full.svg";
+    QTest::newRow("incremental") << false << 2 << "://images/restore-point-diff.svg";
+    QTest::newRow("unknown") << false << 1000 << "://images/restore-point-empty.svg";
+    QTest::newRow("other") << false << 7 << "://images/restore-point-empty.svg";
+}
+
+void TestRepositoryRecords::shouldPickImagesByKind()
+{
+    QFETCH(bool, bunch);
+    QFETCH(int, value);
+    QFETCH(QString, image);
+    QCOMPARE(bunch ? NVL::Archive::TypeImage(value) : NVL::Archive::BackupTypeImage(value), image);
+}
+
+NVB_TEST_GUILESS_MAIN(TestRepositoryRecords)
+#include "tst_repositoryrecords.moc"
