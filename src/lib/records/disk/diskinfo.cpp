@@ -69,7 +69,9 @@ DiskInfo::Disk DiskInfo::diskById(const QUuid& id) const
 
 DiskInfo::Volume DiskInfo::volume(const QUuid& diskId, const QUuid& volumeId) const
 {
-    for (const Volume& volume : diskById(diskId).volumes()) {
+    // The disk must outlive the loop: volumes() refers into it.
+    const Disk disk = diskById(diskId);
+    for (const Volume& volume : disk.volumes()) {
         if (volume.identity() == volumeId)
             return volume;
     }
