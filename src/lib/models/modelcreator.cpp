@@ -1,0 +1,7 @@
+#include "models/modelcreator.h"
+
+namespace NVB::GUI {
+
+ModelCreator::~ModelCreator() = default;
+
+} // namespace NVB::GUI
