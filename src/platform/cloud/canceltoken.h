@@ -1,0 +1,24 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+namespace NVL::Cloud {
+
+// Shared between an operation and the worker doing its job, so the worker can
+// stop early once nobody wants the answer. Copies share one flag.
+class CancelToken
+{
+public:
+    CancelToken()
+        : m_flag(std::make_shared<std::atomic_bool>(false))
+    { }
+
+    void cancel() const { m_flag->store(true); }
+    bool isCancelled() const { return m_flag->load(); }
+
+private:
+    std::shared_ptr<std::atomic_bool> m_flag;
+};
+
+} // namespace NVL::Cloud

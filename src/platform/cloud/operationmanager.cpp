@@ -1,0 +1,115 @@
+#include "operationmanager.h"
+
+#include <QMutexLocker>
+
+#include "cloudconfig.h"
+#include "cloudtype.h"
+#include "core/nvldebug.h"
+#include "operations/checkconfig.h"
+#include "operations/createcontainer.h"
+#include "operations/listcontainers.h"
+#include "operations/listing.h"
+
+namespace NVL::Cloud {
+
+namespace {
+
+bool hasKnownType(const QMap<QString, QVariant>& config, const QString& what)
+{
+    bool ok = false;
+    NVL::Cloud::typeFromName(config.value(Config::Type).toString(), &ok);
+    if (!ok)
+        NVL::NvlDebug(QStringLiteral("NVB")).warning()
+            << QStringLiteral("Can't make the operation %1: unknown cloud type \"%2\"")
+                   .arg(what, config.value(Config::Type).toString());
+    return ok;
+}
+
+} // namespace
+
+OperationManager& OperationManager::instance()
+{
+    static OperationManager manager;
+    return manager;
+}
+
+OperationManager::OperationManager()
+{
+    // Network waits, not CPU work: more threads than cores is right here.
+    m_pool.setMaxThreadCount(8);
+    m_pool.setExpiryTimeout(30000);
+}
+
+OperationManager::~OperationManager()
+{
+    QMutexLocker locker(&m_mutex);
+    m_operations.clear();
+}
+
+QSharedPointer<IOperation> OperationManager::keep(IOperation* operation)
+{
+    // Deleted later, never inside a slot that is still running on it: owners
+    // usually remove() from their finished() slot.
+    QSharedPointer<IOperation> pointer(operation, &QObject::deleteLater);
+    QMutexLocker locker(&m_mutex);
+    m_operations.insert(operation->id(), pointer);
+    return pointer;
+}
+
+void OperationManager::release(const QUuid& id)
+{
+    QSharedPointer<IOperation> last;
+    {
+        QMutexLocker locker(&m_mutex);
+        last = m_operations.take(id);
+    }
+}
+
+QSharedPointer<IOperation> OperationManager::checkConfig(const QMap<QString, QVariant>& config)
+{
+    if (!hasKnownType(config, OperationType::CheckConfig))
+        return {};
+    return keep(new Operation::CheckConfig(config));
+}
+
+QSharedPointer<IOperation> OperationManager::listContainers(const QMap<QString, QVariant>& config)
+{
+    if (!hasKnownType(config, OperationType::ListContainers))
+        return {};
+    return keep(new Operation::ListContainers(config));
+}
+
+QSharedPointer<IOperation> OperationManager::createContainer(
+    const QMap<QString, QVariant>& config, const QJsonObject& params)
+{
+    if (!hasKnownType(config, OperationType::CreateContainer))
+        return {};
+    return keep(new Operation::CreateContainer(config, params));
+}
+
+QSharedPointer<IOperation> OperationManager::listing(const QMap<QString, QVariant>& config, const QString& prefix,
+    const QString& delimiter, const QString& marker, unsigned short maxKeys)
+{
+    if (!hasKnownType(config, OperationType::Listing))
+        return {};
+    return keep(new Operation::Listing(config, prefix, delimiter, marker, maxKeys));
+}
+
+QSharedPointer<IOperation> OperationManager::operation(const QUuid& id) const
+{
+    QMutexLocker locker(&m_mutex);
+    return m_operations.value(id);
+}
+
+int OperationManager::count() const
+{
+    QMutexLocker locker(&m_mutex);
+    return m_operations.size();
+}
+
+bool OperationManager::waitForDone(int msecs)
+{
+    return m_pool.waitForDone(msecs);
+}
+
+} // namespace NVL::Cloud

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QMap>
+#include <QString>
+#include <QVariant>
+
+#include "operationerror.h"
+
+namespace NVL::Cloud {
+
+// What a provider's worker hands back to the operation on its own thread.
+struct OperationResult
+{
+    int errorCode = OperationError::NoError;
+    QString errorMessage;
+    QJsonArray data;
+    // The configuration as the worker completed it; empty leaves it unchanged.
+    QMap<QString, QVariant> config;
+    // Listings: where the next page starts; empty on the last page.
+    QString marker;
+
+    bool isError() const { return errorCode != OperationError::NoError; }
+
+    static OperationResult failure(int code, const QString& message)
+    {
+        OperationResult result;
+        result.errorCode = code;
+        result.errorMessage = message;
+        return result;
+    }
+};
+
+} // namespace NVL::Cloud

@@ -1,0 +1,43 @@
+#include "providerclient.h"
+
+#include "cloud/cloudconfig.h"
+#include "cloud/cloudtype.h"
+#include "filesystemclient.h"
+#include "sftpclient.h"
+#include "unsupportedclient.h"
+
+namespace NVL::Cloud {
+
+ProviderClient::~ProviderClient() = default;
+
+std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVariant>& config)
+{
+    bool ok = false;
+    const QString name = config.value(Config::Type).toString();
+    const Type type = typeFromName(name, &ok);
+    if (!ok)
+        return std::make_unique<UnsupportedClient>(name, false);
+    switch (type) {
+    case Type::FileSystem:
+        return std::make_unique<FileSystemClient>();
+    case Type::Sftp:
+        return std::make_unique<SftpClient>();
+    default: {
+        const QString display = displayNameSource(type);
+        return std::make_unique<UnsupportedClient>(display.isEmpty() ? name : display, true);
+    }
+    }
+}
+
+QString ProviderClient::containerNameError(const QString& name)
+{
+    if (name.trimmed().isEmpty())
+        return QStringLiteral("Container name is empty");
+    if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\0')))
+        return QStringLiteral("Container name \"%1\" must not contain a slash").arg(name);
+    if (name == QLatin1String(".") || name == QLatin1String(".."))
+        return QStringLiteral("Container name \"%1\" is not allowed").arg(name);
+    return QString();
+}
+
+} // namespace NVL::Cloud

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+
+#include <QJsonObject>
+#include <QMap>
+#include <QVariant>
+
+#include "cloud/canceltoken.h"
+#include "cloud/operationresult.h"
+#include "listingrequest.h"
+
+namespace NVL::Cloud {
+
+// Talks to one kind of provider. A client is made on the worker thread for one
+// job and used only there, so it may hold a connection without locking.
+class ProviderClient
+{
+public:
+    virtual ~ProviderClient();
+
+    // The client for the configuration's type; unknown or not yet supported
+    // types get a client that answers every call with an error.
+    static std::unique_ptr<ProviderClient> create(const QMap<QString, QVariant>& config);
+
+    virtual OperationResult checkConfig(const QMap<QString, QVariant>& config, const CancelToken& cancel) = 0;
+    virtual OperationResult listContainers(const QMap<QString, QVariant>& config, const CancelToken& cancel) = 0;
+    virtual OperationResult createContainer(
+        const QMap<QString, QVariant>& config, const QJsonObject& params, const CancelToken& cancel)
+        = 0;
+    virtual OperationResult listing(
+        const QMap<QString, QVariant>& config, const ListingRequest& request, const CancelToken& cancel)
+        = 0;
+
+protected:
+    // A folder name a user may create: not empty, no slash, not "." or "..".
+    static QString containerNameError(const QString& name);
+};
+
+} // namespace NVL::Cloud
