@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QDateTime>
+
+namespace NVB::Info::Plan {
+class Schedule;
+}
+
+namespace NVB::Engine {
+
+// When a schedule next fires. Schedules speak of the machine's local time;
+// the answers are in local time too and invalid when the schedule never fires
+// again (disabled, a single run in the past, nothing that matches within ten
+// years).
+class ScheduleCalculator
+{
+public:
+    static QDateTime nextRun(const NVB::Info::Plan::Schedule& schedule, const QDateTime& after);
+
+private:
+    static bool isRunDay(const NVB::Info::Plan::Schedule& schedule, const QDate& day);
+    static QDateTime firstTimeOnDay(const NVB::Info::Plan::Schedule& schedule, const QDate& day,
+                                    const QDateTime& after);
+};
+
+} // namespace NVB::Engine

@@ -1,0 +1,111 @@
+#include <QtTest>
+
+#include "records/plan/schedule.h"
+#include "schedule/schedulecalculator.h"
+#include "testmain.h"
+
+using NVB::Engine::ScheduleCalculator;
+using NVB::Info::Plan::Schedule;
+
+class TestScheduleCalculator : public QObject
+{
+    Q_OBJECT
+
+private:
+    static QDateTime at(int y, int m, int d, int h = 0, int min = 0) { return QDateTime(QDate(y, m, d), QTime(h, min)); }
+
+    static Schedule recurring(Schedule::FrequencyType frequency)
+    {
+        Schedule schedule;
+        schedule.setEnable(true);
+        schedule.setType(Schedule::Recurring);
+        schedule.setFrequencyType(frequency);
+        schedule.setDailyRecurrence(false);
+        schedule.setOccursAt(QTime(22, 30));
+        return schedule;
+    }
+
+private slots:
+    void initTestCase() { qputenv("TZ", "UTC"); }
+
+    void shouldNotRunWhenDisabledOrPast()
+    {
+        Schedule schedule = recurring(Schedule::Daily);
+        schedule.setEnable(false);
+        QVERIFY(!ScheduleCalculator::nextRun(schedule, at(2026, 1, 1)).isValid());
+
+        Schedule once;
+        once.setEnable(true);
+        once.setType(Schedule::Once);
+        once.setSpecificDate(at(2026, 6, 1, 8));
+        QCOMPARE(ScheduleCalculator::nextRun(once, at(2026, 5, 1)), at(2026, 6, 1, 8));
+        QVERIFY(!ScheduleCalculator::nextRun(once, at(2026, 6, 1, 8)).isValid());
+    }
+
+    void shouldRunDailyAtItsTime()
+    {
+        const Schedule schedule = recurring(Schedule::Daily);
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 3, 10, 12)), at(2026, 3, 10, 22, 30));
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 3, 10, 22, 30)), at(2026, 3, 11, 22, 30));
+    }
+
+    void shouldRepeatWithinItsWindow()
+    {
+        Schedule schedule = recurring(Schedule::Daily);
+        schedule.setDailyRecurrence(true);
+        schedule.setOccursEvery(90, QTime(8, 0), QTime(12, 0));
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 3, 10, 7)), at(2026, 3, 10, 8));
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 3, 10, 8)), at(2026, 3, 10, 9, 30));
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 3, 10, 11)), at(2026, 3, 11, 8));
+    }
+
+    void shouldRunWeeklyOnChosenDays()
+    {
+        Schedule schedule = recurring(Schedule::Weekly);
+        QBitArray days(7);
+        days.setBit(2); // Wednesday
+        days.setBit(5); // Saturday
+        schedule.setWeeklyFrequency(days);
+        // 2026-03-09 is a Monday.
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 3, 9)), at(2026, 3, 11, 22, 30));
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 3, 12)), at(2026, 3, 14, 22, 30));
+        schedule.setWeeklyFrequency(QBitArray(7));
+        QVERIFY(!ScheduleCalculator::nextRun(schedule, at(2026, 3, 9)).isValid());
+    }
+
+    void shouldRunMonthly_data()
+    {
+        QTest::addColumn<int>("week");
+        QTest::addColumn<int>("day");
+        QTest::addColumn<QDateTime>("expected");
+        // From 2026-03-01; in March 2026 the Mondays are the 2nd, 9th, 16th, 23rd, 30th.
+        QTest::newRow("first monday") << int(Schedule::First) << 1 << at(2026, 3, 2, 22, 30);
+        QTest::newRow("third monday") << int(Schedule::Third) << 1 << at(2026, 3, 16, 22, 30);
+        QTest::newRow("penultimate monday") << int(Schedule::Penultimate) << 1 << at(2026, 3, 23, 22, 30);
+        QTest::newRow("last monday") << int(Schedule::Last) << 1 << at(2026, 3, 30, 22, 30);
+        QTest::newRow("last sunday") << int(Schedule::Last) << 7 << at(2026, 3, 29, 22, 30);
+    }
+
+    void shouldRunMonthly()
+    {
+        QFETCH(int, week);
+        QFETCH(int, day);
+        QFETCH(QDateTime, expected);
+        Schedule schedule = recurring(Schedule::Monthly);
+        schedule.setMonthlyFrequency(Schedule::WeekNumber(week), day);
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 3, 1)), expected);
+    }
+
+    void shouldRunOnDayOfMonthEveryNMonths()
+    {
+        Schedule schedule = recurring(Schedule::DayOfMonth);
+        schedule.setDayOfMonthFrequency(31);
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 4, 1)), at(2026, 4, 30, 22, 30));
+        schedule.setMonthRepeat(3, QDate(2026, 1, 1));
+        // January, April, July...: after January's run the next is April's.
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 2, 1)), at(2026, 4, 30, 22, 30));
+    }
+};
+
+NVB_TEST_GUILESS_MAIN(TestScheduleCalculator)
+#include "tst_schedulecalculator.moc"
