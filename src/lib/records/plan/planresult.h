@@ -13,9 +13,11 @@ public:
     enum Value {
         NoResult = -1,
         NotStarted = 0,
-        Running = 1,
-        Completed = 2,
-        Starting = 3,
+        Starting = 1,
+        // The history shows no finish time for a run in this state: it is
+        // the value of a run under way.
+        Running = 2,
+        Completed = 3,
         Stopping = 4,
         Interrupted = 5,
         Success = 6,
