@@ -1,5 +1,7 @@
 #include "connectionmanager.h"
 
+#include <QCoreApplication>
+
 #include "service/servicelink.h"
 
 namespace NVB::Common::Communication {
@@ -15,6 +17,8 @@ QPointer<ConnectionManager> ConnectionManager::instance()
 
 ConnectionManager::ConnectionManager()
 {
+    if (QCoreApplication* application = QCoreApplication::instance())
+        moveToThread(application->thread());
     QPointer<ServiceLink> link = ServiceLink::instance();
     connect(link, &ServiceLink::connected, this, &ConnectionManager::localManagmentConnected);
     connect(link, &ServiceLink::disconnected, this, &ConnectionManager::localManagmentDisconnected);

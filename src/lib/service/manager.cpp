@@ -1,5 +1,6 @@
 #include "manager.h"
 
+#include <QCoreApplication>
 #include <QJsonObject>
 
 #include "core/nvldebug.h"
@@ -25,6 +26,8 @@ QPointer<Manager> Manager::instance()
 
 Manager::Manager()
 {
+    if (QCoreApplication* application = QCoreApplication::instance())
+        moveToThread(application->thread());
     ServiceLink::instance();
 }
 

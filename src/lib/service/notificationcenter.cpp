@@ -1,5 +1,7 @@
 #include "notificationcenter.h"
 
+#include <QCoreApplication>
+
 #include "service/servicelink.h"
 #include "service/v2/subscriberregistry.h"
 
@@ -18,6 +20,8 @@ QPointer<NotificationCenter> NotificationCenter::instance()
 
 NotificationCenter::NotificationCenter()
 {
+    if (QCoreApplication* application = QCoreApplication::instance())
+        moveToThread(application->thread());
     qRegisterMetaType<QSharedPointer<V2::NotificationMessage>>();
 }
 

@@ -1,5 +1,6 @@
 #include "servicelink.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -61,7 +62,15 @@ ServiceLink::ServiceLink()
     connect(m_client, &NVB::Channel::ChannelClient::disconnected, this, &ServiceLink::onDisconnected);
     connect(m_client, &NVB::Channel::ChannelClient::connectFailed, this, &ServiceLink::onConnectFailed);
     connect(m_client, &NVB::Channel::ChannelClient::frameReceived, this, &ServiceLink::onFrame);
-    m_client->start();
+    // Replies and notifications are delivered on the GUI thread, whoever
+    // asked for the link first.
+    QCoreApplication* application = QCoreApplication::instance();
+    if (application && thread() != application->thread()) {
+        moveToThread(application->thread());
+        QMetaObject::invokeMethod(m_client, &NVB::Channel::ChannelClient::start, Qt::QueuedConnection);
+    } else {
+        m_client->start();
+    }
 }
 
 bool ServiceLink::isConnected() const
