@@ -10,11 +10,9 @@ namespace NVL::Cloud {
 class CancelToken
 {
 public:
-    CancelToken()
-        : m_flag(std::make_shared<std::atomic_bool>(false))
-    { }
+    CancelToken();
 
-    void cancel() const { m_flag->store(true); }
+    void cancel() const;
     bool isCancelled() const { return m_flag->load(); }
 
 private:

@@ -101,6 +101,11 @@ const QVector<Type> SelectorOrder = {Type::AmazonS3, Type::AzureBlob, Type::File
     Type::Scality, Type::SoftLayer, Type::S3Compatible, Type::Cloudian, Type::DreamObjects, Type::HPCloud,
     Type::ThinkOn, Type::Verizon, Type::Minio, Type::Wasabi, Type::AlibabaCloud, Type::Sftp};
 
+uint qHash(Type type, uint seed)
+{
+    return ::qHash(static_cast<int>(type), seed);
+}
+
 QString displayNameSource(Type type)
 {
     switch (type) {

@@ -50,10 +50,7 @@ enum class Type : int {
     MNS_CLOUD = 38
 };
 
-inline uint qHash(Type type, uint seed = 0)
-{
-    return ::qHash(static_cast<int>(type), seed);
-}
+uint qHash(Type type, uint seed = 0);
 
 // The literal of each type, as written into cloud configurations.
 namespace Name {

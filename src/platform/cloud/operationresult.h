@@ -22,13 +22,7 @@ struct OperationResult
 
     bool isError() const { return errorCode != OperationError::NoError; }
 
-    static OperationResult failure(int code, const QString& message)
-    {
-        OperationResult result;
-        result.errorCode = code;
-        result.errorMessage = message;
-        return result;
-    }
+    static OperationResult failure(int code, const QString& message);
 };
 
 } // namespace NVL::Cloud
