@@ -184,7 +184,7 @@ private slots:
         QVERIFY(child >= 0);
         if (child == 0) {
             EngineStore store;
-            if (!store.open(file) || !store.savePlan(plan) || !store.setPlanStatus(plan.id, 2))
+            if (!store.open(file) || !store.savePlan(plan) || !store.setPlanStatus(plan.id, 1))
                 ::_exit(1);
             RunRecord run;
             run.planId = plan.id;
@@ -201,10 +201,10 @@ private slots:
         EngineStore store;
         QVERIFY(store.open(file));
         QCOMPARE(store.plan(plan.id)->name, plan.name);
-        QCOMPARE(store.closeInterruptedRuns(1, 5), 1);
+        QCOMPARE(store.closeInterruptedRuns(1, 5, 2), 1);
         QCOMPARE(store.runs(HistoryQuery{}).first().result, 5);
-        QCOMPARE(store.plan(plan.id)->status, 0);
-        QCOMPARE(store.closeInterruptedRuns(1, 5), 0);
+        QCOMPARE(store.plan(plan.id)->status, 2);
+        QCOMPARE(store.closeInterruptedRuns(1, 5, 2), 0);
     }
 
     void shouldRefuseStoreOfNewerEngine()

@@ -521,7 +521,7 @@ bool EngineStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& fi
     });
 }
 
-int EngineStore::closeInterruptedRuns(int runningResult, int interruptedResult)
+int EngineStore::closeInterruptedRuns(int runningResult, int interruptedResult, int idleStatus)
 {
     int count = 0;
     transaction([&] {
@@ -534,7 +534,9 @@ int EngineStore::closeInterruptedRuns(int runningResult, int interruptedResult)
             return fail(q.lastError().text());
         count = q.numRowsAffected();
         QSqlQuery p(QSqlDatabase::database(m_connectionName, false));
-        return p.exec(QStringLiteral("UPDATE plans SET status=0 WHERE status<>0")) || fail(p.lastError().text());
+        p.prepare(QStringLiteral("UPDATE plans SET status=?"));
+        p.addBindValue(idleStatus);
+        return p.exec() || fail(p.lastError().text());
     });
     return count;
 }
@@ -748,18 +750,16 @@ std::optional<StoredRestorePoint> EngineStore::restorePointAt(const QUuid& conne
                                                               const QDateTime& startUtc)
 {
     QSqlQuery q(QSqlDatabase::database(m_connectionName, false));
-    if (startUtc.isValid()) {
-        q.prepare(QStringLiteral("SELECT %1 FROM restore_points WHERE connection_id=? AND bunch_id=? AND start_utc=?")
-                      .arg(RestorePointColumns));
-    } else {
-        q.prepare(QStringLiteral("SELECT %1 FROM restore_points WHERE connection_id=? AND bunch_id=? "
-                                 "ORDER BY start_utc DESC, id DESC LIMIT 1")
-                      .arg(RestorePointColumns));
-    }
+    QString sql = QStringLiteral("SELECT %1 FROM restore_points WHERE connection_id=? AND bunch_id=?").arg(RestorePointColumns);
+    if (startUtc.isValid())
+        sql += QStringLiteral(" AND start_utc<=?");
+    q.prepare(sql + QStringLiteral(" ORDER BY start_utc DESC, id DESC LIMIT 1"));
     q.addBindValue(text(connectionId));
     q.addBindValue(text(bunchId));
+    // A point in time names the newest restore point started by then; the
+    // whole second counts, since dates travel without their milliseconds.
     if (startUtc.isValid())
-        q.addBindValue(stamp(startUtc));
+        q.addBindValue(stamp(startUtc.addMSecs(999 - startUtc.time().msec())));
     if (!q.exec() || !q.next())
         return std::nullopt;
     return readRestorePoint(q);

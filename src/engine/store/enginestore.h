@@ -63,8 +63,8 @@ public:
     bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
                    const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content);
     // Marks runs left "running" by a previous engine as interrupted, and
-    // their plans idle; answers how many there were.
-    int closeInterruptedRuns(int runningResult, int interruptedResult);
+    // every plan idle; answers how many runs there were.
+    int closeInterruptedRuns(int runningResult, int interruptedResult, int idleStatus);
     QList<RunRecord> runs(const HistoryQuery& query);
     QList<RunFileRecord> runFiles(const HistoryQuery& query);
 
@@ -76,8 +76,8 @@ public:
     QList<StoredRestorePoint> restorePoints(const QUuid& connectionId, const QUuid& bunchId,
                                             const QUuid& generationId = QUuid());
     std::optional<StoredRestorePoint> latestRestorePoint(const QUuid& connectionId, const QUuid& bunchId);
-    // The restore point a restore asks for: the one started at `startUtc`, or
-    // with an invalid time the newest.
+    // The restore point a restore asks for: the newest started at or before
+    // `startUtc`, or with an invalid time the newest of all.
     std::optional<StoredRestorePoint> restorePointAt(const QUuid& connectionId, const QUuid& bunchId,
                                                      const QDateTime& startUtc);
     QList<StoredContent> content(qint64 restorePointRowId);

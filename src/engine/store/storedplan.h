@@ -18,7 +18,7 @@ struct StoredPlan
     int subtype = 1; // job kind: 1 backup, 2 restore
     QUuid storageId;
 
-    int status = 0; // the engine's PlanStatus value; 0 idle
+    int status = 2; // a PlanStatus value: 1 running, 2 idle
     int lastResult = -1;
     QDateTime lastRunUtc;
     qint64 lastDuration = 0;

@@ -1,0 +1,97 @@
+#include "commandrouter.h"
+
+#include "core/nvldebug.h"
+#include "historycommands.h"
+#include "plancommands.h"
+#include "service/commands/header.h"
+#include "service/envelope.h"
+#include "service/v2/commandcatalogue.h"
+#include "service/v2/wire.h"
+#include "storagecommands.h"
+#include "v2commands.h"
+
+namespace NVB::Engine {
+
+namespace Header = NVB::Common::Communication::Commands::Format::Header;
+namespace Wire = NVB::Common::Communication::V2::Wire;
+using NVB::Common::Communication::Envelope;
+
+namespace {
+
+void drop(const QString& why)
+{
+    NVL::NvlDebug(QStringLiteral("NVB")).warning() << QStringLiteral("Request dropped: %1").arg(why);
+}
+
+} // namespace
+
+CommandRouter::CommandRouter(Engine* engine)
+{
+    PlanCommands::add(engine, &m_v1);
+    StorageCommands::add(engine, &m_v1);
+    HistoryCommands::add(engine, &m_v1);
+    V2Commands::add(engine, &m_v2);
+}
+
+QJsonObject CommandRouter::handle(const QJsonObject& frame)
+{
+    const QString type = frame.value(QLatin1String(Header::Type::Key)).toString();
+    if (type == QLatin1String(Header::Type::Request))
+        return handleV1(frame);
+    if (type == QLatin1String(Wire::Type::Request))
+        return handleV2(frame);
+    drop(QStringLiteral("a frame of type \"%1\" is no request").arg(type));
+    return {};
+}
+
+QJsonObject CommandRouter::handleV1(const QJsonObject& frame)
+{
+    const QJsonValue id = frame.value(QLatin1String(Header::Id));
+    const QJsonValue name = frame.value(QLatin1String(Header::Command));
+    const QJsonValue params = frame.value(QLatin1String(Header::Params));
+    if (!id.isString() || QUuid(id.toString()).isNull()) {
+        drop(QStringLiteral("a command without a valid id"));
+        return {};
+    }
+    if (!name.isString())
+        return Envelope::errorReply(frame, QStringLiteral("The request names no command"));
+    if (!params.isUndefined() && !params.isNull() && !params.isObject())
+        return Envelope::errorReply(frame, QStringLiteral("The command's \"params\" is not an object"));
+    const auto handler = m_v1.constFind(name.toString());
+    if (handler == m_v1.cend())
+        return Envelope::errorReply(frame, QStringLiteral("Unknown command %1").arg(name.toString()));
+    const Outcome outcome = (*handler)(params.toObject());
+    if (!outcome.ok) {
+        NVL::NvlDebug(QStringLiteral("NVB")).info()
+            << QStringLiteral("%1 failed: %2").arg(name.toString(), outcome.error);
+        return Envelope::errorReply(frame, outcome.error);
+    }
+    return Envelope::reply(frame, outcome.data);
+}
+
+QJsonObject CommandRouter::handleV2(const QJsonObject& frame)
+{
+    const QJsonValue id = frame.value(QLatin1String(Wire::Id));
+    if (!id.isString() || QUuid(id.toString()).isNull()) {
+        drop(QStringLiteral("a V2 command without a valid id"));
+        return {};
+    }
+    const QUuid commandId(frame.value(QLatin1String(Wire::CommandId)).toString());
+    const QJsonValue request = frame.value(QLatin1String(Wire::Request));
+    const auto handler = m_v2.constFind(commandId);
+    if (commandId.isNull() || handler == m_v2.cend()) {
+        return Envelope::replyV2(frame, 3, {},
+                                 QStringLiteral("Unknown command %1").arg(frame.value(QLatin1String(Wire::CommandId)).toString()));
+    }
+    // The typed request refuses values of the wrong type; check before the
+    // handler reads it.
+    const auto typed = NVB::Common::Communication::V2::CommandCatalogue::instance().createRequest(commandId);
+    if (!request.isUndefined() && !request.isNull() && !request.isObject())
+        return Envelope::replyV2(frame, 3, {}, QStringLiteral("The command's request is not an object"));
+    if (typed && !typed->fromJson(request.toObject()))
+        return Envelope::replyV2(frame, 3, {}, QStringLiteral("The command's request has a value of the wrong type"));
+    const V2Answer answer = (*handler)(request.toObject());
+    return Envelope::replyV2(frame, answer.status, answer.response, answer.error);
+}
+
+} // namespace NVB::Engine

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "v1handler.h"
+
+namespace NVB::Engine {
+
+class Engine;
+
+// The engine's V1 plan commands, by wire name.
+class PlanCommands
+{
+public:
+    static void add(Engine* engine, V1Handlers* handlers);
+};
+
+} // namespace NVB::Engine

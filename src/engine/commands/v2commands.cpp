@@ -1,0 +1,106 @@
+#include "v2commands.h"
+
+#include <QJsonArray>
+
+#include "core/engine.h"
+#include "records/storage/connection.h"
+#include "service/commands/plan.h"
+#include "service/v2/commands/getconnection.h"
+#include "service/v2/commands/getconnectionbyid.h"
+#include "service/v2/commands/plan/getbackupplanlist.h"
+#include "service/v2/commands/plan/getplan.h"
+#include "service/v2/commands/plan/getplanlist.h"
+#include "service/v2/commands/plan/getrestoreplanlist.h"
+#include "store/enginestore.h"
+
+namespace NVB::Engine {
+
+namespace V2 = NVB::Common::Communication::V2;
+namespace Info = NVB::Common::Communication::Commands::Format::Plan::DataType::Info;
+
+namespace {
+
+QJsonObject connectionJson(const StoredAccount& account)
+{
+    NVB::Info::Storage::Connection connection;
+    connection.setId(account.id);
+    connection.setDisplayName(account.displayName);
+    connection.setType(account.type);
+    connection.setSyncInProgress(false);
+    return connection.toJson();
+}
+
+// Plans of one job kind (0: all) as V2 list entries.
+QJsonArray planObjects(Engine* engine, int subtype)
+{
+    QJsonArray list;
+    for (const QJsonValue& value : engine->planList()) {
+        const QJsonObject summary = value.toObject();
+        if (subtype != 0 && summary.value(QLatin1String(Info::SubType)).toInt() != subtype)
+            continue;
+        const QUuid id(summary.value(QLatin1String(Info::ID)).toString());
+        list.append(V2Commands::planObject(summary, engine->planXml(id).value_or(QString())));
+    }
+    return list;
+}
+
+} // namespace
+
+QJsonObject V2Commands::planObject(const QJsonObject& summary, const QString& xml)
+{
+    return QJsonObject{
+        {QStringLiteral("id"), summary.value(QLatin1String(Info::ID))},
+        {QStringLiteral("name"), summary.value(QLatin1String(Info::Name))},
+        {QStringLiteral("subType"), summary.value(QLatin1String(Info::SubType))},
+        {QStringLiteral("type"), summary.value(QLatin1String(Info::Type))},
+        {QStringLiteral("status"), summary.value(QLatin1String(Info::Status))},
+        {QStringLiteral("lastRunStatus"), summary.value(QLatin1String(Info::LastRunStatus))},
+        {QStringLiteral("xml"), xml},
+    };
+}
+
+void V2Commands::add(Engine* engine, V2Handlers* handlers)
+{
+    handlers->insert(V2::GetConnection::CommandId, [engine](const QJsonObject&) {
+        V2::GetConnection::Response response;
+        QJsonArray connections;
+        for (const StoredAccount& account : engine->store()->accounts())
+            connections.append(connectionJson(account));
+        response.setConnections(connections);
+        return V2Answer::success(response.toJson());
+    });
+    handlers->insert(V2::GetConnectionById::CommandId, [engine](const QJsonObject& json) {
+        V2::GetConnectionById::Request request;
+        request.fromJson(json);
+        const auto account = engine->store()->account(request.connectionId());
+        if (!account) {
+            return V2Answer::failure(
+                QStringLiteral("There is no storage account with the id %1").arg(request.connectionId().toString()));
+        }
+        V2::GetConnectionById::Response response;
+        response.setConnectionInfo(connectionJson(*account));
+        return V2Answer::success(response.toJson());
+    });
+    const auto planList = [engine](int subtype) {
+        return [engine, subtype](const QJsonObject&) {
+            V2::Plan::GetPlanList::Response response;
+            response.setPlanList(planObjects(engine, subtype));
+            return V2Answer::success(response.toJson());
+        };
+    };
+    handlers->insert(V2::Plan::GetPlanList::CommandId, planList(0));
+    handlers->insert(V2::Plan::GetBackupPlanList::CommandId, planList(1));
+    handlers->insert(V2::Plan::GetRestorePlanList::CommandId, planList(2));
+    handlers->insert(V2::Plan::GetPlan::CommandId, [engine](const QJsonObject& json) {
+        V2::Plan::GetPlan::Request request;
+        request.fromJson(json);
+        const auto summary = engine->planInfo(request.planId());
+        if (!summary)
+            return V2Answer::failure(QStringLiteral("There is no plan with the id %1").arg(request.planId().toString()));
+        V2::Plan::GetPlan::Response response;
+        response.setPlan(planObject(*summary, engine->planXml(request.planId()).value_or(QString())));
+        return V2Answer::success(response.toJson());
+    });
+}
+
+} // namespace NVB::Engine

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <optional>
+
+#include <QJsonArray>
+#include <QObject>
+#include <QStringList>
+#include <QUuid>
+
+#include "outcome.h"
+#include "runs/runprogress.h"
+#include "store/storedaccount.h"
+#include "store/storedrestorepoint.h"
+
+namespace NVB::Engine {
+
+class EngineStore;
+class Notifier;
+class RunManager;
+class Scheduler;
+
+// What the engine does, apart from how it is asked: plans, accounts, runs and
+// the notifications every change sends. Lives on the engine's main thread.
+class Engine : public QObject
+{
+    Q_OBJECT
+
+public:
+    Engine(EngineStore* store, Notifier* notifier, QObject* parent = nullptr);
+    ~Engine() override;
+
+    // Closes what a previous engine left running and arms the schedules.
+    void start();
+    // Stops every run, records it, and tells the consoles to close.
+    void shutdown();
+
+    EngineStore* store() const { return m_store; }
+
+    // Plans
+    Outcome savePlan(const QUuid& id, const QString& xml, const QString& profile);
+    Outcome removePlan(const QUuid& id);
+    Outcome startPlan(const QUuid& id, bool forceFull);
+    Outcome stopPlan(const QUuid& id);
+    QJsonArray planList();
+    std::optional<QJsonObject> planInfo(const QUuid& id);
+    std::optional<QString> planXml(const QUuid& id);
+    // The network shares that file backup plans include.
+    QStringList usedShares();
+    bool isRunning(const QUuid& id) const;
+
+    // Accounts
+    Outcome saveAccount(const StoredAccount& account);
+    Outcome removeAccount(const QUuid& id);
+    // The connection rows of the storage table.
+    QJsonArray connections();
+    std::optional<QJsonObject> connection(const QUuid& id);
+
+private slots:
+    void onRunStarted(const QUuid& planId, int subtype);
+    void onRunProgress(const QUuid& planId, int subtype, const NVB::Engine::RunProgress& progress);
+    void onRunFinished(const QUuid& planId, int subtype, int planResult, const NVB::Engine::StoredRestorePoint& point,
+                       bool newBunch, bool newGeneration);
+    void onDue(const QUuid& planId);
+
+private:
+    void notifyStateChange(const QUuid& planId, int state, int lastState);
+
+    EngineStore* m_store;
+    Notifier* m_notifier;
+    RunManager* m_runs;
+    Scheduler* m_scheduler;
+};
+
+} // namespace NVB::Engine

@@ -1,0 +1,346 @@
+#include "runmanager.h"
+
+#include <limits>
+
+#include <QDir>
+#include <QtConcurrent>
+
+#include "core/nvldebug.h"
+#include "filebackupjob.h"
+#include "filerestorejob.h"
+#include "records/plan/backupfile.h"
+#include "records/plan/factory.h"
+#include "records/plan/planresult.h"
+#include "records/plan/planstatus.h"
+#include "records/plan/restorefile.h"
+#include "store/enginestore.h"
+#include "stores/defaultsettings.h"
+
+namespace NVB::Engine {
+
+using NVB::Info::Plan::PlanResult;
+using NVB::Info::Plan::PlanStatus;
+
+namespace {
+
+constexpr int FileSystemProvider = 1;
+
+QString noBraces(const QUuid& id)
+{
+    return id.toString(QUuid::WithoutBraces);
+}
+
+// The account's folder, ending in a slash, or an empty text with the reason.
+QString accountFolder(EngineStore* store, const QUuid& accountId, QString* prefix, QString* error)
+{
+    const auto account = store->account(accountId);
+    if (!account) {
+        *error = QStringLiteral("The plan's storage account %1 does not exist").arg(accountId.toString());
+        return {};
+    }
+    if (account->type != FileSystemProvider) {
+        *error = QStringLiteral("Storage account \"%1\": this engine writes only to File System accounts; "
+                                "transfers to this provider are not supported yet")
+                     .arg(account->displayName);
+        return {};
+    }
+    QString folder = account->params.value(QStringLiteral("Path")).toString().trimmed();
+    if (!folder.startsWith(QLatin1Char('/'))) {
+        *error = QStringLiteral("Storage account \"%1\" has no local folder").arg(account->displayName);
+        return {};
+    }
+    if (!folder.endsWith(QLatin1Char('/')))
+        folder += QLatin1Char('/');
+    *prefix = account->prefix;
+    return folder;
+}
+
+} // namespace
+
+RunManager::RunManager(EngineStore* store, QObject* parent)
+    : QObject(parent)
+    , m_store(store)
+{
+    qRegisterMetaType<NVB::Engine::RunProgress>();
+    qRegisterMetaType<NVB::Engine::StoredRestorePoint>();
+}
+
+RunManager::~RunManager()
+{
+    stopAll();
+}
+
+QString RunManager::start(const QUuid& planId, bool forceFull)
+{
+    if (m_runs.contains(planId))
+        return QStringLiteral("The plan is running already");
+    const auto stored = m_store->plan(planId);
+    if (!stored)
+        return QStringLiteral("There is no plan with the id %1").arg(planId.toString());
+
+    ActiveRun active;
+    active.plan = *stored;
+    active.stop = std::make_shared<std::atomic_bool>(false);
+    active.clock.start();
+    active.run.planId = planId;
+    active.run.planName = stored->name;
+    active.run.operation = stored->subtype;
+    active.run.result = PlanResult::Running;
+    active.run.startUtc = QDateTime::currentDateTimeUtc();
+    const auto runId = m_store->beginRun(active.run);
+    if (!runId)
+        return QStringLiteral("Cannot record the run: %1").arg(m_store->lastError());
+    active.run.id = *runId;
+    m_store->setPlanStatus(planId, PlanStatus::Running);
+
+    const auto record = NVB::Info::Plan::Factory::create(stored->xml);
+    std::function<RunOutcome(const std::atomic_bool&)> work;
+    QString reason;
+    if (!record)
+        reason = QStringLiteral("The stored plan cannot be read");
+    else if (stored->subtype == 1)
+        reason = prepareBackup(active, *record, forceFull, &work);
+    else
+        reason = prepareRestore(active, *record, &work);
+    if (record)
+        active.stopAfterSeconds = qint64(qMin<unsigned long long>(record->schedule().stopAfter(), 1ull << 40));
+    if (!reason.isEmpty()) {
+        work = [reason](const std::atomic_bool&) {
+            RunOutcome outcome;
+            outcome.planResult = PlanResult::Failed;
+            outcome.message = reason;
+            return outcome;
+        };
+        active.makesPoint = false;
+    }
+    const int subtype = stored->subtype;
+    m_runs.insert(planId, active);
+    emit started(planId, subtype);
+    launch(planId, std::move(work));
+    return {};
+}
+
+QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base& record, bool forceFull,
+                                  std::function<RunOutcome(const std::atomic_bool&)>* work)
+{
+    const auto* plan = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&record);
+    if (!plan)
+        return QStringLiteral("Only file backup plans can run on this engine");
+
+    QString prefix;
+    QString error;
+    const QString folder = accountFolder(m_store, active.plan.storageId, &prefix, &error);
+    if (folder.isEmpty())
+        return error;
+
+    const auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
+    active.makesPoint = true;
+    active.newBunch = !m_store->bunch(active.plan.storageId, active.plan.id).has_value();
+    active.bunch = StoredBunch{active.plan.storageId, active.plan.id, active.plan.name, 0, active.plan.xml};
+    StoredRestorePoint& point = active.point;
+    point.connectionId = active.plan.storageId;
+    point.bunchId = active.plan.id;
+    point.startUtc = active.run.startUtc;
+    point.encrypted = plan->encryption().isEnabled();
+    if (previous) {
+        point.generationId = previous->generationId;
+        point.sequenceNumber = previous->sequenceNumber + 1;
+        point.backupType = 2;
+    } else {
+        point.generationId = QUuid::createUuid();
+        point.sequenceNumber = 1;
+        point.backupType = 0;
+        active.newGeneration = true;
+    }
+
+    FileBackupJob::Spec spec;
+    spec.planId = active.plan.id;
+    spec.planName = active.plan.name;
+    spec.storageRoot = QDir::cleanPath(folder);
+    spec.objectPrefix = QStringLiteral("NVB_%1/%2/%3/%4")
+                            .arg(prefix, noBraces(active.plan.id), noBraces(point.generationId))
+                            .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
+    if (previous) {
+        for (const StoredContent& item : m_store->content(previous->rowId))
+            spec.previous.insert(item.path, item);
+    }
+    spec.reBackupModifiedSince = plan->reBackupModifiedSince();
+    spec.backupEmptyFolders = plan->backupEmptyFolders();
+    spec.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
+
+    FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
+                            plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
+    const QUuid planId = active.plan.id;
+    *work = [this, planId, spec = std::move(spec), selection = std::move(selection)](const std::atomic_bool& stop) {
+        FileBackupJob job(spec, selection);
+        auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
+        RunOutcome outcome;
+        outcome.planResult = result.planResult;
+        outcome.message = result.message;
+        outcome.files = std::move(result.files);
+        outcome.content = std::move(result.content);
+        outcome.totals = result.totals;
+        return outcome;
+    };
+    return {};
+}
+
+QString RunManager::prepareRestore(ActiveRun& active, const NVB::Info::Plan::Base& record,
+                                   std::function<RunOutcome(const std::atomic_bool&)>* work)
+{
+    const auto* plan = dynamic_cast<const NVB::Info::Plan::RestoreFile*>(&record);
+    if (!plan)
+        return QStringLiteral("Only file restore plans can run on this engine");
+
+    QString prefix;
+    QString error;
+    const QString folder = accountFolder(m_store, active.plan.storageId, &prefix, &error);
+    if (folder.isEmpty())
+        return error;
+
+    // "NVB_Archive\<bunch id>\<date>": the backup plan whose data to restore.
+    const QStringList parts = plan->restorePoint().split(QLatin1Char('\\'));
+    const QUuid bunchId = parts.size() >= 2 ? QUuid(QStringLiteral("{%1}").arg(parts.at(1))) : QUuid();
+    if (bunchId.isNull())
+        return QStringLiteral("The restore plan does not name the backup to restore from");
+    const QDateTime pointInTime = plan->restoreType() == 1 ? plan->pointInTime().toUTC() : QDateTime();
+    const auto point = m_store->restorePointAt(active.plan.storageId, bunchId, pointInTime);
+    if (!point)
+        return QStringLiteral("There is no restore point of that backup at the chosen time");
+
+    FileRestoreJob::Spec spec;
+    spec.planId = active.plan.id;
+    spec.planName = active.plan.name;
+    spec.storageRoot = QDir::cleanPath(folder);
+    spec.content = m_store->content(point->rowId);
+    spec.items = plan->restoreItems();
+    spec.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
+    spec.skipExistingFiles = plan->skipExistingFiles();
+    spec.onlyNewFiles = plan->onlyNewFiles();
+    const QUuid planId = active.plan.id;
+    *work = [this, planId, spec = std::move(spec)](const std::atomic_bool& stop) {
+        FileRestoreJob job(spec);
+        auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
+        RunOutcome outcome;
+        outcome.planResult = result.planResult;
+        outcome.message = result.message;
+        outcome.files = std::move(result.files);
+        outcome.totals = result.totals;
+        return outcome;
+    };
+    return {};
+}
+
+void RunManager::launch(const QUuid& planId, std::function<RunOutcome(const std::atomic_bool&)> work)
+{
+    ActiveRun& active = m_runs[planId];
+    active.watcher = new QFutureWatcher<RunOutcome>(this);
+    connect(active.watcher, &QFutureWatcher<RunOutcome>::finished, this, [this, planId] {
+        const auto it = m_runs.find(planId);
+        if (it == m_runs.end())
+            return;
+        finish(planId, it->watcher->result());
+    });
+    if (active.stopAfterSeconds > 0) {
+        // A run that outlives its schedule's limit is stopped like a user stop.
+        active.stopAfter = new QTimer(this);
+        active.stopAfter->setSingleShot(true);
+        connect(active.stopAfter, &QTimer::timeout, this, [this, planId] { stop(planId); });
+        active.stopAfter->start(int(qMin<qint64>(active.stopAfterSeconds * 1000, std::numeric_limits<int>::max())));
+    }
+    auto stop = active.stop;
+    active.watcher->setFuture(QtConcurrent::run([work = std::move(work), stop] { return work(*stop); }));
+}
+
+void RunManager::reportProgress(const QUuid& planId, const RunProgress& progress)
+{
+    // Called on the worker: hand the figures to the engine's thread.
+    QMetaObject::invokeMethod(
+        this,
+        [this, planId, progress] {
+            const auto it = m_runs.constFind(planId);
+            if (it != m_runs.cend())
+                emit progressed(planId, it->plan.subtype, progress);
+        },
+        Qt::QueuedConnection);
+}
+
+bool RunManager::stop(const QUuid& planId)
+{
+    const auto it = m_runs.find(planId);
+    if (it == m_runs.end())
+        return false;
+    *it->stop = true;
+    return true;
+}
+
+void RunManager::stopAll()
+{
+    for (auto it = m_runs.begin(); it != m_runs.end(); ++it)
+        *it->stop = true;
+    // Finishing records each run, so wait for the workers and finish here:
+    // the event loop may not run again.
+    const QList<QUuid> ids = m_runs.keys();
+    for (const QUuid& id : ids) {
+        const auto it = m_runs.find(id);
+        if (it == m_runs.end() || !it->watcher)
+            continue;
+        it->watcher->waitForFinished();
+        finish(id, it->watcher->result());
+    }
+}
+
+void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
+{
+    const auto it = m_runs.find(planId);
+    if (it == m_runs.end())
+        return;
+    ActiveRun active = *it;
+    m_runs.erase(it);
+    active.watcher->deleteLater();
+    if (active.stopAfter)
+        active.stopAfter->deleteLater();
+
+    const qint64 seconds = active.clock.elapsed() / 1000;
+    active.run.result = outcome.planResult;
+    active.run.durationSeconds = seconds;
+    active.run.size = outcome.totals.copiedSize;
+    active.run.fileCount = outcome.totals.copiedCount;
+    active.run.errorMessage = outcome.message;
+
+    StoredPlan summary = active.plan;
+    summary.status = PlanStatus::Idle;
+    summary.lastResult = outcome.planResult;
+    summary.lastRunUtc = active.run.startUtc;
+    summary.lastDuration = seconds;
+    summary.lastFileCount = outcome.totals.scannedCount;
+    summary.lastFileSize = outcome.totals.scannedSize;
+    summary.lastUploadedCount = outcome.totals.copiedCount;
+    summary.lastUploadedSize = outcome.totals.copiedSize;
+    summary.lastFailedCount = outcome.totals.failedCount;
+    summary.lastMessage = outcome.message;
+
+    // A stopped or failed backup leaves no restore point: it would promise
+    // files that were never copied.
+    const bool keepsPoint = active.makesPoint
+                            && (outcome.planResult == PlanResult::Success || outcome.planResult == PlanResult::Warning);
+    StoredRestorePoint point = active.point;
+    point.status = outcome.planResult == PlanResult::Warning ? 1 : 0;
+    point.sizeOnStorage = outcome.totals.copiedSize;
+    if (!m_store->finishRun(active.run, outcome.files, summary, keepsPoint ? &active.bunch : nullptr,
+                            keepsPoint ? &point : nullptr, outcome.content)) {
+        NVL::NvlDebug(QStringLiteral("NVB")).error()
+            << QStringLiteral("The run of plan %1 could not be recorded: %2").arg(planId.toString(), m_store->lastError());
+        m_store->setPlanStatus(planId, PlanStatus::Idle);
+    }
+    if (keepsPoint) {
+        const auto made = m_store->latestRestorePoint(point.connectionId, point.bunchId);
+        point.rowId = made ? made->rowId : 0;
+    } else {
+        point = StoredRestorePoint{};
+    }
+    emit finished(planId, active.plan.subtype, outcome.planResult, point, keepsPoint && active.newBunch,
+                  keepsPoint && active.newGeneration);
+}
+
+} // namespace NVB::Engine

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include "runprogress.h"
+#include "store/runfilerecord.h"
+#include "store/storedcontent.h"
+
+namespace NVB::Engine {
+
+// What a run's worker hands back: its result value, the files it touched and,
+// for a backup, the content of the restore point it made.
+struct RunOutcome
+{
+    int planResult = 0;
+    QString message;
+    QList<RunFileRecord> files;
+    QList<StoredContent> content;
+    RunProgress totals;
+};
+
+} // namespace NVB::Engine
