@@ -34,7 +34,8 @@ using namespace NVB::Common::Communication;
 namespace {
 
 constexpr int WarmUp = 200;
-constexpr int RoundTrips = 20000;
+constexpr int RoundTrips = 5000;
+constexpr int Rounds = 5;
 constexpr int Notifications = 20000;
 constexpr int Listeners = 100;
 
@@ -262,15 +263,26 @@ int main(int argc, char** argv)
     const int frameSize = NVB::Channel::FrameCodec::encode(request).size();
     delete probe;
 
+    // The machine is shared, so the two measurements alternate and each keeps
+    // its best round: a slow round says more about the neighbours than about
+    // the code.
     int failures = 0;
-    const double raw = rawEchoRate(echoPath, frameSize);
-    const double v1 = commandRate(failures);
+    double raw = 0;
+    double v1 = 0;
+    for (int round = 0; round < Rounds; ++round) {
+        raw = qMax(raw, rawEchoRate(echoPath, frameSize));
+        int roundFailures = 0;
+        v1 = qMax(v1, commandRate(roundFailures));
+        failures += roundFailures;
+    }
     bool complete = false;
     const double notifications = notificationRate(complete);
 
     std::printf("frame size                      %d bytes\n", frameSize);
-    std::printf("raw QLocalSocket echo           %10.0f round trips/s\n", raw);
-    std::printf("V1 command round trip           %10.0f round trips/s (%d failed)\n", v1, failures);
+    std::printf(
+        "raw QLocalSocket echo           %10.0f round trips/s (best of %d rounds of %d)\n", raw, Rounds, RoundTrips);
+    std::printf("V1 command round trip           %10.0f round trips/s (best of %d rounds of %d, %d failed)\n", v1,
+        Rounds, RoundTrips, failures);
     std::printf("ratio V1 / raw                  %10.2f (target >= 0.50)\n", raw > 0 ? v1 / raw : 0.0);
     std::printf("V1 notifications, %d listeners %10.0f notifications/s (%s)\n", Listeners, notifications,
         complete ? "all delivered" : "INCOMPLETE");

@@ -48,7 +48,7 @@ void ICommand::exec()
         return;
     }
     m_sent = true;
-    ServiceLink::instance()->send(this);
+    ServiceLink::get()->send(this);
 }
 
 void ICommand::timerEvent(QTimerEvent* event)

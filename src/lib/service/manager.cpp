@@ -37,7 +37,7 @@ ICommand* Manager::commandFactory(const QString& name)
         NVL::NvlDebug(QStringLiteral("NVB")).warning() << QStringLiteral("Unknown command \"%1\"").arg(name);
         return nullptr;
     }
-    QPointer<ServiceLink> link = ServiceLink::instance();
+    ServiceLink* link = ServiceLink::get();
     const QUuid id = QUuid::createUuid();
     QJsonObject request;
     request.insert(QLatin1String(Header::Command), name);

@@ -23,9 +23,10 @@ ServiceLink* ServiceLink::s_instance = nullptr;
 
 namespace {
 
-QString key(const char* text)
+// Keys as Latin-1 views: lookups then allocate nothing.
+QLatin1String key(const char* text)
 {
-    return QString::fromLatin1(text);
+    return QLatin1String(text);
 }
 
 void warn(const QString& text)
@@ -44,6 +45,11 @@ QUuid frameId(const QJsonObject& frame, const char* name)
 
 QPointer<ServiceLink> ServiceLink::instance()
 {
+    return get();
+}
+
+ServiceLink* ServiceLink::get()
+{
     if (!s_instance)
         s_instance = new ServiceLink;
     return s_instance;
@@ -51,6 +57,7 @@ QPointer<ServiceLink> ServiceLink::instance()
 
 ServiceLink::ServiceLink()
     : m_sessionId(QUuid::createUuid())
+    , m_sessionIdText(m_sessionId.toString())
 {
     bool ok = false;
     const int timeout = qEnvironmentVariableIntValue(TimeoutVariable, &ok);
@@ -125,14 +132,21 @@ void ServiceLink::send(V2::Command* command)
 
 void ServiceLink::transmit(ICommand* command)
 {
-    // The header is ours: whatever a caller put there is overwritten.
+    // The header is ours: whatever a caller put there is overwritten. The
+    // factory already wrote it, so usually nothing needs changing and the
+    // object is sent as it is, without a copy.
     QJsonObject frame = command->request().object();
-    frame.insert(key(Header::Command), command->name());
-    frame.insert(key(Header::Id), command->id().toString());
-    frame.insert(key(Header::SessionId), m_sessionId.toString());
-    frame.insert(key(Header::ConnectionType::key), Header::ConnectionType::User);
-    frame.insert(key(Header::AgentType), key(AgentType));
-    frame.insert(key(Header::Type::Key), key(Header::Type::Request));
+    const auto stamp = [&frame](const char* name, const QJsonValue& value) {
+        const QLatin1String field = key(name);
+        if (frame.value(field) != value)
+            frame.insert(field, value);
+    };
+    stamp(Header::Command, command->name());
+    stamp(Header::Id, command->id().toString());
+    stamp(Header::SessionId, m_sessionIdText);
+    stamp(Header::ConnectionType::key, Header::ConnectionType::User);
+    stamp(Header::AgentType, QString::fromLatin1(AgentType));
+    stamp(Header::Type::Key, QString::fromLatin1(Header::Type::Request));
     if (!frame.value(key(Header::Params)).isObject())
         frame.insert(key(Header::Params), QJsonObject());
 
@@ -147,10 +161,10 @@ void ServiceLink::transmit(ICommand* command)
 void ServiceLink::transmit(V2::Command* command)
 {
     QJsonObject frame;
-    frame.insert(key(V2::Wire::Type::Key), key(V2::Wire::Type::Request));
+    frame.insert(key(V2::Wire::Type::Key), QString::fromLatin1(V2::Wire::Type::Request));
     frame.insert(key(V2::Wire::Id), command->id().toString());
     frame.insert(key(V2::Wire::CommandId), command->commandId().toString());
-    frame.insert(key(V2::Wire::SessionId), m_sessionId.toString());
+    frame.insert(key(V2::Wire::SessionId), m_sessionIdText);
     frame.insert(key(V2::Wire::Request), command->request() ? command->request()->toJson() : QJsonObject());
 
     m_inFlightV2.insert(command->id(), command);

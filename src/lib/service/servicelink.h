@@ -32,6 +32,9 @@ public:
     static constexpr char AgentType[] = "console";
 
     static QPointer<ServiceLink> instance();
+    // The same object without the guarded pointer's bookkeeping, for the
+    // per-command paths of the channel itself.
+    static ServiceLink* get();
 
     QUuid sessionId() const { return m_sessionId; }
     bool isConnected() const;
@@ -76,6 +79,7 @@ private:
     static ServiceLink* s_instance;
 
     QUuid m_sessionId;
+    QString m_sessionIdText;
     NVB::Channel::ChannelClient* m_client = nullptr;
     int m_commandTimeout = DefaultCommandTimeout;
     QHash<QUuid, ICommand*> m_inFlight;

@@ -33,7 +33,7 @@ void Command::exec()
         return;
     }
     m_sent = true;
-    ServiceLink::instance()->send(this);
+    ServiceLink::get()->send(this);
 }
 
 QSharedPointer<Command::Response> Command::response() const
