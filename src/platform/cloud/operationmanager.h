@@ -48,6 +48,7 @@ public:
 
 private:
     friend class IOperation;
+    friend class AmazonOperationManager;
 
     OperationManager();
     ~OperationManager();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QJsonArray>
 #include <QMap>
 #include <QString>
@@ -19,6 +20,8 @@ struct OperationResult
     QMap<QString, QVariant> config;
     // Listings: where the next page starts; empty on the last page.
     QString marker;
+    // Operations whose answer is a document (lifecycle policies): its bytes.
+    QByteArray payload;
 
     bool isError() const { return errorCode != OperationError::NoError; }
 

@@ -29,6 +29,23 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
     }
 }
 
+OperationResult ProviderClient::loadLifecyclePolicy(const QMap<QString, QVariant>& config, const CancelToken&)
+{
+    return OperationResult::failure(OperationError::NotSupported,
+        QStringLiteral("%1 destinations have no lifecycle policies").arg(config.value(Config::Type).toString()));
+}
+
+OperationResult ProviderClient::saveLifecyclePolicy(
+    const QMap<QString, QVariant>& config, const QByteArray&, const CancelToken& cancel)
+{
+    return loadLifecyclePolicy(config, cancel);
+}
+
+OperationResult ProviderClient::deleteLifecyclePolicy(const QMap<QString, QVariant>& config, const CancelToken& cancel)
+{
+    return loadLifecyclePolicy(config, cancel);
+}
+
 QString ProviderClient::containerNameError(const QString& name)
 {
     if (name.trimmed().isEmpty())

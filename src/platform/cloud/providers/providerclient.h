@@ -32,6 +32,13 @@ public:
         const QMap<QString, QVariant>& config, const ListingRequest& request, const CancelToken& cancel)
         = 0;
 
+    // Bucket lifecycle rules, which only Amazon S3 has; the payload is the
+    // policy's XML. The base answers that the provider has none.
+    virtual OperationResult loadLifecyclePolicy(const QMap<QString, QVariant>& config, const CancelToken& cancel);
+    virtual OperationResult saveLifecyclePolicy(
+        const QMap<QString, QVariant>& config, const QByteArray& xml, const CancelToken& cancel);
+    virtual OperationResult deleteLifecyclePolicy(const QMap<QString, QVariant>& config, const CancelToken& cancel);
+
 protected:
     // A folder name a user may create: not empty, no slash, not "." or "..".
     static QString containerNameError(const QString& name);

@@ -37,4 +37,20 @@ OperationResult UnsupportedClient::listing(const QMap<QString, QVariant>&, const
     return failure();
 }
 
+OperationResult UnsupportedClient::loadLifecyclePolicy(const QMap<QString, QVariant>&, const CancelToken&)
+{
+    return failure();
+}
+
+OperationResult UnsupportedClient::saveLifecyclePolicy(
+    const QMap<QString, QVariant>&, const QByteArray&, const CancelToken&)
+{
+    return failure();
+}
+
+OperationResult UnsupportedClient::deleteLifecyclePolicy(const QMap<QString, QVariant>&, const CancelToken&)
+{
+    return failure();
+}
+
 } // namespace NVL::Cloud

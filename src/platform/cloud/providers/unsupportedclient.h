@@ -16,6 +16,10 @@ public:
         const QMap<QString, QVariant>& config, const QJsonObject& params, const CancelToken& cancel) override;
     OperationResult listing(
         const QMap<QString, QVariant>& config, const ListingRequest& request, const CancelToken& cancel) override;
+    OperationResult loadLifecyclePolicy(const QMap<QString, QVariant>& config, const CancelToken& cancel) override;
+    OperationResult saveLifecyclePolicy(
+        const QMap<QString, QVariant>& config, const QByteArray& xml, const CancelToken& cancel) override;
+    OperationResult deleteLifecyclePolicy(const QMap<QString, QVariant>& config, const CancelToken& cancel) override;
 
 private:
     OperationResult failure() const;
