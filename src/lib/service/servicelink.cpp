@@ -97,6 +97,8 @@ int ServiceLink::pendingCount() const
 
 void ServiceLink::send(ICommand* command)
 {
+    if (m_client->state() == NVB::Channel::ChannelClient::State::Disconnected)
+        m_client->dialNow();
     switch (m_client->state()) {
     case NVB::Channel::ChannelClient::State::Connected:
         transmit(command);
@@ -108,13 +110,14 @@ void ServiceLink::send(ICommand* command)
         warn(QStringLiteral("No connection to the engine; command %1 fails").arg(command->name()));
         // Ends from the event loop so that the caller's code after exec() runs first.
         QMetaObject::invokeMethod(command, &ICommand::finishWithError, Qt::QueuedConnection);
-        m_client->start();
         break;
     }
 }
 
 void ServiceLink::send(V2::Command* command)
 {
+    if (m_client->state() == NVB::Channel::ChannelClient::State::Disconnected)
+        m_client->dialNow();
     switch (m_client->state()) {
     case NVB::Channel::ChannelClient::State::Connected:
         transmit(command);
@@ -125,7 +128,6 @@ void ServiceLink::send(V2::Command* command)
     case NVB::Channel::ChannelClient::State::Disconnected:
         warn(QStringLiteral("No connection to the engine; command %1 fails").arg(command->commandId().toString()));
         QMetaObject::invokeMethod(command, &V2::Command::finishWithError, Qt::QueuedConnection);
-        m_client->start();
         break;
     }
 }

@@ -20,9 +20,10 @@ class Command;
 // sends commands, matches replies to the commands in flight and hands
 // notifications to the NotificationCenter. Lives on the GUI thread.
 //
-// A command sent while the engine is being dialled waits for that attempt; a
-// command sent while there is no connection at all, and every command in
-// flight when the connection is lost, ends with error().
+// A command sent while there is no connection makes the link dial at once
+// (not waiting out the back-off) and waits for that attempt. A command whose
+// attempt fails, and every command in flight when the connection is lost,
+// ends with error().
 class ServiceLink : public QObject
 {
     Q_OBJECT

@@ -43,6 +43,15 @@ void ChannelClient::stop()
         emit disconnected();
 }
 
+void ChannelClient::dialNow()
+{
+    m_running = true;
+    if (m_state != State::Disconnected)
+        return;
+    m_redial.stop();
+    dial();
+}
+
 bool ChannelClient::send(const QJsonObject& frame)
 {
     return m_state == State::Connected && m_socket && m_socket->send(frame);

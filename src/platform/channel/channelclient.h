@@ -34,6 +34,9 @@ public:
     void start();
     // Drops the connection and stops dialling until start().
     void stop();
+    // When disconnected, dials at once instead of waiting out the back-off;
+    // someone is waiting for the engine right now.
+    void dialNow();
 
     bool send(const QJsonObject& frame);
     bool sendRaw(const QByteArray& frameBytes);

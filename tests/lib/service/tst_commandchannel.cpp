@@ -149,6 +149,7 @@ private slots:
     void shouldFailReplyWithWrongValueTypes();
     void shouldFailCommandsInFlightWhenConnectionLost();
     void shouldFailCommandWhileDisconnected();
+    void shouldDialAtOnceForCommandDuringBackOff();
     void shouldReadTypedV2Response();
     void shouldMapV2StatusToErrors_data();
     void shouldMapV2StatusToErrors();
@@ -359,6 +360,22 @@ void TestCommandChannel::shouldFailCommandWhileDisconnected()
     QCOMPARE(caller.errors, QStringList {QStringLiteral("Local command reply format error")});
     QVERIFY(m_peer->listen());
     QTRY_VERIFY(ConnectionManager::instance()->isLocalManagmentConnected());
+}
+
+void TestCommandChannel::shouldDialAtOnceForCommandDuringBackOff()
+{
+    ServiceLink::instance()->client()->setReconnectDelays(60000, 60000);
+    m_peer->stopListening();
+    m_peer->dropClients();
+    QTRY_VERIFY(!ConnectionManager::instance()->isLocalManagmentConnected());
+    QVERIFY(m_peer->listen());
+    m_peer->onCommand(QLatin1String(PlanFormat::GetList::Name),
+        EngineTestPeer::Answer::reply({{QStringLiteral("planList"), QJsonArray()}}));
+    V1Caller caller;
+    QVERIFY(caller.send(QLatin1String(PlanFormat::GetList::Name), {}));
+    QTRY_COMPARE_WITH_TIMEOUT(caller.calls, 1, 3000);
+    QVERIFY(caller.errors.isEmpty());
+    ServiceLink::instance()->client()->setReconnectDelays(10, 50);
 }
 
 void TestCommandChannel::shouldReadTypedV2Response()

@@ -23,6 +23,7 @@ private slots:
     void shouldExchangeFramesBothWays();
     void shouldReconnectAfterServerCloses();
     void shouldBackOffWhileNoServerListens();
+    void shouldDialAtOnceWhenAsked();
     void shouldCloseAndRedialBrokenStream();
     void shouldSkipMalformedFrameWithoutDisconnecting();
 
@@ -124,6 +125,20 @@ void TestChannelClient::shouldBackOffWhileNoServerListens()
     QSignalSpy connected(m_client, &ChannelClient::connected);
     QVERIFY(connected.wait(2000));
     QCOMPARE(m_client->currentDelay(), 10);
+}
+
+void TestChannelClient::shouldDialAtOnceWhenAsked()
+{
+    m_server->close();
+    m_client->setReconnectDelays(60000, 60000);
+    QSignalSpy failed(m_client, &ChannelClient::connectFailed);
+    m_client->start();
+    QTRY_COMPARE(failed.count(), 1);
+    QCOMPARE(m_client->state(), ChannelClient::State::Disconnected);
+    QVERIFY(m_server->listen(m_dir->path() + QStringLiteral("/s.sock")));
+    QSignalSpy connected(m_client, &ChannelClient::connected);
+    m_client->dialNow();
+    QTRY_COMPARE_WITH_TIMEOUT(connected.count(), 1, 2000);
 }
 
 void TestChannelClient::shouldCloseAndRedialBrokenStream()
