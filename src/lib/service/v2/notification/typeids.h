@@ -2,67 +2,41 @@
 
 #include <QUuid>
 
+#include "service/uuidliteral.h"
+
 // The type ids of the V2 notifications, the one place they are fixed. The
 // engine sends these; docs/protocol.md lists them too. Never change a value:
 // a console and an engine of different builds must keep understanding each
 // other.
 namespace NVB::Common::Communication::V2::Notification::TypeIds {
 
-inline constexpr QUuid AddedNewBunch {0xc5b10568, 0x6903, 0x5bb9, 0x9b, 0x33, 0xdd, 0xff, 0x7f, 0x1d, 0xb5,
-    0x68}; // {C5B10568-6903-5BB9-9B33-DDFF7F1DB568}
-inline constexpr QUuid AddedNewConnection {0x5a84813d, 0x63fc, 0x5617, 0x92, 0x09, 0xd3, 0x80, 0x36, 0x82, 0x72,
-    0xf5}; // {5A84813D-63FC-5617-9209-D380368272F5}
-inline constexpr QUuid AddedNewGeneration {0x4dd5c16f, 0x0925, 0x5dff, 0xb9, 0x29, 0xba, 0x94, 0x5b, 0x27, 0xa9,
-    0x19}; // {4DD5C16F-0925-5DFF-B929-BA945B27A919}
-inline constexpr QUuid AddedNewPlan {0x9865386c, 0x88b8, 0x5db3, 0x94, 0x91, 0xac, 0x31, 0x90, 0xad, 0xf3,
-    0x50}; // {9865386C-88B8-5DB3-9491-AC3190ADF350}
-inline constexpr QUuid AddedNewRestorePoint {0xd52bd32a, 0x79e4, 0x5f67, 0xb3, 0x26, 0x74, 0x1c, 0xc4, 0xfc, 0x1d,
-    0xb6}; // {D52BD32A-79E4-5F67-B326-741CC4FC1DB6}
-inline constexpr QUuid DeepSyncError {0xee427dc3, 0x400a, 0x5bf8, 0xa6, 0xd7, 0xee, 0x63, 0x79, 0x20, 0x71,
-    0x9f}; // {EE427DC3-400A-5BF8-A6D7-EE637920719F}
-inline constexpr QUuid DeepSyncFinished {0xbc02c05a, 0x5e99, 0x5847, 0xa8, 0x8c, 0x40, 0xd6, 0xc2, 0xbd, 0x69,
-    0x07}; // {BC02C05A-5E99-5847-A88C-40D6C2BD6907}
-inline constexpr QUuid DeepSyncStarted {0xf2fafe43, 0x26bb, 0x51a3, 0x8c, 0x5e, 0x29, 0xb5, 0x56, 0xdb, 0x71,
-    0x0f}; // {F2FAFE43-26BB-51A3-8C5E-29B556DB710F}
-inline constexpr QUuid DeepSyncStatus {0x486f11b7, 0xcfd0, 0x531e, 0xad, 0x3f, 0xdf, 0x65, 0x83, 0xeb, 0x41,
-    0xb6}; // {486F11B7-CFD0-531E-AD3F-DF6583EB41B6}
-inline constexpr QUuid PlanProgress {0x91c186a4, 0xada6, 0x53af, 0x85, 0x9d, 0xda, 0x00, 0x2d, 0x6a, 0x84,
-    0x0b}; // {91C186A4-ADA6-53AF-859D-DA002D6A840B}
-inline constexpr QUuid RemoveNbfDataStatus {0x22ca330f, 0x06eb, 0x51d7, 0x9a, 0xe5, 0xb6, 0x50, 0x19, 0xe9, 0xa0,
-    0xd8}; // {22CA330F-06EB-51D7-9AE5-B65019E9A0D8}
-inline constexpr QUuid RemoveRestorePoint {0xde734935, 0x3cc5, 0x51c7, 0x9b, 0x54, 0xc9, 0xea, 0x09, 0xc0, 0x2c,
-    0x50}; // {DE734935-3CC5-51C7-9B54-C9EA09C02C50}
-inline constexpr QUuid RemovedBunch {0xb221f654, 0x9170, 0x532a, 0x81, 0x0f, 0xcb, 0x97, 0x57, 0x35, 0xc8,
-    0xdc}; // {B221F654-9170-532A-810F-CB975735C8DC}
-inline constexpr QUuid RemovedConnection {0xdadfa655, 0x0ac3, 0x56e5, 0x9a, 0x58, 0x39, 0x6d, 0x88, 0xd3, 0xed,
-    0x74}; // {DADFA655-0AC3-56E5-9A58-396D88D3ED74}
-inline constexpr QUuid RemovedGeneration {0xb1c5e91f, 0xb5c4, 0x5d5d, 0x95, 0xdb, 0xca, 0x18, 0xd6, 0x24, 0xbb,
-    0x5f}; // {B1C5E91F-B5C4-5D5D-95DB-CA18D624BB5F}
-inline constexpr QUuid RemovedPlan {0x00db0ee1, 0x2c35, 0x50ca, 0xbf, 0xc6, 0x76, 0x8e, 0x34, 0x55, 0x60,
-    0xa6}; // {00DB0EE1-2C35-50CA-BFC6-768E345560A6}
-inline constexpr QUuid StartedPlan {0x96018c7f, 0x07b2, 0x503c, 0x8a, 0xe4, 0x70, 0x75, 0x66, 0x5b, 0x79,
-    0xed}; // {96018C7F-07B2-503C-8AE4-7075665B79ED}
-inline constexpr QUuid StoppedPlan {0xebe0c73c, 0x456c, 0x5338, 0x8a, 0x03, 0xe2, 0x2d, 0x61, 0x39, 0xf5,
-    0xd8}; // {EBE0C73C-456C-5338-8A03-E22D6139F5D8}
-inline constexpr QUuid SynchronizeRepositoryError {0x0293f908, 0x7210, 0x5d9a, 0xb7, 0xab, 0xfd, 0xec, 0xe9, 0xa4, 0x89,
-    0xac}; // {0293F908-7210-5D9A-B7AB-FDECE9A489AC}
-inline constexpr QUuid SynchronizeRepositoryFinished {0xdf727da1, 0x26a2, 0x5fff, 0x8a, 0x5d, 0xcd, 0xa1, 0xbb, 0xec,
-    0x7f, 0xf6}; // {DF727DA1-26A2-5FFF-8A5D-CDA1BBEC7FF6}
-inline constexpr QUuid SynchronizeRepositoryStarted {0x868b88bf, 0x9bc0, 0x502b, 0x90, 0xdc, 0xff, 0xe1, 0x3e, 0xfd,
-    0x74, 0x55}; // {868B88BF-9BC0-502B-90DC-FFE13EFD7455}
-inline constexpr QUuid SynchronizeRepositoryStatus {0xea2d5885, 0xc09c, 0x59ca, 0xa3, 0x44, 0xb8, 0x38, 0xad, 0x0c,
-    0xd9, 0xdc}; // {EA2D5885-C09C-59CA-A344-B838AD0CD9DC}
-inline constexpr QUuid UpdateAllConnection {0x1a23b7fc, 0xe995, 0x5e5f, 0x94, 0xd5, 0x47, 0xd9, 0x1d, 0xea, 0x2d,
-    0x92}; // {1A23B7FC-E995-5E5F-94D5-47D91DEA2D92}
-inline constexpr QUuid UpdateBunch {0x45f8ce9d, 0x01fe, 0x5705, 0x89, 0x30, 0x57, 0xb2, 0x41, 0x2d, 0x23,
-    0xbe}; // {45F8CE9D-01FE-5705-8930-57B2412D23BE}
-inline constexpr QUuid UpdateConnection {0xcf642f62, 0xb59e, 0x59fa, 0x86, 0x3b, 0x71, 0x4d, 0xc6, 0xe0, 0x2a,
-    0xb6}; // {CF642F62-B59E-59FA-863B-714DC6E02AB6}
-inline constexpr QUuid UpdateGeneration {0xfd82b9ea, 0x0373, 0x5595, 0x84, 0x9b, 0x36, 0xce, 0x97, 0x7b, 0xf9,
-    0x70}; // {FD82B9EA-0373-5595-849B-36CE977BF970}
-inline constexpr QUuid UpdatePlan {0x660ad108, 0xb3e3, 0x52cd, 0xa5, 0x1f, 0x86, 0x7c, 0x75, 0x72, 0xed,
-    0x5c}; // {660AD108-B3E3-52CD-A51F-867C7572ED5C}
-inline constexpr QUuid UpdateRestorePoint {0xd6c0964e, 0x02cd, 0x5f2b, 0x90, 0xdf, 0x6a, 0x34, 0x54, 0xa1, 0x88,
-    0x22}; // {D6C0964E-02CD-5F2B-90DF-6A3454A18822}
+inline constexpr QUuid AddedNewBunch = uuidLiteral("{C5B10568-6903-5BB9-9B33-DDFF7F1DB568}");
+inline constexpr QUuid AddedNewConnection = uuidLiteral("{5A84813D-63FC-5617-9209-D380368272F5}");
+inline constexpr QUuid AddedNewGeneration = uuidLiteral("{4DD5C16F-0925-5DFF-B929-BA945B27A919}");
+inline constexpr QUuid AddedNewPlan = uuidLiteral("{9865386C-88B8-5DB3-9491-AC3190ADF350}");
+inline constexpr QUuid AddedNewRestorePoint = uuidLiteral("{D52BD32A-79E4-5F67-B326-741CC4FC1DB6}");
+inline constexpr QUuid DeepSyncError = uuidLiteral("{EE427DC3-400A-5BF8-A6D7-EE637920719F}");
+inline constexpr QUuid DeepSyncFinished = uuidLiteral("{BC02C05A-5E99-5847-A88C-40D6C2BD6907}");
+inline constexpr QUuid DeepSyncStarted = uuidLiteral("{F2FAFE43-26BB-51A3-8C5E-29B556DB710F}");
+inline constexpr QUuid DeepSyncStatus = uuidLiteral("{486F11B7-CFD0-531E-AD3F-DF6583EB41B6}");
+inline constexpr QUuid PlanProgress = uuidLiteral("{91C186A4-ADA6-53AF-859D-DA002D6A840B}");
+inline constexpr QUuid RemoveNbfDataStatus = uuidLiteral("{22CA330F-06EB-51D7-9AE5-B65019E9A0D8}");
+inline constexpr QUuid RemoveRestorePoint = uuidLiteral("{DE734935-3CC5-51C7-9B54-C9EA09C02C50}");
+inline constexpr QUuid RemovedBunch = uuidLiteral("{B221F654-9170-532A-810F-CB975735C8DC}");
+inline constexpr QUuid RemovedConnection = uuidLiteral("{DADFA655-0AC3-56E5-9A58-396D88D3ED74}");
+inline constexpr QUuid RemovedGeneration = uuidLiteral("{B1C5E91F-B5C4-5D5D-95DB-CA18D624BB5F}");
+inline constexpr QUuid RemovedPlan = uuidLiteral("{00DB0EE1-2C35-50CA-BFC6-768E345560A6}");
+inline constexpr QUuid StartedPlan = uuidLiteral("{96018C7F-07B2-503C-8AE4-7075665B79ED}");
+inline constexpr QUuid StoppedPlan = uuidLiteral("{EBE0C73C-456C-5338-8A03-E22D6139F5D8}");
+inline constexpr QUuid SynchronizeRepositoryError = uuidLiteral("{0293F908-7210-5D9A-B7AB-FDECE9A489AC}");
+inline constexpr QUuid SynchronizeRepositoryFinished = uuidLiteral("{DF727DA1-26A2-5FFF-8A5D-CDA1BBEC7FF6}");
+inline constexpr QUuid SynchronizeRepositoryStarted = uuidLiteral("{868B88BF-9BC0-502B-90DC-FFE13EFD7455}");
+inline constexpr QUuid SynchronizeRepositoryStatus = uuidLiteral("{EA2D5885-C09C-59CA-A344-B838AD0CD9DC}");
+inline constexpr QUuid UpdateAllConnection = uuidLiteral("{1A23B7FC-E995-5E5F-94D5-47D91DEA2D92}");
+inline constexpr QUuid UpdateBunch = uuidLiteral("{45F8CE9D-01FE-5705-8930-57B2412D23BE}");
+inline constexpr QUuid UpdateConnection = uuidLiteral("{CF642F62-B59E-59FA-863B-714DC6E02AB6}");
+inline constexpr QUuid UpdateGeneration = uuidLiteral("{FD82B9EA-0373-5595-849B-36CE977BF970}");
+inline constexpr QUuid UpdatePlan = uuidLiteral("{660AD108-B3E3-52CD-A51F-867C7572ED5C}");
+inline constexpr QUuid UpdateRestorePoint = uuidLiteral("{D6C0964E-02CD-5F2B-90DF-6A3454A18822}");
 
 } // namespace NVB::Common::Communication::V2::Notification::TypeIds
