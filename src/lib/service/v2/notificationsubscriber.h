@@ -9,7 +9,8 @@ class NotificationEvent;
 
 // A second base for objects that want V2 notifications of given types. The
 // object is registered for its types from construction to destruction and is
-// called only for those types, on the GUI thread.
+// called only for those types, on the GUI thread. The first subscriber brings
+// up the notification centre and with it the engine link.
 class NotificationSubscriber
 {
 public:
