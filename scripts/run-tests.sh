@@ -31,6 +31,10 @@ esac
 
 "$root/scripts/install-deps.sh"
 
+# Let ccache share objects between checkouts at different paths.
+export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$root}
+export CCACHE_NOHASHDIR=${CCACHE_NOHASHDIR:-1}
+
 jobs=$(nproc 2>/dev/null || echo 2)
 cmake -S "$root" -B "$build_dir" -G Ninja "${cmake_args[@]}"
 cmake --build "$build_dir" -j"$jobs"
