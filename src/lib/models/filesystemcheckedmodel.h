@@ -1,11 +1,13 @@
 #pragma once
 
+#include <mutex>
+
 #include <QFuture>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QList>
-#include <QMutex>
+#include <QQueue>
 #include <QScopedPointer>
 #include <QSet>
 #include <QStringList>
@@ -60,7 +62,16 @@ protected:
     void list(const QStringList& paths, int depth);
     void addVolumes(const QJsonArray& array);
 
+private slots:
+    void onListingFailed(const QString& path);
+
 private:
+    struct Job
+    {
+        QStringList paths;
+        int depth = 0;
+    };
+    void runListing();
     QStringList pathsOfState(int first, int second, bool underMarked, bool replace) const;
     void markArrived(QObject* node);
 
@@ -69,8 +80,14 @@ private:
     QHash<QString, QString> m_realByShown;
     QHash<QString, QString> m_shownByReal;
     QScopedPointer<FileSystemListing> m_lister;
-    // One listing at a time: the lister isn't shared between threads.
-    QMutex m_listerLock;
+    // One listing at a time: the lister isn't shared between threads. A
+    // standard mutex, so that the thread sanitizer sees it.
+    std::mutex m_listerLock;
+    // Listings asked for and not yet started, taken by the workers in order.
+    QQueue<Job> m_jobs;
+    std::mutex m_jobsLock;
+    // Marks hand-overs between threads for the thread sanitizer.
+    char m_handOver = 0;
     QList<QFuture<void>> m_listings;
     bool m_closing = false;
 };

@@ -1,10 +1,10 @@
+#include <mutex>
 #include <sched.h>
 #include <sys/mount.h>
 
 #include <QAbstractItemModelTester>
 #include <QDir>
 #include <QFile>
-#include <QMutex>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -143,14 +143,14 @@ void TestFileSystemCheckedModel::shouldListOnWorkerAndParentOnGuiThread()
 {
     FileSystemCheckedModel model;
     QThread* gui = QThread::currentThread();
-    QMutex lock;
+    std::mutex lock;
     QList<QThread*> emittingThreads;
     QList<QThread*> nodeThreads;
     // Direct, so the lambda runs where the signal is emitted.
     connect(
         &model, &FileSystemCheckedModel::listed, &model,
         [&](const QString&, const QList<QObject*>& objects) {
-            QMutexLocker locker(&lock);
+            std::lock_guard<std::mutex> locker(lock);
             emittingThreads << QThread::currentThread();
             for (QObject* object : objects)
                 nodeThreads << object->thread();
@@ -160,7 +160,7 @@ void TestFileSystemCheckedModel::shouldListOnWorkerAndParentOnGuiThread()
     connect(&model, &QAbstractItemModel::rowsInserted, &model, [&] { insertingThreads << QThread::currentThread(); });
     QVERIFY(expand(model, m_vol));
     model.waitForListings();
-    QMutexLocker locker(&lock);
+    std::lock_guard<std::mutex> locker(lock);
     QCOMPARE(emittingThreads.size(), 1);
     QVERIFY(emittingThreads.first() != gui);
     QCOMPARE(nodeThreads.size(), 3);
