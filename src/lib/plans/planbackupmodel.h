@@ -1,0 +1,23 @@
+#pragma once
+
+#include "plans/planfulltablemodel.h"
+
+namespace NVB::GUI {
+
+// The backup plans of the shared plan table, sorted by name, with the
+// storage and the XML of each plan once its XML is held.
+class PlanBackupModel : public PlanFullTableModel
+{
+    Q_OBJECT
+public:
+    explicit PlanBackupModel(QObject* parent = nullptr);
+
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+    // False when the executable registered no plan table.
+    bool init() override;
+};
+
+} // namespace NVB::GUI
