@@ -6,10 +6,23 @@
 
 namespace NVB::GUI {
 
+namespace {
+
+// The C locale compares code points and ignores numeric mode, so a console
+// started without a locale would put "Plan 10" before "Plan 9"; English
+// rules keep the order people expect there.
+QLocale collationLocale()
+{
+    const QLocale locale;
+    return locale.language() == QLocale::C ? QLocale(QLocale::English, QLocale::UnitedStates) : locale;
+}
+
+} // namespace
+
 FilterPlanTableModel::FilterPlanTableModel(int subType, QObject* parent)
     : QSortFilterProxyModel(parent)
     , m_subType(subType)
-    , m_collator(QLocale())
+    , m_collator(collationLocale())
 {
     m_collator.setNumericMode(true);
     setDynamicSortFilter(true);

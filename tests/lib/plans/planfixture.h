@@ -92,6 +92,15 @@ public:
         });
     }
 
+    // Requests still on their way must not reach a gone engine.
+    ~Engine()
+    {
+        m_peer->onCommand(QStringLiteral("PlanGetList"), NvbTest::EngineTestPeer::Answer::reply({}));
+        m_peer->onCommand(QStringLiteral("PlanGetInfo"), NvbTest::EngineTestPeer::Answer::reply({}));
+    }
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
     QList<QJsonObject> plans;
     int infoRequests = 0;
 
