@@ -4,6 +4,9 @@
 #include <QHash>
 #include <QPair>
 #include <QPixmap>
+#include <QRegularExpression>
+
+#include "cloud/cloudtype.h"
 
 namespace NVB::GUI {
 
@@ -26,6 +29,17 @@ QHash<QPair<QString, int>, QIcon>& cache()
 void clearCache()
 {
     cache().clear();
+}
+
+// Each provider's own image is named after its type's literal, lower case,
+// letters and digits only ("Wasabi (UB)" is "wasabiub.svg").
+QString storageImagePath(int cloudType)
+{
+    if (!NVL::Cloud::isKnownType(cloudType))
+        return {};
+    QString name = NVL::Cloud::TypeName.value(NVL::Cloud::Type(cloudType)).toLower();
+    name.remove(QRegularExpression(QStringLiteral("[^a-z0-9]")));
+    return imagePath(QStringLiteral("storages/%1.svg").arg(name));
 }
 
 } // namespace
@@ -90,8 +104,10 @@ QIcon IconManager::resource(const QString& fileName, int size)
 
 QIcon IconManager::storage(int cloudType, int size)
 {
-    Q_UNUSED(cloudType)
-    return icon(Storage, size);
+    const QString path = storageImagePath(cloudType);
+    if (path.isEmpty())
+        return icon(Storage, size);
+    return sized(path, size);
 }
 
 QIcon IconManager::sized(const QString& path, int size)

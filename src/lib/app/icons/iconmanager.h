@@ -40,8 +40,8 @@ public:
     static QString ResourceSvg(Type type);
     // Any image of the resources by its file name ("warning.svg").
     static QIcon resource(const QString& fileName, int size = 0);
-    // The icon of a storage provider. Every provider shares the generic
-    // storage image until providers get their own.
+    // The icon of a storage provider; a type that is no provider gets the
+    // generic storage image.
     static QIcon storage(int cloudType, int size = 0);
 
 private:

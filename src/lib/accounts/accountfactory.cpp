@@ -1,0 +1,123 @@
+#include "accountfactory.h"
+
+#include <QAbstractItemModel>
+#include <QMessageBox>
+#include <QPersistentModelIndex>
+#include <QPointer>
+#include <QPushButton>
+
+#include "app/application.h"
+#include "cloud/cloudtype.h"
+#include "core/nvldebug.h"
+#include "local/local.h"
+#include "local/localadd.h"
+#include "models/models.h"
+#include "sftp/sftp.h"
+#include "sftp/sftpadd.h"
+#include "storagesadd.h"
+#include "storagesinfo.h"
+
+namespace NVB::GUI::Settings::Account {
+
+namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
+
+namespace {
+
+void refuse(int type)
+{
+    NVL::NvlDebug(QStringLiteral("NVB")).warning() << QStringLiteral("This account type don't support! %1").arg(type);
+}
+
+} // namespace
+
+bool AccountFactory::hasDialog(int type)
+{
+    if (!Application::isStandalon())
+        return type == int(NVL::Cloud::Type::FileSystem);
+    return type == int(NVL::Cloud::Type::FileSystem) || type == int(NVL::Cloud::Type::Sftp);
+}
+
+Storages::Add* AccountFactory::add(int type, QWidget* parent)
+{
+    if (!NVL::Cloud::isKnownType(type)) {
+        refuse(type);
+        return nullptr;
+    }
+    return add(NVL::Cloud::Type(type), parent);
+}
+
+Storages::Add* AccountFactory::add(NVL::Cloud::Type type, QWidget* parent)
+{
+    if (!hasDialog(int(type))) {
+        refuse(int(type));
+        return nullptr;
+    }
+    switch (type) {
+    case NVL::Cloud::Type::FileSystem:
+        return new Local::Add(parent);
+    case NVL::Cloud::Type::Sftp:
+        return new Sftp::Add(parent);
+    default:
+        refuse(int(type));
+        return nullptr;
+    }
+}
+
+Storages::Info* AccountFactory::view(const QModelIndex& index)
+{
+    if (!index.isValid())
+        return nullptr;
+    const int type = index.model()->index(index.row(), Column::Type, index.parent()).data().toInt();
+    Storages::Info* info = nullptr;
+    if (hasDialog(type)) {
+        if (type == int(NVL::Cloud::Type::FileSystem))
+            info = new Local();
+        else if (type == int(NVL::Cloud::Type::Sftp))
+            info = new Sftp();
+    }
+    if (!info) {
+        refuse(type);
+        return nullptr;
+    }
+    info->setItem(index);
+    return info;
+}
+
+Storages::Add* AccountFactory::edit(const QModelIndex& index, QWidget* parent)
+{
+    if (!index.isValid())
+        return nullptr;
+    const int type = index.model()->index(index.row(), Column::Type, index.parent()).data().toInt();
+    Storages::Add* dialog = add(type, parent);
+    if (dialog)
+        dialog->setItem(index);
+    return dialog;
+}
+
+void AccountFactory::removeDialogExec(QAbstractItemModel* model, const QModelIndex& index, QWidget* parent)
+{
+    if (!model || !index.isValid())
+        return;
+    const QString name = model->index(index.row(), Column::DisplayName, index.parent()).data().toString();
+    const QString id = model->index(index.row(), Column::ID, index.parent()).data().toString();
+    auto* box = new QMessageBox(QMessageBox::Question, QObject::tr("Are you sure?"),
+        QObject::tr("Delete \"%1\" account?").arg(name), QMessageBox::Yes | QMessageBox::No, parent);
+    box->setDefaultButton(QMessageBox::No);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setModal(false);
+    const QPointer<QAbstractItemModel> target(model);
+    QObject::connect(box, &QMessageBox::finished, box, [box, target, id, name] {
+        if (!target || box->clickedButton() != box->button(QMessageBox::Yes))
+            return;
+        // The rows may have moved while the question stood.
+        const QModelIndexList found
+            = target->match(target->index(0, Column::ID), Qt::DisplayRole, id, 1, Qt::MatchExactly);
+        if (found.isEmpty())
+            return;
+        NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Remove local account: %1 %2").arg(name, id);
+        target->removeRow(found.first().row(), found.first().parent());
+    });
+    box->show();
+}
+
+} // namespace NVB::GUI::Settings::Account

@@ -1,0 +1,142 @@
+#include <QAction>
+#include <QPushButton>
+#include <QtTest>
+
+#include "accounts/accountfactory.h"
+#include "accounts/local/localadd.h"
+#include "accounts/selectitem.h"
+#include "accounts/selectmns.h"
+#include "accounts/selectstandalon.h"
+#include "accounts/selectstandalonmenu.h"
+#include "accounts/sftp/sftpadd.h"
+#include "accounts/storagesadd.h"
+#include "cloud/cloudtype.h"
+#include "testmain.h"
+
+using namespace NVB::GUI::Settings;
+using namespace NVB::GUI::Settings::Account;
+
+class TestAccountSelect : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shouldOfferTilesInSelectorOrder();
+    void shouldRaiseTypeOfClickedTile();
+    void shouldOfferOnlyProvidersWithDialog();
+    void shouldDoubleAmpersandOnlyInMenu();
+    void shouldSkipOpenStackInMenu();
+    void shouldGiveNoDialogForUnofferedTypes_data();
+    void shouldGiveNoDialogForUnofferedTypes();
+    void shouldGiveEachProviderItsDialog();
+    void shouldOfferLocalStorageInManagedSelector();
+};
+
+void TestAccountSelect::shouldOfferTilesInSelectorOrder()
+{
+    SelectStandalon select;
+    QCOMPARE(select.items().size(), 22);
+    QStringList names;
+    for (const Select::Item* item : select.items())
+        names.append(item->name());
+    QCOMPARE(names.first(), QStringLiteral("Amazon S3 & Glacier"));
+    QCOMPARE(names.at(2), QStringLiteral("File System"));
+    QCOMPARE(names.last(), QStringLiteral("SFTP"));
+    for (int i = 0; i < select.items().size(); ++i)
+        QCOMPARE(select.items().at(i)->type(), int(NVL::Cloud::SelectorOrder.at(i)));
+    QCOMPARE(SelectStandalon::storageName(10), QString());
+    QCOMPARE(SelectStandalon::storageName(32), QString());
+}
+
+void TestAccountSelect::shouldRaiseTypeOfClickedTile()
+{
+    SelectStandalon select;
+    select.resize(320, 600);
+    select.show();
+    QSignalSpy chosen(&select, &Select::accountSelected);
+    Select::Item* sftp = select.item(int(NVL::Cloud::Type::Sftp));
+    QVERIFY(sftp);
+    select.ensureWidgetVisible(sftp);
+    QTest::mouseClick(sftp, Qt::LeftButton);
+    QCOMPARE(chosen.count(), 1);
+    QCOMPARE(chosen.first().first().toInt(), 33);
+    // A provider without a dialog cannot be picked.
+    Select::Item* azure = select.item(int(NVL::Cloud::Type::AzureBlob));
+    QVERIFY(!azure->isEnabled());
+    QVERIFY(azure->toolTip().contains(QStringLiteral("not supported yet")));
+    QTest::mouseClick(azure, Qt::LeftButton);
+    QCOMPARE(chosen.count(), 1);
+}
+
+void TestAccountSelect::shouldOfferOnlyProvidersWithDialog()
+{
+    SelectStandalon select;
+    QStringList enabled;
+    for (const Select::Item* item : select.items()) {
+        if (item->isEnabled())
+            enabled.append(item->name());
+    }
+    QCOMPARE(enabled, QStringList({QStringLiteral("File System"), QStringLiteral("SFTP")}));
+}
+
+void TestAccountSelect::shouldDoubleAmpersandOnlyInMenu()
+{
+    SelectStandalon::Menu menu(false);
+    const QList<QAction*> actions = menu.actions();
+    QCOMPARE(actions.size(), 22);
+    QCOMPARE(actions.first()->text(), QStringLiteral("Amazon S3 && Glacier"));
+    QCOMPARE(actions.first()->data().toInt(), 2);
+    QVERIFY(!actions.first()->icon().isNull());
+    SelectStandalon select;
+    QCOMPARE(select.items().first()->name(), QStringLiteral("Amazon S3 & Glacier"));
+}
+
+void TestAccountSelect::shouldSkipOpenStackInMenu()
+{
+    SelectStandalon::Menu menu(true);
+    QCOMPARE(menu.actions().size(), 22 - 5);
+    for (const QAction* action : menu.actions())
+        QVERIFY(!NVL::Cloud::OpenStack.contains(NVL::Cloud::Type(action->data().toInt())));
+}
+
+void TestAccountSelect::shouldGiveNoDialogForUnofferedTypes_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::newRow("HP Helion") << 10;
+    QTest::newRow("Aruba") << 16;
+    QTest::newRow("managed cloud") << 38;
+    QTest::newRow("gap") << 32;
+    QTest::newRow("nonsense") << -4;
+    QTest::newRow("no dialog yet") << 31;
+}
+
+void TestAccountSelect::shouldGiveNoDialogForUnofferedTypes()
+{
+    QFETCH(int, type);
+    QVERIFY(!AccountFactory::add(type));
+    QVERIFY(!AccountFactory::hasDialog(type));
+}
+
+void TestAccountSelect::shouldGiveEachProviderItsDialog()
+{
+    QScopedPointer<Storages::Add> local(AccountFactory::add(NVL::Cloud::Type::FileSystem));
+    QVERIFY(qobject_cast<Local::Add*>(local.data()));
+    QCOMPARE(local->windowTitle(), QStringLiteral("Add Account"));
+    QVERIFY(!local->okButton()->isEnabled());
+    QScopedPointer<Storages::Add> sftp(AccountFactory::add(33));
+    QVERIFY(qobject_cast<Sftp::Add*>(sftp.data()));
+    QVERIFY(local->id() != sftp->id());
+    QVERIFY(!AccountFactory::view(QModelIndex()));
+}
+
+void TestAccountSelect::shouldOfferLocalStorageInManagedSelector()
+{
+    SelectMns select;
+    QCOMPARE(select.items().size(), 1);
+    QCOMPARE(select.items().first()->type(), 1);
+    QCOMPARE(SelectMns::storageName(1), QStringLiteral("File System"));
+    QVERIFY(!SelectMns::storageName(2).isEmpty());
+}
+
+NVB_TEST_MAIN(TestAccountSelect)
+#include "tst_accountselect.moc"

@@ -1,0 +1,221 @@
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "accounts/accountutility.h"
+#include "accounts/advanced/advanced.h"
+#include "accounts/advanced/advancedstorage.h"
+#include "accounts/advanced/prefixvalidator.h"
+#include "accounts/s3/amazons3compatibleadvancedstorage.h"
+#include "accounts/storagesadd.h"
+#include "testmain.h"
+
+using namespace NVB::GUI::Settings;
+using namespace NVB::GUI::Settings::Account;
+
+namespace {
+
+// A frame dialog whose prefix listing the test answers by hand.
+class PrefixSource : public Storages::Add
+{
+public:
+    PrefixSource()
+        : Storages::Add(NVL::Cloud::Type::AmazonS3)
+    { }
+    bool canRequestPrefixes() const override { return true; }
+    void loadPrefixes() override { ++requests; }
+    void answer(const QStringList& prefixes) { emit loadPrefixiesFinished(prefixes); }
+    int requests = 0;
+
+protected:
+    void onAccept() override { }
+    void onSetItem(const QModelIndex&) override { }
+    void onAdvancedClicked() override { }
+};
+
+QPushButton* ok(Advanced& dialog)
+{
+    return dialog.buttonBox()->button(QDialogButtonBox::Ok);
+}
+
+} // namespace
+
+class TestAdvanced : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shouldRefuseFolderCharacters_data();
+    void shouldRefuseFolderCharacters();
+    void shouldRemoveSlashAsItIsTyped();
+    void shouldEnableOkOnlyForNonBlankPrefix_data();
+    void shouldEnableOkOnlyForNonBlankPrefix();
+    void shouldStartFromGivenOrDefaultPrefix();
+    void shouldNotListWhenPrefixDisabled();
+    void shouldListOnceAndMergeTheComputerName();
+    void shouldHideSslWhenAsked();
+    void shouldMapSignatureChoice_data();
+    void shouldMapSignatureChoice();
+};
+
+void TestAdvanced::shouldRefuseFolderCharacters_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("acceptable");
+    QTest::newRow("plain") << "office-01" << true;
+    QTest::newRow("backslash") << "a\\b" << true;
+    QTest::newRow("spaces") << "my laptop" << true;
+    for (const char* bad : {"/", ":", "*", "?", ">", "<", "|"})
+        QTest::newRow(bad) << QStringLiteral("a%1b").arg(QLatin1String(bad)) << false;
+}
+
+void TestAdvanced::shouldRefuseFolderCharacters()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, acceptable);
+    NVB::GUI::PrefixValidator validator;
+    QSignalSpy error(&validator, &NVB::GUI::PrefixValidator::error);
+    int pos = text.size();
+    QCOMPARE(validator.validate(text, pos) == QValidator::Acceptable, acceptable);
+    QCOMPARE(error.count(), acceptable ? 0 : 1);
+    QCOMPARE(AccountUtility::prefixFilter(text).size(), acceptable ? text.size() : text.size() - 1);
+}
+
+void TestAdvanced::shouldRemoveSlashAsItIsTyped()
+{
+    Advanced dialog(QStringLiteral("office"), {}, false);
+    dialog.show();
+    QLineEdit* edit = dialog.prefixCombo()->lineEdit();
+    edit->setFocus();
+    edit->setCursorPosition(3);
+    QTest::keyClick(edit, Qt::Key_Slash);
+    QTest::keyClicks(edit, QStringLiteral("x"));
+    QTRY_COMPARE(dialog.prefix(), QStringLiteral("offxice"));
+    // A slash that arrives in one piece, as a paste does, is repaired too.
+    edit->setText(QStringLiteral("a/b"));
+    emit static_cast<const NVB::GUI::PrefixValidator*>(edit->validator())->error();
+    QTRY_COMPARE(dialog.prefix(), QStringLiteral("ab"));
+}
+
+void TestAdvanced::shouldEnableOkOnlyForNonBlankPrefix_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("enabled");
+    QTest::newRow("name") << "office" << true;
+    QTest::newRow("padded") << "  office  " << true;
+    QTest::newRow("spaces") << "   " << false;
+    QTest::newRow("empty") << "" << false;
+}
+
+void TestAdvanced::shouldEnableOkOnlyForNonBlankPrefix()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, enabled);
+    Advanced dialog(QStringLiteral("office"), {}, false);
+    dialog.prefixCombo()->setCurrentText(text);
+    QCOMPARE(ok(dialog)->isEnabled(), enabled);
+    if (enabled)
+        QCOMPARE(dialog.prefix(), text.trimmed());
+}
+
+void TestAdvanced::shouldStartFromGivenOrDefaultPrefix()
+{
+    const QString computer = Advanced::defaultPrefix();
+    QVERIFY(!computer.isEmpty());
+    Advanced given(QStringLiteral("laptop"), {QStringLiteral("nas")}, false);
+    QCOMPARE(given.prefix(), QStringLiteral("laptop"));
+    QVERIFY(given.prefixCombo()->findText(computer) >= 0);
+    QVERIFY(given.prefixCombo()->findText(QStringLiteral("nas")) >= 0);
+    Advanced blank(QStringList {computer}, false);
+    QCOMPARE(blank.prefix(), computer);
+    QCOMPARE(blank.prefixCombo()->count(), 1);
+}
+
+void TestAdvanced::shouldNotListWhenPrefixDisabled()
+{
+    PrefixSource source;
+    Advanced dialog(source, true);
+    dialog.show();
+    QVERIFY(!dialog.prefixCombo()->isEnabled());
+    QTest::mouseClick(dialog.prefixCombo(), Qt::LeftButton);
+    QCOMPARE(source.requests, 0);
+    QVERIFY(!dialog.prefixesRequested());
+}
+
+void TestAdvanced::shouldListOnceAndMergeTheComputerName()
+{
+    PrefixSource source;
+    source.setPrefix(QStringLiteral("office"));
+    Advanced dialog(source, false);
+    dialog.show();
+    QTest::mouseClick(dialog.prefixCombo(), Qt::LeftButton);
+    QCOMPARE(source.requests, 1);
+    QVERIFY(!ok(dialog)->isEnabled());
+    source.answer({QStringLiteral("laptop"), QString(), QStringLiteral("nas")});
+    QTRY_VERIFY(ok(dialog)->isEnabled());
+    QStringList items;
+    for (int i = 0; i < dialog.prefixCombo()->count(); ++i)
+        items.append(dialog.prefixCombo()->itemText(i));
+    items.sort();
+    QStringList expected {QStringLiteral("laptop"), QStringLiteral("nas"), Advanced::defaultPrefix()};
+    expected.sort();
+    QCOMPARE(items, expected);
+    QCOMPARE(dialog.prefix(), QStringLiteral("office"));
+    dialog.prefixCombo()->hidePopup();
+    QTest::mouseClick(dialog.prefixCombo(), Qt::LeftButton);
+    QCOMPARE(source.requests, 1);
+}
+
+void TestAdvanced::shouldHideSslWhenAsked()
+{
+    AdvancedStorage shown(QStringLiteral("p"), {}, false, true, false);
+    shown.show();
+    QVERIFY(shown.sslBox()->isVisible());
+    QVERIFY(shown.useSsl());
+    shown.sslBox()->setChecked(false);
+    QVERIFY(!shown.useSsl());
+    AdvancedStorage hidden(QStringLiteral("p"), {}, false, false, true);
+    hidden.show();
+    QVERIFY(!hidden.sslBox()->isVisible());
+    QVERIFY(!hidden.useSsl());
+}
+
+void TestAdvanced::shouldMapSignatureChoice_data()
+{
+    QTest::addColumn<bool>("withChoice");
+    QTest::addColumn<int>("signature");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<int>("authType");
+    QTest::newRow("no choice") << false << 0 << -1 << 1;
+    QTest::newRow("V2") << true << 0 << 0 << 0;
+    QTest::newRow("V4") << true << 1 << 1 << 1;
+}
+
+void TestAdvanced::shouldMapSignatureChoice()
+{
+    QFETCH(bool, withChoice);
+    QFETCH(int, signature);
+    QFETCH(int, index);
+    QFETCH(int, authType);
+    PrefixSource source;
+    QScopedPointer<AmazonS3Compatible::AdvancedStorage> dialog(withChoice
+            ? new AmazonS3Compatible::AdvancedStorage(
+                true, false, source, NVL::Cloud::Info::AmazonS3Like::Signature(signature))
+            : new AmazonS3Compatible::AdvancedStorage(true, false, source));
+    QCOMPARE(dialog->authType(), authType);
+    QCOMPARE(dialog->signatureCombo() != nullptr, withChoice);
+    if (withChoice) {
+        QCOMPARE(dialog->signatureCombo()->currentIndex(), index);
+        QCOMPARE(dialog->signatureCombo()->itemText(0), QStringLiteral("AWS2"));
+        QCOMPARE(dialog->signatureCombo()->itemText(1), QStringLiteral("AWS4"));
+        dialog->signatureCombo()->setCurrentIndex(1 - index);
+        QCOMPARE(dialog->authType(), 1 - index);
+    }
+}
+
+NVB_TEST_MAIN(TestAdvanced)
+#include "tst_advanced.moc"

@@ -1,0 +1,429 @@
+#include <QApplication>
+#include <QFile>
+#include <QJsonArray>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTimer>
+#include <QtTest>
+
+#include "accounts/sslcertmaketrustdialog.h"
+#include "accounts/storagesadd.h"
+#include "cloud/cloudconfig.h"
+#include "cloud/ioperation.h"
+#include "cloud/operationmanager.h"
+#include "cloud/operationresult.h"
+#include "enginetestpeer.h"
+#include "models/models.h"
+#include "service/commands/storage.h"
+#include "service/commands/system.h"
+#include "service/connectionmanager.h"
+#include "service/servicelink.h"
+#include "testmain.h"
+
+using namespace NVB::GUI::Settings;
+using NvbTest::EngineTestPeer;
+namespace System = NVB::Common::Communication::Commands::Format::System;
+namespace Storage = NVB::Common::Communication::Commands::Format::Storage;
+namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
+
+namespace {
+
+// An operation whose answer the test decides, so that the frame's handling
+// of each error code can be driven without a provider that produces it.
+class ScriptedOperation : public NVL::Cloud::IOperation
+{
+public:
+    ScriptedOperation(const QMap<QString, QVariant>& config, int code, const QString& message)
+        : IOperation(NVL::Cloud::OperationType::ListContainers, config)
+        , m_code(code)
+        , m_message(message)
+    { }
+
+protected:
+    Job job() const override
+    {
+        const int code = m_code;
+        const QString message = m_message;
+        return [code, message](NVL::Cloud::ProviderClient&, const QMap<QString, QVariant>&,
+                   const NVL::Cloud::CancelToken&) { return NVL::Cloud::OperationResult::failure(code, message); };
+    }
+
+private:
+    int m_code;
+    QString m_message;
+};
+
+class Probe : public Storages::Add
+{
+public:
+    explicit Probe(NVL::Cloud::Type type, const QString& endpoint = QString())
+        : Storages::Add(type)
+        , m_endpoint(endpoint)
+    { }
+
+    QMap<QString, QVariant> cloudConfig() const override
+    {
+        QMap<QString, QVariant> config = Storages::Add::cloudConfig();
+        if (!m_endpoint.isEmpty())
+            config.insert(NVL::Cloud::Api::Config::Http::Endpoint, m_endpoint);
+        return config;
+    }
+
+    // Runs an operation that fails with the code, as loadContainers() runs
+    // a listing.
+    void runFailing(int code, const QString& message)
+    {
+        beginLockUI();
+        QSharedPointer<NVL::Cloud::IOperation> operation(
+            new ScriptedOperation(cloudConfig(), code, message), &QObject::deleteLater);
+        setOperation(operation);
+        connect(operation.data(), &NVL::Cloud::IOperation::finished, this, &Probe::onLoadContainerOperationFinished);
+        operation->run();
+    }
+
+    bool save(const QJsonObject& record, const QString& name, QString& error)
+    {
+        return updateAccount(record, name, error);
+    }
+
+    QModelIndex setItemIndex;
+    int setItemCalls = 0;
+
+protected:
+    void onAccept() override { }
+    void onSetItem(const QModelIndex& index) override
+    {
+        ++setItemCalls;
+        setItemIndex = index;
+        endLockUI();
+    }
+    void onAdvancedClicked() override { }
+
+private:
+    QString m_endpoint;
+};
+
+// Answers the next modal dialog of the given class once it is open.
+template<class Dialog, class Action> void whenModal(Action action)
+{
+    auto* timer = new QTimer;
+    timer->setInterval(20);
+    QObject::connect(timer, &QTimer::timeout, [timer, action] {
+        if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget())) {
+            timer->stop();
+            timer->deleteLater();
+            action(dialog);
+        }
+    });
+    timer->start();
+}
+
+QString readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+} // namespace
+
+class TestStoragesAdd : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+
+    void shouldBuildTheFrame();
+    void shouldLockAllButCancel();
+    void shouldFormatMessages();
+    void shouldOpenOnStoredAccount();
+    void shouldShowOperationErrorInRed();
+    void shouldAskTrustAndListAgainForUntrustedCertificate();
+    void shouldStopWhenTrustIsRefused();
+    void shouldAskForDefaultEndpointWhenNoneIsTyped();
+    void shouldShowCertificateFetchFailure();
+    void shouldSendTheRecordAndCloseOnSuccess();
+    void shouldStayOpenWhenSaveFails();
+    void shouldDropOperationOnCancel();
+
+private:
+    int count(const QString& name) const;
+    QJsonObject last(const QString& name) const;
+
+    EngineTestPeer* m_peer = nullptr;
+    QString m_pem;
+};
+
+int TestStoragesAdd::count(const QString& name) const
+{
+    int result = 0;
+    for (const QJsonObject& request : m_peer->requests())
+        result += request.value(QStringLiteral("command")).toString() == name ? 1 : 0;
+    return result;
+}
+
+QJsonObject TestStoragesAdd::last(const QString& name) const
+{
+    QJsonObject found;
+    for (const QJsonObject& request : m_peer->requests()) {
+        if (request.value(QStringLiteral("command")).toString() == name)
+            found = request.value(QStringLiteral("params")).toObject();
+    }
+    return found;
+}
+
+void TestStoragesAdd::initTestCase()
+{
+    m_pem = readFile(QStringLiteral(NVB_TEST_DATA_DIR "/test-cert.pem"));
+    QVERIFY(m_pem.contains(QStringLiteral("BEGIN CERTIFICATE")));
+    m_peer = new EngineTestPeer(this);
+    m_peer->exportSocketPath();
+    NVB::Common::Communication::ServiceLink::instance()->client()->setReconnectDelays(10, 50);
+    QTRY_VERIFY(NVB::Common::Communication::ConnectionManager::instance()->isLocalManagmentConnected());
+    m_peer->onCommand(QLatin1String(System::GetPeerSslCertificate::Name),
+        EngineTestPeer::Answer::reply({{QStringLiteral("pem"), m_pem}, {QStringLiteral("success"), true}}));
+    m_peer->onCommand(QLatin1String(System::AppendToSslStorage::Name),
+        EngineTestPeer::Answer::reply({{QStringLiteral("success"), true}}));
+}
+
+void TestStoragesAdd::cleanup()
+{
+    QVERIFY(NVL::Cloud::OperationManager::instance().waitForDone(30000));
+    QTest::qWait(50);
+    QTRY_COMPARE(NVL::Cloud::OperationManager::instance().count(), 0);
+}
+
+void TestStoragesAdd::shouldBuildTheFrame()
+{
+    Probe dialog(NVL::Cloud::Type::Sftp);
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Add Account"));
+    QCOMPARE(Storages::Add::LineEditWidth, 260);
+    QVERIFY(!dialog.okButton()->isEnabled());
+    QVERIFY(dialog.cancelButton()->isEnabled());
+    QCOMPARE(dialog.advancedButton()->text(), QStringLiteral("Advanced settings"));
+    QVERIFY(!dialog.id().isNull());
+    QVERIFY(!dialog.prefix().isEmpty());
+    QVERIFY(!dialog.operation());
+    const auto labels = dialog.findChildren<QLabel*>();
+    QStringList texts;
+    for (const QLabel* label : labels)
+        texts.append(label->text());
+    QVERIFY(texts.contains(QStringLiteral("SFTP")));
+    QVERIFY(texts.contains(QStringLiteral("To get started, fill out the following information:")));
+    const QMap<QString, QVariant> config = dialog.cloudConfig();
+    QCOMPARE(config.value(NVL::Cloud::Config::Type).toString(), QStringLiteral("Sftp"));
+    QVERIFY(!config.value(NVL::Cloud::Config::Id).toUuid().isNull());
+    QVERIFY(config.value(NVL::Cloud::Config::Id) != dialog.cloudConfig().value(NVL::Cloud::Config::Id));
+}
+
+void TestStoragesAdd::shouldLockAllButCancel()
+{
+    Probe dialog(NVL::Cloud::Type::Sftp);
+    dialog.show();
+    dialog.okButton()->setEnabled(true);
+    dialog.beginLockUI();
+    QVERIFY(!dialog.advancedButton()->isEnabled());
+    QVERIFY(!dialog.okButton()->isEnabled());
+    QVERIFY(dialog.cancelButton()->isEnabled());
+    dialog.endLockUI();
+    QVERIFY(dialog.advancedButton()->isEnabled());
+    QVERIFY(dialog.okButton()->isEnabled());
+    dialog.lockWidgetsAfterError(true);
+    QVERIFY(!dialog.okButton()->isEnabled());
+}
+
+void TestStoragesAdd::shouldFormatMessages()
+{
+    Probe dialog(NVL::Cloud::Type::Sftp);
+    dialog.show();
+    dialog.setErrorMessage(QStringLiteral("bad <thing>"));
+    QVERIFY(dialog.messageLabel()->isVisible());
+    QCOMPARE(dialog.messageLabel()->text(), QStringLiteral("<font color='red'>bad &lt;thing&gt;</font>"));
+    dialog.setSuccessMessage(QStringLiteral("fine"));
+    QCOMPARE(dialog.messageLabel()->text(), QStringLiteral("<font color='green'>fine</font>"));
+    dialog.setErrorMessage(QStringLiteral("quiet"), false);
+    QVERIFY(!dialog.messageLabel()->isVisible());
+}
+
+void TestStoragesAdd::shouldOpenOnStoredAccount()
+{
+    QStandardItemModel model(1, Column::Count);
+    const QUuid id = QUuid::createUuid();
+    model.setData(model.index(0, Column::DisplayName), QStringLiteral("Stored"));
+    model.setData(model.index(0, Column::ID), id.toString());
+    model.setData(model.index(0, Column::Prefix), QStringLiteral("nas-01"));
+    Probe dialog(NVL::Cloud::Type::Sftp);
+    dialog.show();
+    dialog.setItem(model.index(0, 0));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Edit Account"));
+    QCOMPARE(dialog.id(), id);
+    QCOMPARE(dialog.prefix(), QStringLiteral("nas-01"));
+    // Locked and still empty until the provider fills it, a moment later.
+    QCOMPARE(dialog.setItemCalls, 0);
+    QVERIFY(!dialog.advancedButton()->isEnabled());
+    QTRY_COMPARE(dialog.setItemCalls, 1);
+    QCOMPARE(dialog.setItemIndex, model.index(0, 0));
+    QVERIFY(dialog.advancedButton()->isEnabled());
+}
+
+void TestStoragesAdd::shouldShowOperationErrorInRed()
+{
+    Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://s3.example.test"));
+    dialog.show();
+    dialog.okButton()->setEnabled(true);
+    dialog.loadContainers();
+    QVERIFY(dialog.operation());
+    QTRY_VERIFY(!dialog.operation());
+    QVERIFY(dialog.messageLabel()->text().startsWith(QStringLiteral("<font color='red'>")));
+    QVERIFY(dialog.messageLabel()->text().contains(QStringLiteral("not supported yet")));
+    QVERIFY(!dialog.okButton()->isEnabled());
+    QVERIFY(dialog.advancedButton()->isEnabled());
+}
+
+void TestStoragesAdd::shouldAskTrustAndListAgainForUntrustedCertificate()
+{
+    const int appends = count(QLatin1String(System::AppendToSslStorage::Name));
+    Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://127.0.0.1:9443"));
+    dialog.show();
+    QString shownIssuer;
+    whenModal<Account::SslCertMakeTrustDialog>([&shownIssuer](Account::SslCertMakeTrustDialog* trust) {
+        for (const QLabel* label : trust->findChildren<QLabel*>())
+            shownIssuer += label->text();
+        trust->trustButton()->click();
+    });
+    dialog.runFailing(5, QStringLiteral("certificate not trusted"));
+    QTRY_COMPARE(count(QLatin1String(System::AppendToSslStorage::Name)), appends + 1);
+    QCOMPARE(last(QLatin1String(System::GetPeerSslCertificate::Name)).value(QStringLiteral("endpoint")).toString(),
+        QStringLiteral("https://127.0.0.1:9443"));
+    QCOMPARE(last(QLatin1String(System::AppendToSslStorage::Name)).value(QStringLiteral("pem")).toString(), m_pem);
+    QVERIFY(shownIssuer.contains(QStringLiteral("nvb-test-server")));
+    // The listing runs again with the certificate trusted; this provider
+    // then answers with its own error.
+    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("not supported yet")));
+    QTRY_VERIFY(!dialog.operation());
+}
+
+void TestStoragesAdd::shouldStopWhenTrustIsRefused()
+{
+    const int appends = count(QLatin1String(System::AppendToSslStorage::Name));
+    const int fetches = count(QLatin1String(System::GetPeerSslCertificate::Name));
+    Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://127.0.0.1:9443"));
+    dialog.show();
+    bool asked = false;
+    whenModal<Account::SslCertMakeTrustDialog>([&asked](Account::SslCertMakeTrustDialog* trust) {
+        asked = true;
+        trust->reject();
+    });
+    dialog.runFailing(5, QStringLiteral("certificate not trusted"));
+    QTRY_VERIFY(asked);
+    QTRY_VERIFY(dialog.advancedButton()->isEnabled());
+    QTest::qWait(100);
+    QCOMPARE(count(QLatin1String(System::GetPeerSslCertificate::Name)), fetches + 1);
+    QCOMPARE(count(QLatin1String(System::AppendToSslStorage::Name)), appends);
+    QVERIFY(!dialog.okButton()->isEnabled());
+    QVERIFY(!dialog.operation());
+}
+
+void TestStoragesAdd::shouldAskForDefaultEndpointWhenNoneIsTyped()
+{
+    Probe dialog(NVL::Cloud::Type::AzureBlob);
+    dialog.show();
+    whenModal<Account::SslCertMakeTrustDialog>([](Account::SslCertMakeTrustDialog* trust) { trust->reject(); });
+    const int fetches = count(QLatin1String(System::GetPeerSslCertificate::Name));
+    dialog.runFailing(5, QStringLiteral("certificate not trusted"));
+    QTRY_COMPARE(count(QLatin1String(System::GetPeerSslCertificate::Name)), fetches + 1);
+    const QString endpoint
+        = last(QLatin1String(System::GetPeerSslCertificate::Name)).value(QStringLiteral("endpoint")).toString();
+    QVERIFY2(endpoint.contains(QStringLiteral("windows.net")) || !endpoint.isEmpty(), qPrintable(endpoint));
+    QTRY_VERIFY(dialog.advancedButton()->isEnabled());
+}
+
+void TestStoragesAdd::shouldShowCertificateFetchFailure()
+{
+    m_peer->onCommand(QLatin1String(System::GetPeerSslCertificate::Name),
+        EngineTestPeer::Answer::error(QStringLiteral("Can't get the certificate of 127.0.0.1:9443")));
+    Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://127.0.0.1:9443"));
+    dialog.show();
+    dialog.runFailing(5, QStringLiteral("certificate not trusted"));
+    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("Can't get the certificate of 127.0.0.1:9443")));
+    QVERIFY(dialog.messageLabel()->text().contains(QStringLiteral("red")));
+    QVERIFY(!dialog.okButton()->isEnabled());
+    m_peer->onCommand(QLatin1String(System::GetPeerSslCertificate::Name),
+        EngineTestPeer::Answer::reply({{QStringLiteral("pem"), QString()}}));
+    dialog.runFailing(5, QStringLiteral("certificate not trusted"));
+    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("Peer certificate is empty")));
+    m_peer->onCommand(QLatin1String(System::GetPeerSslCertificate::Name),
+        EngineTestPeer::Answer::reply({{QStringLiteral("pem"), m_pem}, {QStringLiteral("success"), true}}));
+}
+
+void TestStoragesAdd::shouldSendTheRecordAndCloseOnSuccess()
+{
+    m_peer->onCommand(QLatin1String(Storage::SaveStorage::Name),
+        EngineTestPeer::Answer::reply({{QStringLiteral("SaveStorage"), QStringLiteral("success")}}));
+    Probe dialog(NVL::Cloud::Type::Sftp);
+    dialog.setPrefix(QStringLiteral("office"));
+    QSignalSpy done(&dialog, &Storages::Add::updateComplite);
+    QString error;
+    QVERIFY(dialog.save({{QStringLiteral("Address"), QStringLiteral("nas")}}, QStringLiteral("My NAS"), error));
+    QVERIFY(done.wait(5000));
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    const QJsonObject params = last(QLatin1String(Storage::SaveStorage::Name));
+    QCOMPARE(QUuid(params.value(QStringLiteral("ID")).toString()), dialog.id());
+    QCOMPARE(params.value(QStringLiteral("displayName")).toString(), QStringLiteral("My NAS"));
+    QCOMPARE(params.value(QStringLiteral("prefix")).toString(), QStringLiteral("office"));
+    QCOMPARE(params.value(QStringLiteral("type")).toInt(), 33);
+    QCOMPARE(params.value(QStringLiteral("params")).toObject().value(QStringLiteral("Address")).toString(),
+        QStringLiteral("nas"));
+    QVERIFY(params.contains(QStringLiteral("profile")));
+}
+
+void TestStoragesAdd::shouldStayOpenWhenSaveFails()
+{
+    Probe dialog(NVL::Cloud::Type::Sftp);
+    dialog.show();
+    QSignalSpy failed(&dialog, &Storages::Add::updateError);
+    QString boxText;
+    whenModal<QMessageBox>([&boxText](QMessageBox* box) {
+        boxText = box->windowTitle() + QLatin1Char('|') + box->text();
+        box->accept();
+    });
+    m_peer->onCommand(QLatin1String(Storage::SaveStorage::Name),
+        EngineTestPeer::Answer::error(QStringLiteral("The storage account has no name")));
+    QString error;
+    QVERIFY(dialog.save({}, QString(), error));
+    QVERIFY(failed.wait(5000));
+    QTRY_COMPARE(boxText, QStringLiteral("Error on save/update operation!|The storage account has no name"));
+    QVERIFY(dialog.isVisible());
+    m_peer->onCommand(QLatin1String(Storage::SaveStorage::Name),
+        EngineTestPeer::Answer::reply({{QStringLiteral("SaveStorage"), QStringLiteral("error")}}));
+    boxText.clear();
+    whenModal<QMessageBox>([&boxText](QMessageBox* box) {
+        boxText = box->text();
+        box->accept();
+    });
+    QVERIFY(dialog.save({}, QStringLiteral("x"), error));
+    QTRY_COMPARE(boxText, QStringLiteral("Error on exec command"));
+    QVERIFY(dialog.isVisible());
+}
+
+void TestStoragesAdd::shouldDropOperationOnCancel()
+{
+    Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://s3.example.test"));
+    dialog.show();
+    dialog.loadContainers();
+    const QSharedPointer<NVL::Cloud::IOperation> running = dialog.operation();
+    QVERIFY(running);
+    dialog.cancelButton()->click();
+    QVERIFY(!dialog.operation());
+    QVERIFY(running->isRemoved());
+    // An answer that still arrives changes nothing.
+    emit running->finished();
+    QVERIFY(!dialog.messageLabel()->isVisible());
+}
+
+NVB_TEST_MAIN(TestStoragesAdd)
+#include "tst_storagesadd.moc"
