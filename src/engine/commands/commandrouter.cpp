@@ -8,6 +8,7 @@
 #include "service/v2/commandcatalogue.h"
 #include "service/v2/wire.h"
 #include "storagecommands.h"
+#include "systemcommands.h"
 #include "v2commands.h"
 
 namespace NVB::Engine {
@@ -30,6 +31,7 @@ CommandRouter::CommandRouter(Engine* engine)
     PlanCommands::add(engine, &m_v1);
     StorageCommands::add(engine, &m_v1);
     HistoryCommands::add(engine, &m_v1);
+    SystemCommands::add(engine, &m_v1);
     V2Commands::add(engine, &m_v2);
 }
 
