@@ -1,0 +1,74 @@
+#include "widgets/richbuttontext.h"
+
+#include <QAbstractButton>
+#include <QAbstractTextDocumentLayout>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
+#include <QtMath>
+
+namespace NVB::GUI {
+
+RichButtonText::RichButtonText()
+    : m_document(new QTextDocument())
+{
+    m_document->setDocumentMargin(0);
+}
+
+RichButtonText::~RichButtonText() = default;
+
+void RichButtonText::setHtml(const QString& html)
+{
+    m_html = html;
+    m_document->setHtml(html);
+}
+
+QString RichButtonText::plainText() const
+{
+    return m_document->toPlainText().simplified();
+}
+
+void RichButtonText::setFont(const QFont& font)
+{
+    m_document->setDefaultFont(font);
+    // setDefaultFont doesn't reach text that is already laid out.
+    m_document->setHtml(m_html);
+}
+
+int RichButtonText::preferredWidth() const
+{
+    m_document->setTextWidth(-1);
+    return qMin(qCeil(m_document->idealWidth()), PreferredWidth);
+}
+
+int RichButtonText::heightForWidth(int width) const
+{
+    m_document->setTextWidth(qMax(1, width));
+    return qCeil(m_document->size().height());
+}
+
+int RichButtonText::firstLineHeight() const
+{
+    const QTextBlock block = m_document->begin();
+    if (block.isValid() && block.layout() && block.layout()->lineCount() > 0)
+        return qCeil(block.layout()->lineAt(0).height());
+    return QFontMetrics(m_document->defaultFont()).height();
+}
+
+void RichButtonText::paint(QPainter* painter, const QRect& rect, const QAbstractButton* button) const
+{
+    m_document->setTextWidth(rect.width());
+    QAbstractTextDocumentLayout::PaintContext context;
+    const QPalette::ColorGroup group = button->isEnabled() ? QPalette::Active : QPalette::Disabled;
+    context.palette = button->palette();
+    context.palette.setColor(QPalette::Text, button->palette().color(group, QPalette::WindowText));
+    context.clip = QRectF(0, 0, rect.width(), rect.height());
+    painter->save();
+    painter->translate(rect.topLeft());
+    painter->setClipRect(context.clip);
+    m_document->documentLayout()->draw(painter, context);
+    painter->restore();
+}
+
+} // namespace NVB::GUI
