@@ -75,6 +75,8 @@ Storages::Add::Add(NVL::Cloud::Type type, QWidget* parent)
     , m_prefix(Account::Advanced::defaultPrefix())
 {
     setWindowTitle(tr("Add Account"));
+    // Room for the provider's fields beside their labels and for messages.
+    setMinimumWidth(LineEditWidth + 220);
     auto* layout = new QVBoxLayout(this);
 
     auto* header = new QHBoxLayout;

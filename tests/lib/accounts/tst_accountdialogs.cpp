@@ -1,0 +1,557 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QStackedLayout>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QToolButton>
+#include <QtTest>
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include "accounts/advanced/advanced.h"
+#include "accounts/local/local.h"
+#include "accounts/local/localadd.h"
+#include "accounts/selectitem.h"
+#include "accounts/selectstandalon.h"
+#include "accounts/sftp/sftp.h"
+#include "accounts/sftp/sftpadd.h"
+#include "accounts/storages.h"
+#include "accounts/storageseditlist.h"
+#include "accounts/storagesinfo.h"
+#include "cloud/cloudconfig.h"
+#include "cloud/ioperation.h"
+#include "cloud/operationmanager.h"
+#include "cloud/storageaccountconverter.h"
+#include "crypt/cryptns.h"
+#include "engineprocess.h"
+#include "models/modelmanager.h"
+#include "models/models.h"
+#include "service/connectionmanager.h"
+#include "storage/storageconnectionsmodel.h"
+#include "storage/storageconnectionsmodelcreator.h"
+#include "testmain.h"
+
+using namespace NVB::GUI;
+using namespace NVB::GUI::Settings;
+using namespace NVB::GUI::Settings::Account;
+using NvbTest::EngineProcess;
+namespace Column = Models::Table::NvbStorageConnectionModelInfo::Column;
+
+namespace {
+
+// Runs the action on the next modal dialog of that class, once it is open;
+// the code that opens it blocks in exec() meanwhile.
+template<class Dialog, class Action> void whenModal(Action action)
+{
+    auto* timer = new QTimer;
+    timer->setInterval(20);
+    QObject::connect(timer, &QTimer::timeout, [timer, action] {
+        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->isVisible())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        action(dialog);
+    });
+    timer->start();
+}
+
+QString readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+void type(QLineEdit* edit, const QString& text)
+{
+    edit->clear();
+    QTest::keyClicks(edit, text);
+}
+
+} // namespace
+
+class TestAccountDialogs : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void cleanup();
+
+    void shouldAddEditAndRemoveLocalAccountOnThePage();
+    void shouldRefuseRelativeLocalPath();
+    void shouldAddEditAndRemoveSftpAccountOnThePage_data();
+    void shouldAddEditAndRemoveSftpAccountOnThePage();
+    void shouldShowServersErrorForWrongPassword();
+    void shouldForgetListingCancelledWhileRunning();
+    void shouldWriteEachFormWithItsOwnKeys_data();
+    void shouldWriteEachFormWithItsOwnKeys();
+    void shouldTakeScreenshots();
+
+private:
+    bool requireSftp();
+    void fillSftp(Sftp::Add* dialog, const QString& name, bool withKey, const QString& password);
+    int rowOf(const QString& name) const;
+    QJsonObject record(const QString& name) const;
+    Select::Item* tile(Storages& page, NVL::Cloud::Type type) const;
+
+    EngineProcess* m_engine = nullptr;
+    StorageConnectionsModelCreator m_creator;
+    QAbstractItemModel* m_model = nullptr;
+    QTemporaryDir m_home;
+    QTemporaryDir m_remote;
+    QString m_sftpReason;
+    QString m_sshdDir;
+    int m_port = 0;
+    QString m_user;
+    QString m_password;
+};
+
+void TestAccountDialogs::initTestCase()
+{
+    // SFTP checks host keys against ~/.ssh/known_hosts: a home of our own.
+    QVERIFY(m_home.isValid());
+    QVERIFY(QDir(m_home.path()).mkpath(QStringLiteral(".ssh")));
+    qputenv("HOME", m_home.path().toUtf8());
+
+    m_engine = new EngineProcess;
+    QVERIFY2(m_engine->start(), m_engine->output().constData());
+    m_engine->exportSocketPath();
+    QVERIFY(QTest::qWaitFor(
+        [] {
+            const auto connection = NVB::Common::Communication::ConnectionManager::instance();
+            return connection && connection->isLocalManagmentConnected();
+        },
+        10000));
+    QVERIFY(ModelManager::instance()->registrateCreator(m_creator));
+    m_model = ModelManager::instance()->create(Models::Table::NvbStorageConnectionModelInfo::Type);
+    QVERIFY(m_model);
+    QTest::qWait(200);
+    QCOMPARE(m_model->rowCount(), 0);
+
+    m_sshdDir = qEnvironmentVariable("NVB_TEST_SSHD_DIR");
+    if (m_sshdDir.isEmpty())
+        m_sftpReason = QStringLiteral("NVB_TEST_SSHD_DIR is not set; run through ctest");
+    else if (QFileInfo::exists(m_sshdDir + QStringLiteral("/unavailable")))
+        m_sftpReason = readFile(m_sshdDir + QStringLiteral("/unavailable")).trimmed();
+    else if (!QFileInfo::exists(m_sshdDir + QStringLiteral("/port")))
+        m_sftpReason = QStringLiteral("no SFTP test server runs in %1").arg(m_sshdDir);
+    if (!m_sftpReason.isEmpty())
+        return;
+    m_port = readFile(m_sshdDir + QStringLiteral("/port")).trimmed().toInt();
+    m_user = readFile(m_sshdDir + QStringLiteral("/user")).trimmed();
+    m_password = readFile(m_sshdDir + QStringLiteral("/password")).trimmed();
+    QVERIFY(
+        QFile::copy(m_sshdDir + QStringLiteral("/known_hosts"), m_home.path() + QStringLiteral("/.ssh/known_hosts")));
+    // The test writes as root; the server lists as the test user.
+    const passwd* account = ::getpwnam(m_user.toLocal8Bit().constData());
+    QVERIFY(account);
+    QVERIFY(m_remote.isValid());
+    QCOMPARE(::chown(QFile::encodeName(m_remote.path()).constData(), account->pw_uid, account->pw_gid), 0);
+    QVERIFY(QDir(m_remote.path()).mkpath(QStringLiteral("NVB_existing")));
+}
+
+void TestAccountDialogs::cleanupTestCase()
+{
+    if (m_engine)
+        QVERIFY(m_engine->stop());
+    delete m_engine;
+}
+
+void TestAccountDialogs::cleanup()
+{
+    QVERIFY(NVL::Cloud::OperationManager::instance().waitForDone(60000));
+    QTRY_COMPARE(NVL::Cloud::OperationManager::instance().count(), 0);
+    QTRY_VERIFY(!QApplication::activeModalWidget());
+}
+
+bool TestAccountDialogs::requireSftp()
+{
+    if (m_sftpReason.isEmpty())
+        return true;
+    const QByteArray text = QStringLiteral("SFTP test server unavailable: %1").arg(m_sftpReason).toUtf8();
+    if (qEnvironmentVariableIsSet("CI") || (!m_sshdDir.isEmpty() && ::geteuid() == 0))
+        QTest::qFail(text.constData(), __FILE__, __LINE__);
+    else
+        QTest::qSkip(text.constData(), __FILE__, __LINE__);
+    return false;
+}
+
+int TestAccountDialogs::rowOf(const QString& name) const
+{
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        if (m_model->index(row, Column::DisplayName).data().toString() == name)
+            return row;
+    }
+    return -1;
+}
+
+QJsonObject TestAccountDialogs::record(const QString& name) const
+{
+    return m_model->index(rowOf(name), Column::DetailParams).data().toJsonObject();
+}
+
+Select::Item* TestAccountDialogs::tile(Storages& page, NVL::Cloud::Type type) const
+{
+    auto* selector = page.findChild<SelectStandalon*>();
+    return selector ? selector->item(int(type)) : nullptr;
+}
+
+void TestAccountDialogs::fillSftp(Sftp::Add* dialog, const QString& name, bool withKey, const QString& password)
+{
+    type(dialog->displayNameEdit(), name);
+    type(dialog->serverEdit(), QStringLiteral("127.0.0.1"));
+    type(dialog->pathEdit(), m_remote.path() + QStringLiteral("/"));
+    dialog->portBox()->setValue(m_port);
+    type(dialog->userEdit(), m_user);
+    if (withKey) {
+        dialog->authCombo()->setCurrentIndex(Sftp::Add::PrivateKey);
+        type(dialog->keyPathEdit(), m_sshdDir + QStringLiteral("/user_key"));
+    } else {
+        dialog->authCombo()->setCurrentIndex(Sftp::Add::Password);
+        type(dialog->passwordEdit(), password);
+    }
+}
+
+void TestAccountDialogs::shouldAddEditAndRemoveLocalAccountOnThePage()
+{
+    QTemporaryDir folder;
+    Storages page;
+    page.resize(800, 500);
+    page.show();
+    QVERIFY(page.editList());
+    QCOMPARE(page.stack()->currentIndex(), 0);
+
+    // Add, through the File System tile.
+    QString prefix;
+    whenModal<Local::Add>([&](Local::Add* dialog) {
+        QVERIFY(!dialog->okButton()->isEnabled());
+        type(dialog->displayNameEdit(), QStringLiteral("Backup disk"));
+        type(dialog->pathEdit(), folder.path());
+        prefix = dialog->prefix();
+        QVERIFY(dialog->okButton()->isEnabled());
+        QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+    });
+    Select::Item* local = tile(page, NVL::Cloud::Type::FileSystem);
+    QVERIFY(local);
+    QTest::mouseClick(local, Qt::LeftButton);
+    // The click returns once the watcher saw the row.
+    QCOMPARE(m_model->rowCount(), 1);
+    const int row = rowOf(QStringLiteral("Backup disk"));
+    QVERIFY(row >= 0);
+    QCOMPARE(m_model->index(row, Column::Type).data().toInt(), 1);
+    QCOMPARE(record(QStringLiteral("Backup disk")).value(QStringLiteral("Path")).toString(),
+        folder.path() + QStringLiteral("/"));
+    QCOMPARE(m_model->index(row, Column::Prefix).data().toString(), prefix);
+    QVERIFY(QFileInfo(folder.path() + QStringLiteral("/NVB_") + prefix).isDir());
+
+    // It is listed, with its icon, and its view shows the record.
+    QListView* list = page.editList()->view();
+    QCOMPARE(list->model()->rowCount(), 1);
+    const QModelIndex listed = list->model()->index(0, 0);
+    QCOMPARE(listed.data().toString(), QStringLiteral("Backup disk"));
+    QVERIFY(!listed.data(Qt::DecorationRole).value<QIcon>().isNull());
+    page.editList()->setCurrentIndex(listed);
+    auto* view = qobject_cast<Local*>(page.stack()->currentWidget());
+    QVERIFY(view);
+    QCOMPARE(view->title(), QStringLiteral("Backup disk"));
+    QCOMPARE(view->fieldText(QStringLiteral("Path")), folder.path() + QStringLiteral("/"));
+    QCOMPARE(view->fieldText(QStringLiteral("BackupPrefix")), prefix);
+    QVERIFY(page.editList()->editButton()->isEnabled());
+
+    // Edit: the dialog fills itself from the row, the watcher waits for it.
+    whenModal<Local::Add>([&](Local::Add* dialog) {
+        QVERIFY(QTest::qWaitFor([dialog] { return !dialog->displayNameEdit()->text().isEmpty(); }, 5000));
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Edit Account"));
+        QCOMPARE(dialog->pathEdit()->text(), folder.path() + QStringLiteral("/"));
+        type(dialog->displayNameEdit(), QStringLiteral("Renamed disk"));
+        QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+    });
+    QTest::mouseClick(page.editList()->editButton(), Qt::LeftButton);
+    QCOMPARE(m_model->rowCount(), 1);
+    QCOMPARE(m_model->index(0, Column::DisplayName).data().toString(), QStringLiteral("Renamed disk"));
+    QTRY_COMPARE(view->title(), QStringLiteral("Renamed disk"));
+    QCOMPARE(page.editList()->currentIndex().data().toString(), QStringLiteral("Renamed disk"));
+
+    // Remove, after the question.
+    QString question;
+    whenModal<QMessageBox>([&question](QMessageBox* box) {
+        question = box->windowTitle() + QLatin1Char('|') + box->text();
+        box->button(QMessageBox::Yes)->click();
+    });
+    QTest::mouseClick(page.editList()->removeButton(), Qt::LeftButton);
+    QCOMPARE(question, QStringLiteral("Are you sure?|Delete \"Renamed disk\" account?"));
+    QCOMPARE(m_model->rowCount(), 0);
+    QTRY_COMPARE(page.stack()->currentIndex(), 0);
+}
+
+void TestAccountDialogs::shouldRefuseRelativeLocalPath()
+{
+    Local::Add dialog;
+    dialog.show();
+    type(dialog.displayNameEdit(), QStringLiteral("Relative"));
+    type(dialog.pathEdit(), QStringLiteral("backups/here"));
+    QTest::mouseClick(dialog.okButton(), Qt::LeftButton);
+    QCOMPARE(
+        dialog.messageLabel()->text(), QStringLiteral("<font color='red'>Wrong local container specified!</font>"));
+    QVERIFY(dialog.isVisible());
+    // With and without a final slash the folder is the same.
+    type(dialog.pathEdit(), QStringLiteral("/srv/backup"));
+    const QString folder = dialog.backupFolder();
+    type(dialog.pathEdit(), QStringLiteral("/srv/backup/"));
+    QCOMPARE(dialog.backupFolder(), folder);
+    QVERIFY(folder.startsWith(QStringLiteral("/srv/backup/NVB_")));
+}
+
+void TestAccountDialogs::shouldAddEditAndRemoveSftpAccountOnThePage_data()
+{
+    QTest::addColumn<bool>("withKey");
+    QTest::newRow("password") << false;
+    QTest::newRow("private key") << true;
+}
+
+void TestAccountDialogs::shouldAddEditAndRemoveSftpAccountOnThePage()
+{
+    QFETCH(bool, withKey);
+    if (!requireSftp())
+        return;
+    const QString name = withKey ? QStringLiteral("NAS by key") : QStringLiteral("NAS by password");
+    Storages page;
+    page.resize(800, 500);
+    page.show();
+
+    QString shownPath;
+    QString success;
+    bool okBeforeTest = true;
+    whenModal<Sftp::Add>([&](Sftp::Add* dialog) {
+        fillSftp(dialog, name, withKey, m_password);
+        okBeforeTest = dialog->okButton()->isEnabled();
+        QTest::mouseClick(dialog->testButton(), Qt::LeftButton);
+        QVERIFY(QTest::qWaitFor([dialog] { return dialog->okButton()->isEnabled(); }, 60000));
+        shownPath = dialog->pathEdit()->text();
+        success = dialog->messageLabel()->text();
+        QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+    });
+    QTest::mouseClick(tile(page, NVL::Cloud::Type::Sftp), Qt::LeftButton);
+    QVERIFY(!okBeforeTest);
+    QCOMPARE(success, QStringLiteral("<font color='green'>Connection Successful</font>"));
+    QCOMPARE(shownPath, m_remote.path());
+
+    const int row = rowOf(name);
+    QVERIFY(row >= 0);
+    QCOMPARE(m_model->index(row, Column::Type).data().toInt(), 33);
+    const QJsonObject stored = record(name);
+    QCOMPARE(stored.value(QStringLiteral("Address")).toString(), QStringLiteral("127.0.0.1"));
+    QVERIFY(stored.value(QStringLiteral("Port")).isDouble());
+    QCOMPARE(stored.value(QStringLiteral("Port")).toInt(), m_port);
+    QCOMPARE(stored.value(QStringLiteral("Path")).toString(), m_remote.path());
+    QCOMPARE(stored.value(QStringLiteral("User")).toString(), m_user);
+    QVERIFY(stored.contains(QStringLiteral("UseProy")));
+    QVERIFY(!stored.contains(QStringLiteral("UseProxy")));
+    QVERIFY(stored.value(QStringLiteral("KeepAlive")).isBool());
+    // No secret in the clear anywhere in the record.
+    const QString text = QString::fromUtf8(QJsonDocument(stored).toJson());
+    if (withKey) {
+        const QString key = readFile(m_sshdDir + QStringLiteral("/user_key"));
+        QVERIFY(!stored.contains(QStringLiteral("Password")));
+        QVERIFY(!text.contains(QStringLiteral("PRIVATE KEY")));
+        QCOMPARE(SHARED::cryptNS::decrypt_local_password(stored.value(QStringLiteral("PrivateKey")).toString()), key);
+    } else {
+        QVERIFY(!stored.contains(QStringLiteral("PrivateKey")));
+        QVERIFY(!text.contains(m_password));
+        QCOMPARE(
+            SHARED::cryptNS::decrypt_local_password(stored.value(QStringLiteral("Password")).toString()), m_password);
+    }
+
+    // The view shows the account.
+    const QModelIndex listed
+        = page.editList()
+              ->view()
+              ->model()
+              ->match(page.editList()->view()->model()->index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly)
+              .value(0);
+    QVERIFY(listed.isValid());
+    page.editList()->setCurrentIndex(listed);
+    auto* view = qobject_cast<Sftp*>(page.stack()->currentWidget());
+    QVERIFY(view);
+    QCOMPARE(view->fieldText(QStringLiteral("Address")), QStringLiteral("127.0.0.1"));
+    QCOMPARE(view->fieldText(QStringLiteral("Port")), QString::number(m_port));
+    QCOMPARE(view->fieldText(QStringLiteral("KeepAlive")), QStringLiteral("no"));
+    QVERIFY(!view->isFieldVisible(QStringLiteral("Password")));
+
+    // Edit: opening tests the stored account by itself.
+    whenModal<Sftp::Add>([&](Sftp::Add* dialog) {
+        QVERIFY(QTest::qWaitFor([dialog] { return dialog->isTested() && dialog->okButton()->isEnabled(); }, 60000));
+        if (!withKey)
+            QCOMPARE(dialog->passwordEdit()->text(), m_password);
+        QCOMPARE(dialog->authCombo()->currentIndex(), withKey ? 1 : 0);
+        type(dialog->displayNameEdit(), name + QStringLiteral(" 2"));
+        dialog->keepAliveBox()->setChecked(true);
+        QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+    });
+    QTest::mouseClick(page.editList()->editButton(), Qt::LeftButton);
+    QVERIFY(rowOf(name + QStringLiteral(" 2")) >= 0);
+    QVERIFY(record(name + QStringLiteral(" 2")).value(QStringLiteral("KeepAlive")).toBool());
+    QTRY_COMPARE(view->fieldText(QStringLiteral("KeepAlive")), QStringLiteral("yes"));
+
+    // Remove.
+    whenModal<QMessageBox>([](QMessageBox* box) { box->button(QMessageBox::Yes)->click(); });
+    QTest::mouseClick(page.editList()->removeButton(), Qt::LeftButton);
+    QCOMPARE(rowOf(name + QStringLiteral(" 2")), -1);
+}
+
+void TestAccountDialogs::shouldShowServersErrorForWrongPassword()
+{
+    if (!requireSftp())
+        return;
+    Sftp::Add dialog;
+    dialog.show();
+    fillSftp(&dialog, QStringLiteral("Wrong"), false, QStringLiteral("not-the-password"));
+    QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
+    QVERIFY(dialog.operation());
+    QTRY_VERIFY_WITH_TIMEOUT(!dialog.operation(), 60000);
+    QVERIFY(!dialog.okButton()->isEnabled());
+    QVERIFY(!dialog.isTested());
+    // The same login, made directly, fails with the text the dialog shows.
+    const auto direct = NVL::Cloud::OperationManager::instance().listing(
+        dialog.cloudConfig(), QString(), QStringLiteral("/"), QString(), 1);
+    QSignalSpy finished(direct.data(), &NVL::Cloud::IOperation::finished);
+    direct->run();
+    QVERIFY(finished.wait(60000));
+    direct->remove();
+    QVERIFY(direct->isError());
+    QCOMPARE(dialog.messageLabel()->text(),
+        QStringLiteral("<font color='red'>%1</font>").arg(direct->errorMessage().toHtmlEscaped()));
+    QVERIFY(dialog.messageLabel()->isVisible());
+    // Typing the right one asks for a new test before OK.
+    type(dialog.passwordEdit(), m_password);
+    QVERIFY(!dialog.okButton()->isEnabled());
+    QVERIFY(!dialog.messageLabel()->isVisible());
+}
+
+void TestAccountDialogs::shouldForgetListingCancelledWhileRunning()
+{
+    if (!requireSftp())
+        return;
+    Sftp::Add dialog;
+    dialog.show();
+    fillSftp(&dialog, QStringLiteral("Cancelled"), false, m_password);
+    QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
+    const QSharedPointer<NVL::Cloud::IOperation> running = dialog.operation();
+    QVERIFY(running);
+    QVERIFY(!dialog.advancedButton()->isEnabled());
+    QTest::mouseClick(dialog.cancelButton(), Qt::LeftButton);
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    QVERIFY(!dialog.operation());
+    QVERIFY(running->isRemoved());
+    QVERIFY(NVL::Cloud::OperationManager::instance().waitForDone(60000));
+    QTest::qWait(50);
+    // A finish that still comes is ignored.
+    emit running->finished();
+    QVERIFY(!dialog.messageLabel()->isVisible());
+    QVERIFY(!dialog.isTested());
+    QVERIFY(!dialog.okButton()->isEnabled());
+}
+
+void TestAccountDialogs::shouldWriteEachFormWithItsOwnKeys_data()
+{
+    QTest::addColumn<QVariantMap>("config");
+    QTest::addColumn<QString>("recordKey");
+    QTest::addColumn<QJsonValue>("recordValue");
+    QTest::addColumn<QString>("absentKey");
+    QTest::newRow("use proxy") << QVariantMap {{"CloudType", "Sftp"}, {"UseProxy", true}, {"Password", "x"}}
+                               << "UseProy" << QJsonValue(true) << "UseProxy";
+    QTest::newRow("Azure user") << QVariantMap {{"CloudType", "AzureBlob"}, {"Username", "me"}, {"Password", "x"}}
+                                << "UserName" << QJsonValue(QStringLiteral("me")) << "Username";
+    QTest::newRow("OpenStack user") << QVariantMap {{"CloudType", "Openstack"}, {"Username", "me"}, {"ApiKey", "x"}}
+                                    << "UserName" << QJsonValue(QStringLiteral("me")) << "Username";
+    QTest::newRow("signature V4") << QVariantMap {{"CloudType", "S3Compatible"}, {"Signature", "V4"},
+        {"SecretKey", "x"}} << "Signature"
+                                  << QJsonValue(4) << QString();
+    QTest::newRow("signature V2") << QVariantMap {{"CloudType", "S3Compatible"}, {"Signature", "V2"},
+        {"SecretKey", "x"}} << "Signature"
+                                  << QJsonValue(2) << QString();
+}
+
+void TestAccountDialogs::shouldWriteEachFormWithItsOwnKeys()
+{
+    QFETCH(QVariantMap, config);
+    QFETCH(QString, recordKey);
+    QFETCH(QJsonValue, recordValue);
+    QFETCH(QString, absentKey);
+    QString error;
+    const QJsonObject written = NVB::Info::StorageAccountConverter::toRecord(config, &error);
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+    QCOMPARE(written.value(recordKey), recordValue);
+    if (!absentKey.isEmpty())
+        QVERIFY(!written.contains(absentKey));
+    const QString text = QString::fromUtf8(QJsonDocument(written).toJson());
+    QVERIFY(!text.contains(QStringLiteral("\"x\"")));
+
+    // The dialog's own configuration uses the configuration's spelling.
+    if (recordKey == QStringLiteral("UseProy")) {
+        Sftp::Add dialog;
+        dialog.useProxyBox()->setChecked(true);
+        const auto own = dialog.cloudConfig();
+        QVERIFY(own.value(NVL::Cloud::Config::Network::UseProxy).toBool());
+        QVERIFY(!own.contains(QStringLiteral("UseProy")));
+    }
+}
+
+void TestAccountDialogs::shouldTakeScreenshots()
+{
+    const QString target = qEnvironmentVariable("NVB_SCREENSHOT_DIR");
+    if (target.isEmpty())
+        QSKIP("Set NVB_SCREENSHOT_DIR to save pictures of the page and the dialogs");
+    QTemporaryDir folder;
+    Storages page;
+    page.resize(760, 520);
+    page.show();
+    whenModal<Local::Add>([&](Local::Add* dialog) {
+        type(dialog->displayNameEdit(), QStringLiteral("USB backup disk"));
+        type(dialog->pathEdit(), folder.path());
+        QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+    });
+    QTest::mouseClick(tile(page, NVL::Cloud::Type::FileSystem), Qt::LeftButton);
+    QVERIFY(page.grab().save(target + QStringLiteral("/storage-page.png")));
+    page.editList()->setCurrentIndex(page.editList()->view()->model()->index(0, 0));
+    QVERIFY(page.grab().save(target + QStringLiteral("/storage-page-local.png")));
+
+    Local::Add local;
+    local.show();
+    type(local.displayNameEdit(), QStringLiteral("USB backup disk"));
+    type(local.pathEdit(), QStringLiteral("/media/backup"));
+    QVERIFY(local.grab().save(target + QStringLiteral("/dialog-local.png")));
+
+    Sftp::Add sftp;
+    sftp.show();
+    if (m_sftpReason.isEmpty()) {
+        fillSftp(&sftp, QStringLiteral("Office NAS"), false, m_password);
+        QTest::mouseClick(sftp.testButton(), Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(sftp.isTested(), 60000);
+    }
+    QVERIFY(sftp.grab().save(target + QStringLiteral("/dialog-sftp.png")));
+    Advanced advanced(sftp, false);
+    advanced.show();
+    QVERIFY(advanced.grab().save(target + QStringLiteral("/dialog-advanced.png")));
+
+    whenModal<QMessageBox>([](QMessageBox* box) { box->button(QMessageBox::Yes)->click(); });
+    QTest::mouseClick(page.editList()->removeButton(), Qt::LeftButton);
+    QCOMPARE(m_model->rowCount(), 0);
+}
+
+NVB_TEST_MAIN(TestAccountDialogs)
+#include "tst_accountdialogs.moc"
