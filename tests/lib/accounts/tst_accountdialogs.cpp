@@ -335,6 +335,7 @@ void TestAccountDialogs::shouldAddEditAndRemoveSftpAccountOnThePage()
 
     QString shownPath;
     QString success;
+    QStringList prefixes;
     bool okBeforeTest = true;
     whenModal<Sftp::Add>([&](Sftp::Add* dialog) {
         fillSftp(dialog, name, withKey, m_password);
@@ -343,12 +344,23 @@ void TestAccountDialogs::shouldAddEditAndRemoveSftpAccountOnThePage()
         QVERIFY(QTest::qWaitFor([dialog] { return dialog->okButton()->isEnabled(); }, 60000));
         shownPath = dialog->pathEdit()->text();
         success = dialog->messageLabel()->text();
+        // The destination's backup prefixes are offered once it is tested.
+        Advanced advanced(*dialog, !dialog->canRequestPrefixes(), dialog);
+        advanced.show();
+        QTest::mouseClick(advanced.prefixCombo(), Qt::LeftButton);
+        QVERIFY(QTest::qWaitFor([&advanced] { return advanced.prefixCombo()->count() > 1; }, 60000));
+        advanced.prefixCombo()->hidePopup();
+        for (int i = 0; i < advanced.prefixCombo()->count(); ++i)
+            prefixes.append(advanced.prefixCombo()->itemText(i));
+        advanced.close();
         QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
     });
     QTest::mouseClick(tile(page, NVL::Cloud::Type::Sftp), Qt::LeftButton);
     QVERIFY(!okBeforeTest);
     QCOMPARE(success, QStringLiteral("<font color='green'>Connection Successful</font>"));
     QCOMPARE(shownPath, m_remote.path());
+    QVERIFY(prefixes.contains(QStringLiteral("existing")));
+    QVERIFY(prefixes.contains(Advanced::defaultPrefix()));
 
     const int row = rowOf(name);
     QVERIFY(row >= 0);

@@ -1,5 +1,7 @@
 #include <QAction>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QStandardItemModel>
 #include <QtTest>
 
 #include "accounts/accountfactory.h"
@@ -11,10 +13,12 @@
 #include "accounts/sftp/sftpadd.h"
 #include "accounts/storagesadd.h"
 #include "cloud/cloudtype.h"
+#include "models/models.h"
 #include "testmain.h"
 
 using namespace NVB::GUI::Settings;
 using namespace NVB::GUI::Settings::Account;
+namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
 
 class TestAccountSelect : public QObject
 {
@@ -30,6 +34,8 @@ private slots:
     void shouldGiveNoDialogForUnofferedTypes();
     void shouldGiveEachProviderItsDialog();
     void shouldOfferLocalStorageInManagedSelector();
+    void shouldRemoveTheAskedRowEvenAfterRowsMoved();
+    void shouldKeepRowWhenRemovalIsRefused();
 };
 
 void TestAccountSelect::shouldOfferTilesInSelectorOrder()
@@ -136,6 +142,68 @@ void TestAccountSelect::shouldOfferLocalStorageInManagedSelector()
     QCOMPARE(select.items().first()->type(), 1);
     QCOMPARE(SelectMns::storageName(1), QStringLiteral("File System"));
     QVERIFY(!SelectMns::storageName(2).isEmpty());
+}
+
+namespace {
+
+QStandardItemModel* accounts(const QStringList& names)
+{
+    auto* model = new QStandardItemModel(0, Column::Count);
+    for (const QString& name : names) {
+        QList<QStandardItem*> row;
+        for (int column = 0; column < Column::Count; ++column)
+            row.append(new QStandardItem);
+        row[Column::DisplayName]->setData(name, Qt::DisplayRole);
+        row[Column::ID]->setData(QUuid::createUuid().toString(), Qt::DisplayRole);
+        model->appendRow(row);
+    }
+    return model;
+}
+
+QMessageBox* openQuestion()
+{
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* box = qobject_cast<QMessageBox*>(widget); box && box->isVisible())
+            return box;
+    }
+    return nullptr;
+}
+
+QStringList names(const QAbstractItemModel& model)
+{
+    QStringList result;
+    for (int row = 0; row < model.rowCount(); ++row)
+        result.append(model.index(row, Column::DisplayName).data().toString());
+    return result;
+}
+
+} // namespace
+
+void TestAccountSelect::shouldRemoveTheAskedRowEvenAfterRowsMoved()
+{
+    QScopedPointer<QStandardItemModel> model(accounts({QStringLiteral("first"), QStringLiteral("second")}));
+    AccountFactory::removeDialogExec(model.data(), model->index(1, 0));
+    QMessageBox* box = openQuestion();
+    QVERIFY(box);
+    QVERIFY(!box->isModal());
+    QCOMPARE(box->text(), QStringLiteral("Delete \"second\" account?"));
+    QCOMPARE(box->defaultButton(), box->button(QMessageBox::No));
+    // The list changes while the question stands.
+    model->insertRow(0, new QStandardItem(QStringLiteral("newcomer")));
+    box->button(QMessageBox::Yes)->click();
+    QCOMPARE(names(*model), QStringList({QStringLiteral("newcomer"), QStringLiteral("first")}));
+    QTRY_VERIFY(!openQuestion());
+}
+
+void TestAccountSelect::shouldKeepRowWhenRemovalIsRefused()
+{
+    QScopedPointer<QStandardItemModel> model(accounts({QStringLiteral("kept")}));
+    AccountFactory::removeDialogExec(model.data(), model->index(0, 0));
+    QMessageBox* box = openQuestion();
+    QVERIFY(box);
+    box->button(QMessageBox::No)->click();
+    QCOMPARE(names(*model), QStringList({QStringLiteral("kept")}));
+    QTRY_VERIFY(!openQuestion());
 }
 
 NVB_TEST_MAIN(TestAccountSelect)

@@ -4,14 +4,18 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
 
 #include "accounts/accountutility.h"
 #include "accounts/advanced/advanced.h"
 #include "accounts/advanced/advancedstorage.h"
 #include "accounts/advanced/prefixvalidator.h"
+#include "accounts/local/localadd.h"
 #include "accounts/s3/amazons3compatibleadvancedstorage.h"
 #include "accounts/storagesadd.h"
+#include "cloud/operationmanager.h"
 #include "testmain.h"
 
 using namespace NVB::GUI::Settings;
@@ -58,6 +62,8 @@ private slots:
     void shouldNotListWhenPrefixDisabled();
     void shouldListOnceAndMergeTheComputerName();
     void shouldHideSslWhenAsked();
+    void shouldListPrefixesOfLocalFolder();
+    void shouldTakeOverPrefixChosenInLocalDialog();
     void shouldMapSignatureChoice_data();
     void shouldMapSignatureChoice();
 };
@@ -182,6 +188,52 @@ void TestAdvanced::shouldHideSslWhenAsked()
     hidden.show();
     QVERIFY(!hidden.sslBox()->isVisible());
     QVERIFY(!hidden.useSsl());
+}
+
+void TestAdvanced::shouldListPrefixesOfLocalFolder()
+{
+    QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("NVB_alpha")));
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("NVB_beta")));
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("unrelated")));
+    Local::Add dialog;
+    dialog.pathEdit()->setText(folder.path());
+    QVERIFY(dialog.canRequestPrefixes());
+    Advanced advanced(dialog, !dialog.canRequestPrefixes());
+    advanced.show();
+    QTest::mouseClick(advanced.prefixCombo(), Qt::LeftButton);
+    QVERIFY(advanced.prefixesRequested());
+    QTRY_VERIFY_WITH_TIMEOUT(advanced.prefixCombo()->count() == 3, 10000);
+    QVERIFY(advanced.prefixCombo()->findText(QStringLiteral("alpha")) >= 0);
+    QVERIFY(advanced.prefixCombo()->findText(QStringLiteral("beta")) >= 0);
+    QVERIFY(advanced.prefixCombo()->findText(Advanced::defaultPrefix()) >= 0);
+    QCOMPARE(advanced.prefix(), dialog.prefix());
+    advanced.prefixCombo()->hidePopup();
+    QVERIFY(NVL::Cloud::OperationManager::instance().waitForDone(10000));
+    QTRY_COMPARE(NVL::Cloud::OperationManager::instance().count(), 0);
+
+    // A folder that does not exist yet has nothing to list.
+    dialog.pathEdit()->setText(folder.path() + QStringLiteral("/missing"));
+    QVERIFY(!dialog.canRequestPrefixes());
+}
+
+void TestAdvanced::shouldTakeOverPrefixChosenInLocalDialog()
+{
+    Local::Add dialog;
+    dialog.show();
+    bool sslShown = true;
+    QTimer::singleShot(0, [&sslShown] {
+        auto* advanced = qobject_cast<AdvancedStorage*>(QApplication::activeModalWidget());
+        QVERIFY(advanced);
+        sslShown = advanced->sslBox()->isVisible();
+        advanced->prefixCombo()->setCurrentText(QStringLiteral("  shared-nas  "));
+        advanced->buttonBox()->button(QDialogButtonBox::Ok)->click();
+    });
+    QTest::mouseClick(dialog.advancedButton(), Qt::LeftButton);
+    QVERIFY(!sslShown);
+    QCOMPARE(dialog.prefix(), QStringLiteral("shared-nas"));
+    dialog.pathEdit()->setText(QStringLiteral("/srv"));
+    QCOMPARE(dialog.backupFolder(), QStringLiteral("/srv/NVB_shared-nas"));
 }
 
 void TestAdvanced::shouldMapSignatureChoice_data()
