@@ -1,0 +1,653 @@
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QTest>
+#include <QTimer>
+
+#include "models/filesystemcheckedmodel.h"
+#include "plans/planeditwait.h"
+#include "records/plan/backupdiskimage.h"
+#include "records/plan/backupfile.h"
+#include "records/plan/factory.h"
+#include "testmain.h"
+#include "widgets/checkbox.h"
+#include "wizardfixture.h"
+#include "wizards/backup/backupplaneditwizard.h"
+#include "wizards/backup/pagebackuptype.h"
+#include "wizards/backup/pagename.h"
+#include "wizards/backup/pagesource.h"
+#include "wizards/backup/pagesummary.h"
+
+using NVB::GUI::BackupPlanEditWizard;
+using NVB::GUI::PlanWizardBase;
+using namespace NVB::Info::Plan;
+
+namespace {
+
+// Stands in the slot of a page that comes later (the full schedule page):
+// it writes one value nobody else writes and says so in the summary.
+class FullSchedulePage : public PlanWizardBase::PageBase
+{
+public:
+    FullSchedulePage()
+        : PageBase(QStringLiteral("Full schedule"))
+    { }
+    int nextId() const override { return BackupPlanEditWizard::PageRetentionPolicyId; }
+    QString summary() override { return valueRow(QStringLiteral("Force full:"), QStringLiteral("on")); }
+    bool initPlan(Base* plan) override
+    {
+        auto* backup = dynamic_cast<Backup*>(plan);
+        if (backup)
+            backup->setForceFullDiffSizeConditionEnable(true);
+        return backup != nullptr;
+    }
+    bool fromPlan(Base* plan) override { return plan != nullptr; }
+};
+
+// The slot of the schedule page, with the field its rule reads.
+class SchedulePage : public PlanWizardBase::PageBase
+{
+public:
+    SchedulePage()
+        : PageBase(QStringLiteral("Schedule"))
+        , box(new QCheckBox(QStringLiteral("Enable schedule"), this))
+    {
+        registerField(QStringLiteral("Field_ScheduleDisabled"), box);
+    }
+    int nextId() const override { return qobject_cast<BackupPlanEditWizard*>(wizard())->scheduleNextId(); }
+    QString summary() override { return QString(); }
+    bool initPlan(Base* plan) override { return plan != nullptr; }
+    bool fromPlan(Base* plan) override { return plan != nullptr; }
+    QCheckBox* box;
+};
+
+// The slot of the storage page of an edition with a single account: it has
+// chosen by itself and is never visited.
+class SingleStoragePage : public PlanWizardBase::PageBase
+{
+    Q_OBJECT
+    Q_PROPERTY(bool single MEMBER single)
+public:
+    explicit SingleStoragePage(const QUuid& account)
+        : PageBase(QStringLiteral("Cloud storage"))
+        , id(new QLineEdit(account.toString(), this))
+    {
+        registerField(QStringLiteral("Field_CloudId"), id);
+    }
+    int nextId() const override { return BackupPlanEditWizard::PageNameId; }
+    QString summary() override { return valueRow(QStringLiteral("Backup storage:"), QStringLiteral("x")); }
+    bool initPlan(Base* plan) override { return plan != nullptr; }
+    bool fromPlan(Base* plan) override { return plan != nullptr; }
+    bool single = true;
+    QLineEdit* id;
+};
+
+struct Saved
+{
+    int calls = 0;
+    bool isEdit = false;
+    QUuid id;
+    QString xml;
+    bool run = false;
+    bool answer = true;
+
+    BackupPlanEditWizard::PageSummary::Saver saver()
+    {
+        return [this](bool edit, const QUuid& planId, const QString& text, bool runNow, QWidget*) {
+            ++calls;
+            isEdit = edit;
+            id = planId;
+            xml = text;
+            run = runNow;
+            return answer;
+        };
+    }
+
+    QSharedPointer<BackupFile> plan() const { return Factory::create(xml).dynamicCast<BackupFile>(); }
+};
+
+BackupPlanEditWizard::PageName* namePage(BackupPlanEditWizard& wizard)
+{
+    return qobject_cast<BackupPlanEditWizard::PageName*>(wizard.page(BackupPlanEditWizard::PageNameId));
+}
+
+BackupPlanEditWizard::PageSource* sourcePage(BackupPlanEditWizard& wizard)
+{
+    return qobject_cast<BackupPlanEditWizard::PageSource*>(wizard.page(BackupPlanEditWizard::PageSourceId));
+}
+
+BackupPlanEditWizard::PageSummary* summaryPage(BackupPlanEditWizard& wizard)
+{
+    return qobject_cast<BackupPlanEditWizard::PageSummary*>(wizard.page(BackupPlanEditWizard::PageSummaryId));
+}
+
+} // namespace
+
+class TestBackupPlanEditWizard : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void shouldRegisterBuiltPagesAndStartOnName();
+    void shouldTitleByEditState();
+    void shouldGiveNoWizardForNullPlan();
+    void shouldWalkFromSourceStraightToSummary();
+    void shouldFollowEveryPagesRule_data();
+    void shouldFollowEveryPagesRule();
+    void shouldOfferProviderOptionsWhileCompressionShows();
+    void shouldNotCompleteBlankName_data();
+    void shouldNotCompleteBlankName();
+    void shouldKeepInputWhenGoingBack();
+    void shouldLeaveSkippedPageOutOfSummaryAndRecord_data();
+    void shouldLeaveSkippedPageOutOfSummaryAndRecord();
+    void shouldFollowEnabledScheduleInNewFormat_data();
+    void shouldFollowEnabledScheduleInNewFormat();
+    void shouldKeepBlockLevelOnInNewFormat();
+    void shouldWriteBlockLevelAsChosenInLegacyFormat_data();
+    void shouldWriteBlockLevelAsChosenInLegacyFormat();
+    void shouldShowBoxesOnlyForLegacyPlans_data();
+    void shouldShowBoxesOnlyForLegacyPlans();
+    void shouldNeverTurnBlockLevelOffWhenLoading();
+    void shouldOpenOtherContentInFileFlow();
+    void shouldSaveEditedPlanUnderItsId();
+    void shouldSaveNewPlanWithFreshIdAndRunFlag();
+    void shouldStayOpenWhenSaveFails();
+    void shouldResetPagesByChosenBackupType();
+    void shouldStayOpenWhenPlanWaitEndsWithoutPlan();
+    void shouldTakeAccountOfUnvisitedSingleStoragePage_data();
+    void shouldTakeAccountOfUnvisitedSingleStoragePage();
+
+private:
+    void walkToSummary(BackupPlanEditWizard& wizard, const QString& name);
+
+    QScopedPointer<WizardVolume> m_volume;
+};
+
+void TestBackupPlanEditWizard::init()
+{
+    m_volume.reset(new WizardVolume());
+}
+
+void TestBackupPlanEditWizard::cleanup()
+{
+    m_volume.reset();
+}
+
+void TestBackupPlanEditWizard::walkToSummary(BackupPlanEditWizard& wizard, const QString& name)
+{
+    wizard.show();
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageNameId));
+    namePage(wizard)->nameEdit()->setText(name);
+    wizard.next();
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSourceId));
+    auto* model = sourcePage(wizard)->model();
+    QVERIFY(WizardVolume::expand(model, m_volume->vol()));
+    QVERIFY(WizardVolume::mark(model, m_volume->vol(QStringLiteral("docs")), 2));
+    wizard.next();
+}
+
+void TestBackupPlanEditWizard::shouldRegisterBuiltPagesAndStartOnName()
+{
+    BackupPlanEditWizard wizard(true);
+    QCOMPARE(wizard.pageIds(), (QList<int> {1, 4, 9}));
+    QCOMPARE(wizard.planType(), 1);
+    QCOMPARE(wizard.backupPlanType(), BackupPlanEditWizard::PlanTypeFile);
+    QCOMPARE(wizard.property(BackupPlanEditWizard::Property_BackupPlanType).value<unsigned char>(), 0);
+    wizard.show();
+    QCOMPARE(wizard.currentId(), 1);
+    QCOMPARE(wizard.currentPage()->title(), QStringLiteral("Backup plan: Plan name"));
+}
+
+void TestBackupPlanEditWizard::shouldTitleByEditState()
+{
+    BackupPlanEditWizard fresh(false);
+    QCOMPARE(fresh.windowTitle(), QStringLiteral("Create backup plan"));
+    QVERIFY(!fresh.isEdit());
+    BackupFile plan;
+    plan.setName(QStringLiteral("Photos"));
+    QScopedPointer<BackupPlanEditWizard> edit(BackupPlanEditWizard::createWizard(&plan));
+    QVERIFY(edit);
+    QCOMPARE(edit->windowTitle(), QStringLiteral("Edit backup plan: Photos"));
+    QVERIFY(edit->isEdit());
+    QCOMPARE(edit->getPlanId(), plan.id());
+    QCOMPARE(namePage(*edit)->nameEdit()->text(), QStringLiteral("Photos"));
+}
+
+void TestBackupPlanEditWizard::shouldGiveNoWizardForNullPlan()
+{
+    QVERIFY(!BackupPlanEditWizard::createWizard(nullptr));
+}
+
+void TestBackupPlanEditWizard::shouldWalkFromSourceStraightToSummary()
+{
+    BackupPlanEditWizard wizard(false);
+    walkToSummary(wizard, QStringLiteral("Docs"));
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSummaryId));
+    QCOMPARE(wizard.visitedIds(), (QList<int> {1, 4, 9}));
+    QVERIFY(wizard.button(QWizard::FinishButton)->isVisible());
+    const QString html = summaryPage(wizard)->summaryHtml();
+    QVERIFY(html.startsWith(QStringLiteral("<table><tr><td>Plan name:</td><td>Docs</td></tr>")));
+    QVERIFY(html.contains(QStringLiteral("<tr><td>Backup source:</td><td></td></tr><tr><td></td><td>Include:</td></tr>")
+        + QStringLiteral("<tr><td></td><td>%1</td></tr>").arg(m_volume->vol(QStringLiteral("docs")))));
+    QCOMPARE(summaryPage(wizard)->title(), QStringLiteral("Backup plan: Summary"));
+}
+
+void TestBackupPlanEditWizard::shouldFollowEveryPagesRule_data()
+{
+    QTest::addColumn<bool>("isArchive");
+    QTest::addColumn<int>("page");
+    QTest::addColumn<int>("next");
+    using W = BackupPlanEditWizard;
+    QTest::newRow("storage to name") << false << int(W::PageCloudId) << int(W::PageNameId);
+    QTest::newRow("name to source") << false << int(W::PageNameId) << int(W::PageSourceId);
+    QTest::newRow("source to filter") << false << int(W::PageSourceId) << int(W::PageAdvancedFilterId);
+    QTest::newRow("legacy compression to schedule")
+        << false << int(W::PageCompressionEndEncryptionId) << int(W::PageScheduleId);
+    QTest::newRow("new compression to check")
+        << true << int(W::PageCompressionEndEncryptionId) << int(W::PageConsistencyCheckId);
+    QTest::newRow("check to schedule") << true << int(W::PageConsistencyCheckId) << int(W::PageScheduleId);
+    QTest::newRow("legacy schedule, no block level")
+        << false << int(W::PageScheduleId) << int(W::PageRetentionPolicyId);
+    QTest::newRow("full schedule to retention") << false << int(W::PageFullScheduleId) << int(W::PageRetentionPolicyId);
+    QTest::newRow("retention to actions") << false << int(W::PageRetentionPolicyId) << int(W::PageBackupActionsId);
+    QTest::newRow("actions to notification")
+        << false << int(W::PageBackupActionsId) << int(W::PageNotificationStandaloneId);
+    QTest::newRow("notification to summary") << false << int(W::PageNotificationStandaloneId) << int(W::PageSummaryId);
+    QTest::newRow("summary ends") << false << int(W::PageSummaryId) << -1;
+    QTest::newRow("image source") << true << int(W::PageBackupDiskImageSourceId)
+                                  << int(W::PageBackupDiskImageSourceViewId);
+    QTest::newRow("image view") << true << int(W::PageBackupDiskImageSourceViewId)
+                                << int(W::PageBackupDiskImageAdvancedOptionsId);
+    QTest::newRow("image options") << true << int(W::PageBackupDiskImageAdvancedOptionsId)
+                                   << int(W::PageCompressionEndEncryptionId);
+    QTest::newRow("unknown") << false << 42 << -1;
+}
+
+void TestBackupPlanEditWizard::shouldFollowEveryPagesRule()
+{
+    QFETCH(bool, isArchive);
+    QFETCH(int, page);
+    QFETCH(int, next);
+    BackupPlanEditWizard wizard(isArchive);
+    QCOMPARE(wizard.designNextId(page), next);
+}
+
+void TestBackupPlanEditWizard::shouldOfferProviderOptionsWhileCompressionShows()
+{
+    // The built-in rebranding shows compression: the filter page leads to it.
+    BackupPlanEditWizard wizard(false);
+    QCOMPARE(wizard.advancedFilterNextId(), int(BackupPlanEditWizard::PageCompressionEndEncryptionId));
+    QCOMPARE(wizard.designNextId(BackupPlanEditWizard::PageAdvancedFilterId),
+        int(BackupPlanEditWizard::PageCompressionEndEncryptionId));
+}
+
+void TestBackupPlanEditWizard::shouldNotCompleteBlankName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("complete");
+    QTest::newRow("empty") << QString() << false;
+    QTest::newRow("blanks") << QStringLiteral("   ") << false;
+    QTest::newRow("tab") << QStringLiteral("\t") << false;
+    QTest::newRow("name") << QStringLiteral("Docs") << true;
+    QTest::newRow("padded name") << QStringLiteral(" Docs ") << true;
+}
+
+void TestBackupPlanEditWizard::shouldNotCompleteBlankName()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, complete);
+    BackupPlanEditWizard wizard(false);
+    wizard.show();
+    QTest::keyClicks(namePage(wizard)->nameEdit(), name);
+    QCOMPARE(namePage(wizard)->isComplete(), complete);
+    QCOMPARE(wizard.button(QWizard::NextButton)->isEnabled(), complete);
+    wizard.next();
+    QCOMPARE(wizard.currentId(), complete ? 4 : 1);
+}
+
+void TestBackupPlanEditWizard::shouldKeepInputWhenGoingBack()
+{
+    BackupPlanEditWizard wizard(false);
+    wizard.show();
+    namePage(wizard)->nameEdit()->setText(QStringLiteral("Docs"));
+    namePage(wizard)->blockLevelBox()->setChecked(true);
+    wizard.next();
+    auto* model = sourcePage(wizard)->model();
+    QVERIFY(WizardVolume::expand(model, m_volume->vol()));
+    QVERIFY(WizardVolume::expand(model, m_volume->vol(QStringLiteral("docs"))));
+    QVERIFY(WizardVolume::mark(model, m_volume->vol(QStringLiteral("docs")), 2));
+    QVERIFY(WizardVolume::mark(model, m_volume->vol(QStringLiteral("docs/b.txt")), 0));
+    wizard.next();
+    QCOMPARE(wizard.currentId(), 9);
+    wizard.back();
+    wizard.back();
+    QCOMPARE(wizard.currentId(), 1);
+    QCOMPARE(namePage(wizard)->nameEdit()->text(), QStringLiteral("Docs"));
+    QVERIFY(namePage(wizard)->blockLevelBox()->isChecked());
+    wizard.next();
+    QCOMPARE(model->includePath(false), QStringList {m_volume->vol(QStringLiteral("docs"))});
+    QCOMPARE(model->excludePath(false), QStringList {m_volume->vol(QStringLiteral("docs/b.txt"))});
+    wizard.next();
+    const QString html = summaryPage(wizard)->summaryHtml();
+    QVERIFY(html.contains(QStringLiteral("<tr><td></td><td>Use block level backup</td></tr>")));
+    QVERIFY(html.contains(QStringLiteral("<tr><td></td><td>Exclude:</td></tr><tr><td></td><td>%1</td></tr>")
+                              .arg(m_volume->vol(QStringLiteral("docs/b.txt")))));
+}
+
+void TestBackupPlanEditWizard::shouldLeaveSkippedPageOutOfSummaryAndRecord_data()
+{
+    QTest::addColumn<bool>("blockLevel");
+    QTest::newRow("skipped without block level") << false;
+    QTest::newRow("visited with block level") << true;
+}
+
+void TestBackupPlanEditWizard::shouldLeaveSkippedPageOutOfSummaryAndRecord()
+{
+    QFETCH(bool, blockLevel);
+    BackupPlanEditWizard wizard(false);
+    // In the legacy format the full schedule follows block level backup.
+    wizard.setPage(BackupPlanEditWizard::PageFullScheduleId, new FullSchedulePage());
+    wizard.show();
+    namePage(wizard)->blockLevelBox()->setChecked(blockLevel);
+    walkToSummary(wizard, QStringLiteral("Docs"));
+    QCOMPARE(wizard.visitedIds().contains(BackupPlanEditWizard::PageFullScheduleId), blockLevel);
+    if (blockLevel) {
+        QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageFullScheduleId));
+        wizard.next();
+    }
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSummaryId));
+    QCOMPARE(summaryPage(wizard)->summaryHtml().contains(QStringLiteral("Force full:")), blockLevel);
+
+    Saved saved;
+    summaryPage(wizard)->setSaver(saved.saver());
+    wizard.button(QWizard::FinishButton)->click();
+    QCOMPARE(saved.calls, 1);
+    const QSharedPointer<BackupFile> plan = saved.plan();
+    QVERIFY(plan);
+    QCOMPARE(plan->forceFullDiffSizeConditionEnable(), blockLevel);
+    QCOMPARE(plan->useDifferentialUpload(), blockLevel);
+}
+
+void TestBackupPlanEditWizard::shouldFollowEnabledScheduleInNewFormat_data()
+{
+    QTest::addColumn<bool>("scheduleEnabled");
+    QTest::newRow("enabled") << true;
+    QTest::newRow("disabled") << false;
+}
+
+void TestBackupPlanEditWizard::shouldFollowEnabledScheduleInNewFormat()
+{
+    QFETCH(bool, scheduleEnabled);
+    BackupPlanEditWizard wizard(true);
+    auto* schedule = new SchedulePage();
+    wizard.setPage(BackupPlanEditWizard::PageScheduleId, schedule);
+    wizard.setPage(BackupPlanEditWizard::PageFullScheduleId, new FullSchedulePage());
+    schedule->box->setChecked(scheduleEnabled);
+    // Block level in the field must not matter in this format.
+    namePage(wizard)->setField(QStringLiteral("Field_UseFileDiffirentialBackup"), false);
+    walkToSummary(wizard, QStringLiteral("Docs"));
+    // Past the filter and compression pages that aren't there yet.
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageScheduleId));
+    wizard.next();
+    QCOMPARE(wizard.currentId(),
+        scheduleEnabled ? int(BackupPlanEditWizard::PageFullScheduleId) : int(BackupPlanEditWizard::PageSummaryId));
+}
+
+void TestBackupPlanEditWizard::shouldKeepBlockLevelOnInNewFormat()
+{
+    BackupFile stored;
+    stored.setIsArchive(true);
+    stored.setName(QStringLiteral("Docs"));
+    stored.setUseDifferentialUpload(false);
+    stored.setItems({m_volume->vol(QStringLiteral("music"))});
+    QScopedPointer<BackupPlanEditWizard> wizard(BackupPlanEditWizard::createWizard(&stored));
+    QVERIFY(namePage(*wizard)->blockLevelBox()->isHidden());
+    QVERIFY(namePage(*wizard)->saveOnCloudBox()->isHidden());
+    wizard->show();
+    wizard->next();
+    QCOMPARE(wizard->currentId(), 4);
+    QVERIFY(QTest::qWaitFor([&] { return sourcePage(*wizard)->isComplete(); }));
+    wizard->next();
+    Saved saved;
+    summaryPage(*wizard)->setSaver(saved.saver());
+    wizard->button(QWizard::FinishButton)->click();
+    const QSharedPointer<BackupFile> plan = saved.plan();
+    QVERIFY(plan);
+    QVERIFY(plan->isArchive());
+    QVERIFY(plan->useDifferentialUpload());
+    QCOMPARE(plan->items(), QStringList {m_volume->vol(QStringLiteral("music"))});
+}
+
+void TestBackupPlanEditWizard::shouldWriteBlockLevelAsChosenInLegacyFormat_data()
+{
+    QTest::addColumn<bool>("blockLevel");
+    QTest::addColumn<bool>("saveOnCloud");
+    QTest::newRow("neither") << false << false;
+    QTest::newRow("both") << true << true;
+    QTest::newRow("block level only") << true << false;
+}
+
+void TestBackupPlanEditWizard::shouldWriteBlockLevelAsChosenInLegacyFormat()
+{
+    QFETCH(bool, blockLevel);
+    QFETCH(bool, saveOnCloud);
+    BackupPlanEditWizard wizard(false);
+    QVERIFY(!namePage(wizard)->blockLevelBox()->isHidden());
+    QVERIFY(!namePage(wizard)->saveOnCloudBox()->isHidden());
+    namePage(wizard)->blockLevelBox()->setChecked(blockLevel);
+    namePage(wizard)->saveOnCloudBox()->setChecked(saveOnCloud);
+    walkToSummary(wizard, QStringLiteral("Docs"));
+    QCOMPARE(summaryPage(wizard)->summaryHtml().contains(QStringLiteral("Save configuration to Cloud")), saveOnCloud);
+    Saved saved;
+    summaryPage(wizard)->setSaver(saved.saver());
+    wizard.button(QWizard::FinishButton)->click();
+    const QSharedPointer<BackupFile> plan = saved.plan();
+    QVERIFY(plan);
+    QVERIFY(!plan->isArchive());
+    QCOMPARE(plan->useDifferentialUpload(), blockLevel);
+    QCOMPARE(plan->savePlanInCloud(), saveOnCloud);
+}
+
+void TestBackupPlanEditWizard::shouldShowBoxesOnlyForLegacyPlans_data()
+{
+    QTest::addColumn<bool>("isArchive");
+    QTest::addColumn<bool>("image");
+    QTest::addColumn<bool>("blockShown");
+    QTest::addColumn<bool>("saveShown");
+    QTest::newRow("legacy file") << false << false << true << true;
+    QTest::newRow("legacy image") << false << true << false << true;
+    QTest::newRow("new file") << true << false << false << false;
+    QTest::newRow("new image") << true << true << false << false;
+}
+
+void TestBackupPlanEditWizard::shouldShowBoxesOnlyForLegacyPlans()
+{
+    QFETCH(bool, isArchive);
+    QFETCH(bool, image);
+    QFETCH(bool, blockShown);
+    QFETCH(bool, saveShown);
+    BackupPlanEditWizard wizard(isArchive);
+    auto* page = namePage(wizard);
+    QScopedPointer<Base> plan(image ? static_cast<Base*>(new BackupDiskImage()) : new BackupFile());
+    plan->setIsArchive(isArchive);
+    QVERIFY(page->fromPlan(plan.data()));
+    QCOMPARE(!page->blockLevelBox()->isHidden(), blockShown);
+    QCOMPARE(!page->saveOnCloudBox()->isHidden(), saveShown);
+    QVERIFY(page->saveOnCloudBox()->html().contains(QStringLiteral("Save backup plan configuration")));
+}
+
+void TestBackupPlanEditWizard::shouldNeverTurnBlockLevelOffWhenLoading()
+{
+    BackupPlanEditWizard wizard(false);
+    auto* page = namePage(wizard);
+    BackupFile on;
+    on.setIsArchive(false);
+    on.setUseDifferentialUpload(true);
+    on.setSavePlanInCloud(false);
+    QVERIFY(page->fromPlan(&on));
+    QVERIFY(page->blockLevelBox()->isChecked());
+    QVERIFY(!page->saveOnCloudBox()->isChecked());
+    BackupFile off;
+    off.setIsArchive(false);
+    QVERIFY(page->fromPlan(&off));
+    QVERIFY(page->blockLevelBox()->isChecked());
+    QVERIFY(page->saveOnCloudBox()->isChecked());
+    QVERIFY(!page->fromPlan(nullptr));
+    QVERIFY(!page->initPlan(nullptr));
+}
+
+void TestBackupPlanEditWizard::shouldOpenOtherContentInFileFlow()
+{
+    BackupDiskImage image;
+    image.setIsArchive(false);
+    image.setName(QStringLiteral("System"));
+    QScopedPointer<BackupPlanEditWizard> wizard(BackupPlanEditWizard::createWizard(&image));
+    QCOMPARE(wizard->backupPlanType(), BackupPlanEditWizard::PlanTypeFile);
+    QVERIFY(!sourcePage(*wizard)->fromPlan(&image));
+    QCOMPARE(namePage(*wizard)->nameEdit()->text(), QStringLiteral("System"));
+    wizard->show();
+    wizard->next();
+    QCOMPARE(wizard->currentId(), 4);
+}
+
+void TestBackupPlanEditWizard::shouldSaveEditedPlanUnderItsId()
+{
+    BackupFile stored;
+    stored.setIsArchive(false);
+    stored.setName(QStringLiteral("Old"));
+    stored.setItems({m_volume->vol(QStringLiteral("docs"))});
+    // Not a field of any page yet: an edit must not carry it over.
+    stored.setForceFullDiffSizeConditionEnable(true);
+    QScopedPointer<BackupPlanEditWizard> wizard(BackupPlanEditWizard::createWizard(&stored));
+    wizard->show();
+    namePage(*wizard)->nameEdit()->setText(QStringLiteral("New"));
+    wizard->next();
+    QVERIFY(QTest::qWaitFor([&] { return wizard->button(QWizard::NextButton)->isEnabled(); }));
+    wizard->next();
+    Saved saved;
+    summaryPage(*wizard)->setSaver(saved.saver());
+    wizard->button(QWizard::FinishButton)->click();
+    QCOMPARE(saved.calls, 1);
+    QVERIFY(saved.isEdit);
+    QCOMPARE(saved.id, stored.id());
+    const QSharedPointer<BackupFile> plan = saved.plan();
+    QVERIFY(plan);
+    QCOMPARE(plan->id(), stored.id());
+    QCOMPARE(plan->name(), QStringLiteral("New"));
+    QCOMPARE(plan->items(), QStringList {m_volume->vol(QStringLiteral("docs"))});
+    QVERIFY(!plan->forceFullDiffSizeConditionEnable());
+    QCOMPARE(wizard->result(), 1);
+}
+
+void TestBackupPlanEditWizard::shouldSaveNewPlanWithFreshIdAndRunFlag()
+{
+    BackupPlanEditWizard wizard(true);
+    walkToSummary(wizard, QStringLiteral("Docs"));
+    summaryPage(wizard)->setField(QStringLiteral("Field_SummaryRunNow"), true);
+    Saved saved;
+    summaryPage(wizard)->setSaver(saved.saver());
+    wizard.button(QWizard::FinishButton)->click();
+    QCOMPARE(saved.calls, 1);
+    QVERIFY(!saved.isEdit);
+    QVERIFY(saved.run);
+    QVERIFY(!saved.id.isNull());
+    QCOMPARE(saved.plan()->id(), saved.id);
+    QCOMPARE(saved.plan()->name(), QStringLiteral("Docs"));
+}
+
+void TestBackupPlanEditWizard::shouldStayOpenWhenSaveFails()
+{
+    BackupPlanEditWizard wizard(false);
+    walkToSummary(wizard, QStringLiteral("Docs"));
+    Saved saved;
+    saved.answer = false;
+    summaryPage(wizard)->setSaver(saved.saver());
+    wizard.button(QWizard::FinishButton)->click();
+    QCOMPARE(saved.calls, 1);
+    QVERIFY(wizard.isVisible());
+    QCOMPARE(wizard.currentId(), 9);
+    QCOMPARE(namePage(wizard)->nameEdit()->text(), QStringLiteral("Docs"));
+    saved.answer = true;
+    wizard.button(QWizard::FinishButton)->click();
+    QCOMPARE(saved.calls, 2);
+    QVERIFY(!wizard.isVisible());
+}
+
+void TestBackupPlanEditWizard::shouldResetPagesByChosenBackupType()
+{
+    BackupPlanEditWizard legacy(false);
+    BackupPlanEditWizard::PageBackupType legacyType(false);
+    QVERIFY(!legacyType.imageButton()->isEnabled());
+    QVERIFY(legacyType.fileButton()->isChecked());
+    QCOMPARE(legacyType.nextId(), 0);
+
+    BackupPlanEditWizard wizard(true);
+    auto* type = new BackupPlanEditWizard::PageBackupType(true);
+    wizard.setPage(50, type);
+    QVERIFY(type->imageButton()->isEnabled());
+    namePage(wizard)->nameEdit()->setText(QStringLiteral("Typed"));
+    type->imageButton()->setChecked(true);
+    QVERIFY(type->validatePage());
+    QCOMPARE(wizard.backupPlanType(), BackupPlanEditWizard::PlanTypeDiskImage);
+    // Every page starts again from a fresh record of the chosen kind.
+    QVERIFY(namePage(wizard)->nameEdit()->text().isEmpty());
+    QCOMPARE(namePage(wizard)->nextId(), int(BackupPlanEditWizard::PageBackupDiskImageSourceId));
+    QVERIFY(type->summary().isEmpty());
+    QVERIFY(type->isComplete());
+}
+
+void TestBackupPlanEditWizard::shouldStayOpenWhenPlanWaitEndsWithoutPlan()
+{
+    // No engine answers here: the plan wait turns until the user leaves it,
+    // and the wizard keeps everything for another try.
+    BackupPlanEditWizard wizard(false);
+    walkToSummary(wizard, QStringLiteral("Docs"));
+    QString waited;
+    QTimer::singleShot(100, &wizard, [&] {
+        auto* wait = qobject_cast<NVB::GUI::PlanEditWait*>(QApplication::activeModalWidget());
+        if (wait) {
+            waited = wait->planId().toString();
+            wait->reject();
+        }
+    });
+    QTimer::singleShot(15000, &wizard, [] {
+        if (auto* wait = qobject_cast<NVB::GUI::PlanEditWait*>(QApplication::activeModalWidget()))
+            wait->reject();
+    });
+    wizard.button(QWizard::FinishButton)->click();
+    QVERIFY(!waited.isEmpty());
+    QVERIFY(wizard.isVisible());
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSummaryId));
+    QCOMPARE(namePage(wizard)->nameEdit()->text(), QStringLiteral("Docs"));
+}
+
+void TestBackupPlanEditWizard::shouldTakeAccountOfUnvisitedSingleStoragePage_data()
+{
+    QTest::addColumn<bool>("single");
+    QTest::newRow("single account") << true;
+    QTest::newRow("choice of accounts") << false;
+}
+
+void TestBackupPlanEditWizard::shouldTakeAccountOfUnvisitedSingleStoragePage()
+{
+    QFETCH(bool, single);
+    const QUuid account = QUuid::createUuid();
+    BackupPlanEditWizard wizard(true);
+    auto* storage = new SingleStoragePage(account);
+    storage->single = single;
+    wizard.setPage(BackupPlanEditWizard::PageCloudId, storage);
+    wizard.setStartId(BackupPlanEditWizard::PageNameId);
+    walkToSummary(wizard, QStringLiteral("Docs"));
+    QVERIFY(!wizard.visitedIds().contains(BackupPlanEditWizard::PageCloudId));
+    QVERIFY(!summaryPage(wizard)->summaryHtml().contains(QStringLiteral("Backup storage:")));
+    const QSharedPointer<Base> plan = summaryPage(wizard)->createPlan();
+    QVERIFY(plan);
+    QCOMPARE(plan->storage(), single ? account : QUuid());
+}
+
+NVB_TEST_MAIN(TestBackupPlanEditWizard)
+#include "tst_backupplaneditwizard.moc"
