@@ -147,8 +147,13 @@ void Storages::runDialog(Add* dialog, int watch)
         return;
     if (dialog->exec() == QDialog::Accepted) {
         UpdateWatcher watcher(dialog->id(), UpdateWatcher::Type(watch), this);
-        if (watcher.isWatching())
-            watcher.exec();
+        if (watcher.isWatching() && watcher.exec() == QDialog::Accepted) {
+            // Show the account the user just saved.
+            const QModelIndexList found = m_sortModel->match(m_sortModel->index(0, ConnectionInfo::Column::ID),
+                Qt::DisplayRole, dialog->id().toString(), 1, Qt::MatchExactly);
+            if (!found.isEmpty())
+                m_list->setCurrentIndex(m_sortModel->index(found.first().row(), ConnectionInfo::Column::DisplayName));
+        }
     }
     delete dialog;
 }
