@@ -7,6 +7,7 @@
 #include <QLocale>
 #include <QPointer>
 #include <QScopedPointer>
+#include <QSet>
 
 #include "app/icons/iconmanager.h"
 #include "core/nvldebug.h"
@@ -72,6 +73,22 @@ const QMap<int, QString> PlanTableModel::KEY {
     {Column::Type, key(Info::Type)},
     {Column::ProgressSteps, key(Info::ProgressSteps)},
 };
+
+namespace {
+
+// KEY by position: data() is asked once per painted cell and sorted row.
+const QVector<QString>& keys()
+{
+    static const QVector<QString> byColumn = [] {
+        QVector<QString> result(Column::ProgressSteps + 1);
+        for (auto it = PlanTableModel::KEY.constBegin(); it != PlanTableModel::KEY.constEnd(); ++it)
+            result[it.key()] = it.value();
+        return result;
+    }();
+    return byColumn;
+}
+
+} // namespace
 
 PlanTableModel::PlanTableModel(QObject* parent)
     : BaseModel(parent)
@@ -165,7 +182,7 @@ QVariant PlanTableModel::data(const QModelIndex& index, int role) const
         switch (index.column()) {
         case Column::LastRunTime: {
             // A date value in UTC for the date delegate to show.
-            const QString text = summary.value(KEY.value(Column::LastRunTime)).toString();
+            const QString text = summary.value(keys().at(Column::LastRunTime)).toString();
             if (text.isEmpty())
                 return {};
             QDateTime time = QDateTime::fromString(text, Qt::ISODate);
@@ -176,7 +193,7 @@ QVariant PlanTableModel::data(const QModelIndex& index, int role) const
         }
         case Column::NextRunTime: {
             // Finished local text: this column has no delegate of its own.
-            const QString text = summary.value(KEY.value(Column::NextRunTime)).toString();
+            const QString text = summary.value(keys().at(Column::NextRunTime)).toString();
             if (text.isEmpty())
                 return {};
             const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
@@ -185,19 +202,19 @@ QVariant PlanTableModel::data(const QModelIndex& index, int role) const
             return QLocale::system().toString(time.toLocalTime(), QLocale::ShortFormat);
         }
         default:
-            return summary.value(KEY.value(index.column()));
+            return summary.value(keys().at(index.column()));
         }
     }
 
     if (role == Qt::DecorationRole && index.column() == Column::Name) {
-        const int subType = summary.value(KEY.value(Column::SubType)).toInt();
-        const int status = summary.value(KEY.value(Column::Status)).toInt();
+        const int subType = summary.value(keys().at(Column::SubType)).toInt();
+        const int status = summary.value(keys().at(Column::Status)).toInt();
         if (subType == BackupJob && status == Running)
             return IconManager::icon(IconManager::BackupPlanRunning);
         if (subType == RestoreJob && status == Running)
             return IconManager::icon(IconManager::RestorePlanRunning);
         if (subType == BackupJob || subType == RestoreJob)
-            return palnStatusIcon(subType, summary.value(KEY.value(Column::LastRunStatus)).toInt());
+            return palnStatusIcon(subType, summary.value(keys().at(Column::LastRunStatus)).toInt());
         return {};
     }
     return {};
@@ -262,6 +279,7 @@ void PlanTableModel::onGetListResult()
         // A list that comes again (a second init) refreshes the rows it holds
         // and appends only the plans that are new.
         QVector<QUuid> added;
+        QSet<QUuid> seen;
         QVector<int> changed;
         for (const QJsonValue& value : list) {
             QUuid id;
@@ -275,8 +293,10 @@ void PlanTableModel::onGetListResult()
             m_plans.insert(id, summary);
             if (known)
                 changed.append(m_rows.value(id));
-            else if (!added.contains(id))
+            else if (!seen.contains(id)) {
+                seen.insert(id);
                 added.append(id);
+            }
         }
         if (!added.isEmpty()) {
             const int first = m_order.size();
