@@ -268,9 +268,9 @@ void BaseFilesModel::onResult(const QString& rootPath, const QList<QObject*>& ob
     endInsertRows();
 }
 
-void BaseFilesModel::onDestoryedItem()
+void BaseFilesModel::onDestoryedItem(QObject* item)
 {
-    QObject* node = sender();
+    QObject* node = item ? item : sender();
     if (!node)
         return;
     const QString realPath = node->property(RealPath).toString();

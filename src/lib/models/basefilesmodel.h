@@ -79,7 +79,9 @@ public slots:
     // Adds the listed nodes below the node of rootPath. The model takes the
     // objects; a path it doesn't know leaves them to the caller.
     virtual void onResult(const QString& rootPath, const QList<QObject*>& objects);
-    void onDestoryedItem();
+    // Forgets a destroyed node. Connected to destroyed(QObject*), so that it
+    // needn't ask sender(), which costs a walk over every connected node.
+    void onDestoryedItem(QObject* item = nullptr);
     void onCollapse(const QModelIndex& index);
     void onUncheckedAllHiddenFiles(bool unchecked);
 
