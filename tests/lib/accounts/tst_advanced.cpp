@@ -103,7 +103,8 @@ void TestAdvanced::shouldRemoveSlashAsItIsTyped()
     QTRY_COMPARE(dialog.prefix(), QStringLiteral("offxice"));
     // A slash that arrives in one piece, as a paste does, is repaired too.
     edit->setText(QStringLiteral("a/b"));
-    emit static_cast<const NVB::GUI::PrefixValidator*>(edit->validator())->error();
+    emit const_cast<NVB::GUI::PrefixValidator*>(qobject_cast<const NVB::GUI::PrefixValidator*>(edit->validator()))
+        ->error();
     QTRY_COMPARE(dialog.prefix(), QStringLiteral("ab"));
 }
 

@@ -9,8 +9,10 @@ PrefixValidator::PrefixValidator(QObject* parent)
 QValidator::State PrefixValidator::validate(QString& input, int& pos) const
 {
     const State state = QRegularExpressionValidator::validate(input, pos);
+    // validate() is const by its base's contract; telling listeners is not a
+    // change of the validator.
     if (state == Invalid)
-        emit error();
+        emit const_cast<PrefixValidator*>(this)->error();
     return state;
 }
 

@@ -16,7 +16,7 @@ public:
     State validate(QString& input, int& pos) const override;
 
 signals:
-    void error() const;
+    void error();
 };
 
 } // namespace NVB::GUI

@@ -171,12 +171,6 @@ bool Sftp::Add::canRequestPrefixes() const
     return m_tested;
 }
 
-void Sftp::Add::loadPrefixes()
-{
-    // The backup folders lie at the top of the account's path.
-    Storages::Add::loadPrefixes();
-}
-
 void Sftp::Add::lockWidgetsAfterError(bool locked)
 {
     Storages::Add::lockWidgetsAfterError(locked);

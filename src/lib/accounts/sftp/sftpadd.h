@@ -26,8 +26,9 @@ public:
     explicit Add(QWidget* parent = nullptr);
 
     QMap<QString, QVariant> cloudConfig() const override;
+    // The backup folders lie at the top of the path, so the prefixes can be
+    // listed once the path has been tested.
     bool canRequestPrefixes() const override;
-    void loadPrefixes() override;
     void lockWidgetsAfterError(bool locked) override;
 
     // The key text in a file; empty for an empty or unreadable path.
