@@ -73,8 +73,10 @@ public:
     explicit SingleStoragePage(const QUuid& account)
         : PageBase(QStringLiteral("Cloud storage"))
         , id(new QLineEdit(account.toString(), this))
+        , type(new QLineEdit(QStringLiteral("1"), this))
     {
         registerField(QStringLiteral("Field_CloudId"), id);
+        registerField(QStringLiteral("Field_CloudType"), type);
     }
     int nextId() const override { return BackupPlanEditWizard::PageNameId; }
     QString summary() override { return valueRow(QStringLiteral("Backup storage:"), QStringLiteral("x")); }
@@ -82,6 +84,7 @@ public:
     bool fromPlan(Base* plan) override { return plan != nullptr; }
     bool single = true;
     QLineEdit* id;
+    QLineEdit* type;
 };
 
 struct Saved
