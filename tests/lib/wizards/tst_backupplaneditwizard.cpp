@@ -73,10 +73,8 @@ public:
     explicit SingleStoragePage(const QUuid& account)
         : PageBase(QStringLiteral("Cloud storage"))
         , id(new QLineEdit(account.toString(), this))
-        , type(new QLineEdit(QStringLiteral("1"), this))
     {
         registerField(QStringLiteral("Field_CloudId"), id);
-        registerField(QStringLiteral("Field_CloudType"), type);
     }
     int nextId() const override { return BackupPlanEditWizard::PageNameId; }
     QString summary() override { return valueRow(QStringLiteral("Backup storage:"), QStringLiteral("x")); }
@@ -84,7 +82,6 @@ public:
     bool fromPlan(Base* plan) override { return plan != nullptr; }
     bool single = true;
     QLineEdit* id;
-    QLineEdit* type;
 };
 
 struct Saved
@@ -172,6 +169,7 @@ private:
 
 void TestBackupPlanEditWizard::init()
 {
+    WizardStorage::ensureRegistered();
     m_volume.reset(new WizardVolume());
 }
 
@@ -183,6 +181,7 @@ void TestBackupPlanEditWizard::cleanup()
 void TestBackupPlanEditWizard::walkToSummary(BackupPlanEditWizard& wizard, const QString& name)
 {
     wizard.show();
+    WizardStorage::pass(wizard);
     QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageNameId));
     namePage(wizard)->nameEdit()->setText(name);
     wizard.next();
@@ -196,11 +195,12 @@ void TestBackupPlanEditWizard::walkToSummary(BackupPlanEditWizard& wizard, const
 void TestBackupPlanEditWizard::shouldRegisterBuiltPagesAndStartOnName()
 {
     BackupPlanEditWizard wizard(true);
-    QCOMPARE(wizard.pageIds(), (QList<int> {1, 4, 9}));
+    QCOMPARE(wizard.pageIds(), (QList<int> {0, 1, 4, 9}));
     QCOMPARE(wizard.planType(), 1);
     QCOMPARE(wizard.backupPlanType(), BackupPlanEditWizard::PlanTypeFile);
     QCOMPARE(wizard.property(BackupPlanEditWizard::Property_BackupPlanType).value<unsigned char>(), 0);
     wizard.show();
+    WizardStorage::pass(wizard);
     QCOMPARE(wizard.currentId(), 1);
     QCOMPARE(wizard.currentPage()->title(), QStringLiteral("Backup plan: Plan name"));
 }
@@ -230,10 +230,11 @@ void TestBackupPlanEditWizard::shouldWalkFromSourceStraightToSummary()
     BackupPlanEditWizard wizard(false);
     walkToSummary(wizard, QStringLiteral("Docs"));
     QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSummaryId));
-    QCOMPARE(wizard.visitedIds(), (QList<int> {1, 4, 9}));
+    QCOMPARE(wizard.visitedIds(), (QList<int> {0, 1, 4, 9}));
     QVERIFY(wizard.button(QWizard::FinishButton)->isVisible());
     const QString html = summaryPage(wizard)->summaryHtml();
-    QVERIFY(html.startsWith(QStringLiteral("<table><tr><td>Plan name:</td><td>Docs</td></tr>")));
+    QVERIFY(html.startsWith(QStringLiteral("<table><tr><td>Backup storage:</td><td>Local disk</td></tr>")));
+    QVERIFY(html.contains(QStringLiteral("<tr><td>Plan name:</td><td>Docs</td></tr>")));
     QVERIFY(html.contains(QStringLiteral("<tr><td>Backup source:</td><td></td></tr><tr><td></td><td>Include:</td></tr>")
         + QStringLiteral("<tr><td></td><td>%1</td></tr>").arg(m_volume->vol(QStringLiteral("docs")))));
     QCOMPARE(summaryPage(wizard)->title(), QStringLiteral("Backup plan: Summary"));
@@ -305,6 +306,7 @@ void TestBackupPlanEditWizard::shouldNotCompleteBlankName()
     QFETCH(bool, complete);
     BackupPlanEditWizard wizard(false);
     wizard.show();
+    WizardStorage::pass(wizard);
     QTest::keyClicks(namePage(wizard)->nameEdit(), name);
     QCOMPARE(namePage(wizard)->isComplete(), complete);
     QCOMPARE(wizard.button(QWizard::NextButton)->isEnabled(), complete);
@@ -316,6 +318,7 @@ void TestBackupPlanEditWizard::shouldKeepInputWhenGoingBack()
 {
     BackupPlanEditWizard wizard(false);
     wizard.show();
+    WizardStorage::pass(wizard);
     namePage(wizard)->nameEdit()->setText(QStringLiteral("Docs"));
     namePage(wizard)->blockLevelBox()->setChecked(true);
     wizard.next();
@@ -355,6 +358,7 @@ void TestBackupPlanEditWizard::shouldLeaveSkippedPageOutOfSummaryAndRecord()
     // In the legacy format the full schedule follows block level backup.
     wizard.setPage(BackupPlanEditWizard::PageFullScheduleId, new FullSchedulePage());
     wizard.show();
+    WizardStorage::pass(wizard);
     namePage(wizard)->blockLevelBox()->setChecked(blockLevel);
     walkToSummary(wizard, QStringLiteral("Docs"));
     QCOMPARE(wizard.visitedIds().contains(BackupPlanEditWizard::PageFullScheduleId), blockLevel);
@@ -411,6 +415,7 @@ void TestBackupPlanEditWizard::shouldKeepBlockLevelOnInNewFormat()
     QVERIFY(namePage(*wizard)->blockLevelBox()->isHidden());
     QVERIFY(namePage(*wizard)->saveOnCloudBox()->isHidden());
     wizard->show();
+    WizardStorage::pass(*wizard);
     wizard->next();
     QCOMPARE(wizard->currentId(), 4);
     QVERIFY(QTest::qWaitFor([&] { return sourcePage(*wizard)->isComplete(); }));
@@ -513,6 +518,7 @@ void TestBackupPlanEditWizard::shouldOpenOtherContentInFileFlow()
     QVERIFY(!sourcePage(*wizard)->fromPlan(&image));
     QCOMPARE(namePage(*wizard)->nameEdit()->text(), QStringLiteral("System"));
     wizard->show();
+    WizardStorage::pass(*wizard);
     wizard->next();
     QCOMPARE(wizard->currentId(), 4);
 }
@@ -527,6 +533,7 @@ void TestBackupPlanEditWizard::shouldSaveEditedPlanUnderItsId()
     stored.setForceFullDiffSizeConditionEnable(true);
     QScopedPointer<BackupPlanEditWizard> wizard(BackupPlanEditWizard::createWizard(&stored));
     wizard->show();
+    WizardStorage::pass(*wizard);
     namePage(*wizard)->nameEdit()->setText(QStringLiteral("New"));
     wizard->next();
     QVERIFY(QTest::qWaitFor([&] { return wizard->button(QWizard::NextButton)->isEnabled(); }));
@@ -642,6 +649,7 @@ void TestBackupPlanEditWizard::shouldTakeAccountOfUnvisitedSingleStoragePage()
     BackupPlanEditWizard wizard(true);
     auto* storage = new SingleStoragePage(account);
     storage->single = single;
+    wizard.removePage(BackupPlanEditWizard::PageCloudId);
     wizard.setPage(BackupPlanEditWizard::PageCloudId, storage);
     wizard.setStartId(BackupPlanEditWizard::PageNameId);
     walkToSummary(wizard, QStringLiteral("Docs"));

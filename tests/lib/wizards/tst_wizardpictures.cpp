@@ -67,9 +67,12 @@ void TestWizardPictures::keep(QWidget* widget, const QString& name)
 void TestWizardPictures::shouldDrawEveryPageOfBackupWizard()
 {
     WizardVolume volume;
+    WizardStorage::ensureRegistered();
     BackupPlanEditWizard wizard(false);
     wizard.show();
     QVERIFY(QTest::qWaitForWindowExposed(&wizard));
+    keep(&wizard, QStringLiteral("wizard-storage"));
+    WizardStorage::pass(wizard);
     auto* name = qobject_cast<BackupPlanEditWizard::PageName*>(wizard.page(BackupPlanEditWizard::PageNameId));
     name->nameEdit()->setText(QStringLiteral("Documents"));
     const int blankName = darkPixels(name->grab().toImage());

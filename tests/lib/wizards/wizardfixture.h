@@ -6,8 +6,17 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <QStandardItemModel>
+#include <QUuid>
+#include <QWizard>
+
+#include "accounts/storageseditlist.h"
 #include "listing/filesystemlisting.h"
 #include "models/filesystemcheckedmodel.h"
+#include "models/modelcreator.h"
+#include "models/modelmanager.h"
+#include "models/models.h"
+#include "wizards/common/pagecloud.h"
 
 // A machine of one volume, a real temporary folder tree, for the file trees
 // of the wizard:
@@ -64,4 +73,55 @@ public:
 
 private:
     QScopedPointer<QTemporaryDir> m_dir;
+};
+
+// The shared storage table with one File System account, so that the storage
+// page offers something to choose; pass() chooses it and moves on.
+class WizardStorage
+{
+public:
+    static QUuid accountId() { return QUuid(QStringLiteral("{6a1c0f5e-8d0e-4a5b-9e53-1f2d3c4b5a69}")); }
+
+    static void ensureRegistered()
+    {
+        static Creator creator;
+        if (const auto manager = NVB::GUI::ModelManager::instance())
+            manager->registrateCreator(creator);
+    }
+
+    // From the storage page, if the wizard stands on it, to the next page.
+    static void pass(QWizard& wizard)
+    {
+        auto* page = qobject_cast<NVB::GUI::PlanWizardBase::PageCloud*>(wizard.currentPage());
+        if (!page || wizard.currentId() != 0)
+            return;
+        QAbstractItemModel* model = page->list()->model();
+        QVERIFY(model && model->rowCount() > 0);
+        page->list()->setCurrentIndex(model->index(0, 0));
+        QVERIFY(page->isComplete());
+        wizard.next();
+    }
+
+private:
+    class Creator : public NVB::GUI::ModelCreator
+    {
+    public:
+        QAbstractItemModel* create() override
+        {
+            if (!m_model) {
+                m_model = new QStandardItemModel(0, 10);
+                QList<QStandardItem*> row;
+                for (const QString& text : {QStringLiteral("Local disk"), WizardStorage::accountId().toString(),
+                                            QStringLiteral("/backup/"), QStringLiteral("host"), QString(),
+                                            QStringLiteral("1"), QString(), QString(), QString(), QString()})
+                    row << new QStandardItem(text);
+                m_model->appendRow(row);
+            }
+            return m_model;
+        }
+        QString type() const override { return NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Type; }
+
+    private:
+        QStandardItemModel* m_model = nullptr;
+    };
 };

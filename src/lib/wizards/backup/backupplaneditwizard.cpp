@@ -7,6 +7,7 @@
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pagesource.h"
 #include "wizards/backup/pagesummary.h"
+#include "wizards/common/pagecloud.h"
 
 namespace NVB::GUI {
 
@@ -70,6 +71,9 @@ BackupPlanEditWizard::BackupPlanEditWizard(bool isArchive, QWidget* parent)
 QWizardPage* BackupPlanEditWizard::createPage(int id)
 {
     switch (id) {
+    case PageCloudId:
+        // The new format cannot write to OpenStack accounts yet.
+        return new PageCloud(m_isArchive, m_isArchive, this);
     case PageNameId:
         return new PageName(m_isArchive, this);
     case PageSourceId:

@@ -18,6 +18,7 @@ class PlanWizardBase : public BaseWizard
 
 public:
     class PageBase;
+    class PageCloud;
     class PageName;
     class PageSource;
     class PageSummary;
