@@ -1,0 +1,205 @@
+#include "mainwindow.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QToolBar>
+
+#include "accounts/storages.h"
+#include "app/application.h"
+#include "app/icons/iconmanager.h"
+#include "planlistview.h"
+#include "plans/planbackupmodel.h"
+#include "plans/plancontrolobject.h"
+#include "plans/planrestoremodel.h"
+#include "plans/planstatuslist.h"
+#include "plans/planxmllist.h"
+#include "records/plan/backupfile.h"
+#include "service/notification/format.h"
+#include "wizards/backup/backupplaneditwizard.h"
+
+namespace NVB::Console {
+
+namespace Progress = NVB::Common::Communication::Notification::Format::Worker::ReportProgress;
+
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent)
+    , m_tabs(new QTabWidget(this))
+    , m_backupPlans(new PlanListView(new NVB::GUI::PlanBackupModel, 1))
+    , m_restorePlans(new PlanListView(new NVB::GUI::PlanRestoreModel, 2))
+    , m_control(new NVB::GUI::PlanControlObject(this))
+    , m_connection(new QLabel(this))
+    , m_progress(new QLabel(this))
+{
+    setWindowTitle(NVB::GUI::Application::applicationName());
+    resize(1100, 640);
+
+    m_tabs->addTab(m_backupPlans, tr("Backup plans"));
+    m_tabs->addTab(m_restorePlans, tr("Restore plans"));
+    m_tabs->addTab(new NVB::GUI::Settings::Storages(this), tr("Storage"));
+    setCentralWidget(m_tabs);
+    buildToolBar();
+
+    m_progress->setTextFormat(Qt::PlainText);
+    statusBar()->addWidget(m_connection);
+    statusBar()->addWidget(m_progress, 1);
+    onEngineDisconnected();
+
+    for (PlanListView* list : {m_backupPlans, m_restorePlans}) {
+        connect(list, &PlanListView::currentPlanChanged, this, &MainWindow::onCurrentPlanChanged);
+        connect(list, &PlanListView::planActivated, this, [this](const QUuid& id) { openEditor(id); });
+    }
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this] {
+        const PlanListView* list = currentList();
+        onCurrentPlanChanged(list ? list->currentPlan() : QUuid(), list ? list->subtype() : 0);
+    });
+    connect(m_control, &NVB::GUI::PlanControlObject::statusChanged, this, &MainWindow::onPlanStatusChanged);
+    connect(m_control, &NVB::GUI::PlanControlObject::updatedError, this, &MainWindow::onControlError);
+    if (const auto statuses = NVB::GUI::PlanStatusList::instance())
+        connect(statuses, &NVB::GUI::PlanStatusList::updated, this, &MainWindow::onProgress);
+    if (const auto plans = NVB::GUI::PlanXmlList::instance()) {
+        // An edit waits for the plan's XML when the cache does not hold it.
+        connect(plans, &NVB::GUI::PlanXmlList::complite, this, [this](const QUuid& id) {
+            if (id == m_pendingEdit) {
+                m_pendingEdit = QUuid();
+                openEditor(id);
+            }
+        });
+    }
+    onCurrentPlanChanged(QUuid(), 0);
+}
+
+void MainWindow::buildToolBar()
+{
+    QToolBar* bar = addToolBar(tr("Plans"));
+    bar->setObjectName(QStringLiteral("plans"));
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_newAction = bar->addAction(QIcon(QStringLiteral(":/images/add.svg")), tr("New backup plan"), this,
+                                 &MainWindow::onNewBackupPlan);
+    m_editAction = bar->addAction(QIcon(QStringLiteral(":/images/edit.svg")), tr("Edit"), this, &MainWindow::onEditPlan);
+    m_runAction = bar->addAction(QIcon(QStringLiteral(":/images/plan_state_start.png")), tr("Run"), this,
+                                 &MainWindow::onRunOrStop);
+    m_deleteAction = bar->addAction(QIcon(QStringLiteral(":/images/error.svg")), tr("Delete"), this,
+                                    &MainWindow::onDeletePlan);
+    m_newAction->setObjectName(QStringLiteral("newPlan"));
+    m_editAction->setObjectName(QStringLiteral("editPlan"));
+    m_runAction->setObjectName(QStringLiteral("runPlan"));
+    m_deleteAction->setObjectName(QStringLiteral("deletePlan"));
+}
+
+PlanListView* MainWindow::currentList() const
+{
+    return qobject_cast<PlanListView*>(m_tabs->currentWidget());
+}
+
+void MainWindow::onCurrentPlanChanged(const QUuid& id, int subtype)
+{
+    m_control->setCurrentPlan(id, subtype);
+    const bool chosen = !id.isNull();
+    m_editAction->setEnabled(chosen && subtype == 1);
+    m_runAction->setEnabled(chosen);
+    m_deleteAction->setEnabled(chosen);
+}
+
+void MainWindow::onPlanStatusChanged(int status, int)
+{
+    // 1 running: the button stops; otherwise it starts.
+    const bool running = status == 1;
+    m_runAction->setText(running ? tr("Stop") : tr("Run"));
+    m_runAction->setIcon(QIcon(running ? QStringLiteral(":/images/plan_state_no.png")
+                                       : QStringLiteral(":/images/plan_state_start.png")));
+}
+
+void MainWindow::onEngineConnected()
+{
+    m_connection->setText(tr("Engine: connected"));
+    m_connection->setStyleSheet(QString());
+}
+
+void MainWindow::onEngineDisconnected()
+{
+    m_connection->setText(tr("Engine: not connected"));
+    m_connection->setStyleSheet(QStringLiteral("color: #c62828;"));
+}
+
+void MainWindow::onUpdateStarted()
+{
+    showStatusMessage(tr("The engine is being updated; the console reconnects when it is back."));
+}
+
+void MainWindow::showStatusMessage(const QString& text)
+{
+    statusBar()->showMessage(text, 10000);
+}
+
+void MainWindow::onProgress(const QUuid&, const QMap<QString, QVariant>& message)
+{
+    const QString file = message.value(QLatin1String(Progress::CurrentFileValue)).toString();
+    m_progress->setText(QStringLiteral("%1 %2, %3, %4")
+                            .arg(message.value(QLatin1String(Progress::StatusValue)).toString(),
+                                 message.value(QLatin1String(Progress::FilesCopiedValue)).toString(),
+                                 message.value(QLatin1String(Progress::Size)).toString(),
+                                 message.value(QLatin1String(Progress::Elapsed)).toString()));
+    m_progress->setToolTip(file);
+}
+
+void MainWindow::onControlError(const QString& text)
+{
+    QMessageBox::warning(this, windowTitle(), text);
+}
+
+void MainWindow::onNewBackupPlan()
+{
+    // A new plan takes the new backup format, a record's default.
+    auto* wizard = new NVB::GUI::BackupPlanEditWizard(NVB::Info::Plan::BackupFile().isArchive(), this);
+    wizard->setAttribute(Qt::WA_DeleteOnClose);
+    wizard->open();
+}
+
+void MainWindow::onEditPlan()
+{
+    if (const PlanListView* list = currentList())
+        openEditor(list->currentPlan());
+}
+
+void MainWindow::openEditor(const QUuid& planId)
+{
+    const auto plans = NVB::GUI::PlanXmlList::instance();
+    if (planId.isNull() || !plans)
+        return;
+    NVB::Info::Plan::Base* plan = plans->plan(planId);
+    if (!plan) {
+        m_pendingEdit = planId;
+        plans->getPlan(planId);
+        return;
+    }
+    if (plan->subtype() != 1)
+        return;
+    NVB::GUI::BackupPlanEditWizard* wizard = NVB::GUI::BackupPlanEditWizard::createWizard(plan, this);
+    if (!wizard)
+        return;
+    wizard->setAttribute(Qt::WA_DeleteOnClose);
+    wizard->open();
+}
+
+void MainWindow::onRunOrStop()
+{
+    m_control->onChangePlanStatus();
+}
+
+void MainWindow::onDeletePlan()
+{
+    const PlanListView* list = currentList();
+    if (!list || list->currentPlan().isNull())
+        return;
+    const QString name = list->model()->index(list->currentIndex().row(), 1).data().toString();
+    const auto answer = QMessageBox::question(this, tr("Delete plan"),
+                                              tr("Delete the plan \"%1\"? Its backup data stays in storage.").arg(name));
+    if (answer == QMessageBox::Yes)
+        m_control->onRemove();
+}
+
+} // namespace NVB::Console
