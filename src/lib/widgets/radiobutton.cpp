@@ -1,9 +1,7 @@
 #include "widgets/radiobutton.h"
 
 #include <QEvent>
-#include <QStyle>
 #include <QStyleOptionButton>
-#include <QStylePainter>
 
 namespace NVB::GUI {
 
@@ -30,27 +28,18 @@ void RadioButton::setHtml(const QString& html)
     update();
 }
 
-QSize RadioButton::indicatorSize() const
-{
-    return {style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, nullptr, this),
-        style()->pixelMetric(QStyle::PM_ExclusiveIndicatorHeight, nullptr, this)};
-}
-
-int RadioButton::textOffset() const
-{
-    return indicatorSize().width() + style()->pixelMetric(QStyle::PM_RadioButtonLabelSpacing, nullptr, this);
+namespace {
+const RichButtonText::Indicator Metrics = {QStyle::PM_ExclusiveIndicatorWidth, QStyle::PM_ExclusiveIndicatorHeight, QStyle::PM_RadioButtonLabelSpacing, QStyle::PE_IndicatorRadioButton};
 }
 
 QSize RadioButton::sizeHint() const
 {
-    const int width = m_text.preferredWidth();
-    return {textOffset() + width, qMax(indicatorSize().height(), m_text.heightForWidth(width))};
+    return m_text.buttonSize(this, Metrics, m_text.preferredWidth());
 }
 
 QSize RadioButton::minimumSizeHint() const
 {
-    const int width = qMin(m_text.preferredWidth(), 120);
-    return {textOffset() + width, qMax(indicatorSize().height(), m_text.heightForWidth(width))};
+    return m_text.buttonSize(this, Metrics, qMin(m_text.preferredWidth(), 120));
 }
 
 bool RadioButton::hasHeightForWidth() const
@@ -60,28 +49,14 @@ bool RadioButton::hasHeightForWidth() const
 
 int RadioButton::heightForWidth(int width) const
 {
-    return qMax(indicatorSize().height(), m_text.heightForWidth(width - textOffset()));
+    return m_text.buttonHeightForWidth(this, Metrics, width);
 }
 
 void RadioButton::paintEvent(QPaintEvent*)
 {
-    QStylePainter painter(this);
     QStyleOptionButton option;
     initStyleOption(&option);
-    const QSize indicator = indicatorSize();
-    // Level with the heading, not centred on a text of several lines.
-    const int top = qMax(0, (m_text.firstLineHeight() - indicator.height()) / 2);
-    option.rect = QRect(QPoint(0, top), indicator);
-    painter.drawPrimitive(QStyle::PE_IndicatorRadioButton, option);
-
-    const QRect textRect(textOffset(), 0, width() - textOffset(), height());
-    m_text.paint(&painter, textRect, this);
-    if (hasFocus()) {
-        QStyleOptionFocusRect focus;
-        focus.initFrom(this);
-        focus.rect = textRect.adjusted(-1, 0, 0, 0);
-        painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
-    }
+    m_text.paintButton(this, option, Metrics);
 }
 
 bool RadioButton::hitButton(const QPoint& pos) const

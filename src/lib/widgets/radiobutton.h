@@ -29,9 +29,6 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    QSize indicatorSize() const;
-    int textOffset() const;
-
     RichButtonText m_text;
 };
 

@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextLayout>
@@ -69,6 +71,52 @@ void RichButtonText::paint(QPainter* painter, const QRect& rect, const QAbstract
     painter->setClipRect(context.clip);
     m_document->documentLayout()->draw(painter, context);
     painter->restore();
+}
+
+namespace {
+
+QSize indicatorSize(const QAbstractButton* button, const RichButtonText::Indicator& indicator)
+{
+    return {button->style()->pixelMetric(indicator.width, nullptr, button),
+            button->style()->pixelMetric(indicator.height, nullptr, button)};
+}
+
+int textOffset(const QAbstractButton* button, const RichButtonText::Indicator& indicator)
+{
+    return indicatorSize(button, indicator).width() + button->style()->pixelMetric(indicator.spacing, nullptr, button);
+}
+
+} // namespace
+
+QSize RichButtonText::buttonSize(const QAbstractButton* button, const Indicator& indicator, int textWidth) const
+{
+    return {textOffset(button, indicator) + textWidth,
+            qMax(indicatorSize(button, indicator).height(), heightForWidth(textWidth))};
+}
+
+int RichButtonText::buttonHeightForWidth(const QAbstractButton* button, const Indicator& indicator, int width) const
+{
+    return qMax(indicatorSize(button, indicator).height(), heightForWidth(width - textOffset(button, indicator)));
+}
+
+void RichButtonText::paintButton(QAbstractButton* button, QStyleOptionButton option, const Indicator& indicator) const
+{
+    QStylePainter painter(button);
+    const QSize size = indicatorSize(button, indicator);
+    // Level with the heading, not centred on a text of several lines.
+    const int top = qMax(0, (firstLineHeight() - size.height()) / 2);
+    option.rect = QRect(QPoint(0, top), size);
+    painter.drawPrimitive(indicator.element, option);
+
+    const int offset = textOffset(button, indicator);
+    const QRect textRect(offset, 0, button->width() - offset, button->height());
+    paint(&painter, textRect, button);
+    if (button->hasFocus()) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(button);
+        focus.rect = textRect.adjusted(-1, 0, 0, 0);
+        painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+    }
 }
 
 } // namespace NVB::GUI

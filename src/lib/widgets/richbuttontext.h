@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QRect>
+#include <QStyle>
 #include <QScopedPointer>
 #include <QSize>
 #include <QString>
 
 class QAbstractButton;
+class QStyleOptionButton;
 class QFont;
 class QPainter;
 class QTextDocument;
@@ -37,6 +39,21 @@ public:
     int firstLineHeight() const;
 
     void paint(QPainter* painter, const QRect& rect, const QAbstractButton* button) const;
+
+    // The indicator a button draws before the text: its style metrics and
+    // primitive, which is all that tells a check box from a radio button.
+    struct Indicator
+    {
+        QStyle::PixelMetric width;
+        QStyle::PixelMetric height;
+        QStyle::PixelMetric spacing;
+        QStyle::PrimitiveElement element;
+    };
+
+    // The geometry and painting of a whole button: indicator, then text.
+    QSize buttonSize(const QAbstractButton* button, const Indicator& indicator, int textWidth) const;
+    int buttonHeightForWidth(const QAbstractButton* button, const Indicator& indicator, int width) const;
+    void paintButton(QAbstractButton* button, QStyleOptionButton option, const Indicator& indicator) const;
 
 private:
     QString m_html;
