@@ -541,32 +541,44 @@ int EngineStore::closeInterruptedRuns(int runningResult, int interruptedResult, 
     return count;
 }
 
-QList<RunRecord> EngineStore::runs(const HistoryQuery& query)
+namespace {
+
+// The WHERE and LIMIT of a history page; `timeColumn` and `textColumn` are
+// what the period and the filter apply to.
+QString historyFilter(const HistoryQuery& query, const char* timeColumn, const char* textColumn, QVariantList* values)
 {
-    QList<RunRecord> result;
-    QString sql = QStringLiteral("SELECT id, plan_id, plan_name, operation, result, start_utc, duration, size, "
-                                 "file_count, error_message FROM runs WHERE 1=1");
-    QVariantList values;
+    QString sql = QStringLiteral(" WHERE 1=1");
     if (!query.planId.isNull()) {
         sql += QStringLiteral(" AND plan_id=?");
-        values << text(query.planId);
+        *values << text(query.planId);
     }
     const QDateTime since = query.since(QDateTime::currentDateTimeUtc());
     if (since.isValid()) {
-        sql += QStringLiteral(" AND start_utc>=?");
-        values << stamp(since);
+        sql += QStringLiteral(" AND %1>=?").arg(QLatin1String(timeColumn));
+        *values << stamp(since);
     }
     if (!query.filter.isEmpty()) {
-        sql += QStringLiteral(" AND instr(lower(plan_name), lower(?))>0");
-        values << query.filter;
+        sql += QStringLiteral(" AND instr(lower(%1), lower(?))>0").arg(QLatin1String(textColumn));
+        *values << query.filter;
     }
     if (query.lastId > 0) {
         sql += QStringLiteral(" AND id<?");
-        values << query.lastId;
+        *values << query.lastId;
     }
     sql += QStringLiteral(" ORDER BY id DESC LIMIT ?");
-    values << query.limit;
+    *values << query.limit;
+    return sql;
+}
 
+} // namespace
+
+QList<RunRecord> EngineStore::runs(const HistoryQuery& query)
+{
+    QList<RunRecord> result;
+    QVariantList values;
+    const QString sql = QStringLiteral("SELECT id, plan_id, plan_name, operation, result, start_utc, duration, size, "
+                                       "file_count, error_message FROM runs")
+                        + historyFilter(query, "start_utc", "plan_name", &values);
     QSqlQuery q(QSqlDatabase::database(m_connectionName, false));
     q.prepare(sql);
     for (const QVariant& value : values)
@@ -595,29 +607,10 @@ QList<RunRecord> EngineStore::runs(const HistoryQuery& query)
 QList<RunFileRecord> EngineStore::runFiles(const HistoryQuery& query)
 {
     QList<RunFileRecord> result;
-    QString sql = QStringLiteral("SELECT id, run_id, plan_id, plan_name, file, operation, size, modified_utc, "
-                                 "finish_utc, duration, message FROM run_files WHERE 1=1");
     QVariantList values;
-    if (!query.planId.isNull()) {
-        sql += QStringLiteral(" AND plan_id=?");
-        values << text(query.planId);
-    }
-    const QDateTime since = query.since(QDateTime::currentDateTimeUtc());
-    if (since.isValid()) {
-        sql += QStringLiteral(" AND finish_utc>=?");
-        values << stamp(since);
-    }
-    if (!query.filter.isEmpty()) {
-        sql += QStringLiteral(" AND instr(lower(file), lower(?))>0");
-        values << query.filter;
-    }
-    if (query.lastId > 0) {
-        sql += QStringLiteral(" AND id<?");
-        values << query.lastId;
-    }
-    sql += QStringLiteral(" ORDER BY id DESC LIMIT ?");
-    values << query.limit;
-
+    const QString sql = QStringLiteral("SELECT id, run_id, plan_id, plan_name, file, operation, size, modified_utc, "
+                                       "finish_utc, duration, message FROM run_files")
+                        + historyFilter(query, "finish_utc", "file", &values);
     QSqlQuery q(QSqlDatabase::database(m_connectionName, false));
     q.prepare(sql);
     for (const QVariant& value : values)
