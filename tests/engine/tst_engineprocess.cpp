@@ -210,6 +210,7 @@ private slots:
         QCOMPARE(info(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
         QCOMPARE(info(plan).value(QStringLiteral("Status")).toInt(), 2);
         QVERIFY(notificationsOf(Format::Worker::ReportProgress::Type) >= 1);
+        QVERIFY(QTest::qWaitFor([this] { return notificationsOf(Format::Storage::UpdateConnections::Type) >= 1; }));
         const QString copy = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces);
         QStringList copied;
         QDirIterator files(copy, QDir::Files, QDirIterator::Subdirectories);

@@ -362,6 +362,8 @@ void Engine::onRunFinished(const QUuid& planId, int, int planResult, const Store
     m_notifier->notifyV2(stopped);
     if (point.rowId == 0)
         return;
+    // The account holds more data now: the storage tables reload its row.
+    m_notifier->notify(Format::Storage::UpdateConnections::Type, {});
     if (newBunch) {
         V2N::AddedNewBunch bunch;
         bunch.setConnectionId(point.connectionId);
