@@ -9,6 +9,7 @@
 #include "localtimedelegate.h"
 #include "models/models.h"
 #include "plans/planfulltablemodel.h"
+#include "plans/planxmllist.h"
 
 namespace NVB::Console {
 
@@ -50,7 +51,12 @@ PlanListView::PlanListView(NVB::GUI::PlanFullTableModel* model, int subtype, QWi
             [this](const QModelIndex& index) { emit planActivated(planAt(index), m_subtype); });
     // A plan added while nothing is chosen becomes the current one, so the
     // toolbar has something to act on.
-    connect(model, &QAbstractItemModel::rowsInserted, this, [this] {
+    connect(model, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex&, int first, int last) {
+        // The storage and XML columns fill once the plan's document is held.
+        if (const auto documents = NVB::GUI::PlanXmlList::instance()) {
+            for (int row = first; row <= last; ++row)
+                documents->getPlan(planAt(m_model->index(row, Column::ID)));
+        }
         if (!currentIndex().isValid() && m_model->rowCount() > 0)
             selectRow(0);
     });

@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include "accounts/storageseditlist.h"
+#include "app/delegates/storagenamedelegate.h"
 #include "engineprocess.h"
 #include "listing/filesystemlisting.h"
 #include "mainwindow.h"
@@ -130,6 +131,13 @@ private slots:
         NVB::Console::PlanListView* list = window.backupPlans();
         QVERIFY(QTest::qWaitFor([&] { return list->model()->rowCount() == 1; }, 15000));
         QCOMPARE(list->model()->index(0, Column::Name).data().toString(), QStringLiteral("Console plan"));
+        // Its storage is shown by name once the plan's document has come.
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                const QModelIndex cell = list->model()->index(0, Column::StorageID);
+                return NVB::GUI::StorageNameDelegate::toText(cell.data(), QLocale()) == QLatin1String("Local disk");
+            },
+            10000));
 
         // Run it from the toolbar.
         list->selectRow(0);
