@@ -2,9 +2,11 @@
 #include <QAction>
 #include <QDirIterator>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QtTest>
 
+#include "accounts/local/localadd.h"
 #include "accounts/storageseditlist.h"
 #include "app/delegates/storagenamedelegate.h"
 #include "engineprocess.h"
@@ -18,7 +20,6 @@
 #include "records/plan/planresult.h"
 #include "service/connectionmanager.h"
 #include "storage/storageconnectionsmodelcreator.h"
-#include "synccommand.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/pagename.h"
@@ -29,8 +30,33 @@ using NVB::Console::MainWindow;
 using NVB::GUI::BackupPlanEditWizard;
 namespace Column = NVB::GUI::Models::Table::NvbPlanBackupModelInfo::Column;
 
-// The console end to end, against the real engine: an account, a plan made
-// with the wizard, a run started from the toolbar.
+namespace {
+
+// Acts on the next modal dialog of that class once it is open: the code that
+// opens it blocks in exec() meanwhile.
+template<class Dialog, class Action>
+void whenModal(Action action)
+{
+    auto* timer = new QTimer;
+    timer->setInterval(20);
+    QObject::connect(timer, &QTimer::timeout, [timer, action] {
+        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->isVisible())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        const QPointer<Dialog> guard(dialog);
+        action(dialog);
+        if (QTest::currentTestFailed() && guard && guard->isVisible())
+            guard->reject();
+    });
+    timer->start();
+}
+
+} // namespace
+
+// The console end to end, against the real engine: an account added in the
+// wizard, a plan made with it, a run started from the toolbar.
 class TestConsole : public QObject
 {
     Q_OBJECT
@@ -90,19 +116,6 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
         window.onEngineConnected();
 
-        const QUuid account = QUuid::createUuid();
-        const auto saved = NvbTest::SyncCommand::run(
-            QStringLiteral("SaveStorage"),
-            {{QStringLiteral("ID"), account.toString()},
-             {QStringLiteral("displayName"), QStringLiteral("Local disk")},
-             {QStringLiteral("type"), 1},
-             {QStringLiteral("prefix"), QStringLiteral("console")},
-             {QStringLiteral("params"), QJsonObject{{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
-        QVERIFY2(saved.answered && !saved.isError, qPrintable(saved.errorString));
-        QAbstractItemModel* storages =
-            NVB::GUI::ModelManager::instance()->create(NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Type);
-        QVERIFY(QTest::qWaitFor([&] { return storages->rowCount() == 1; }, 10000));
-
         // The wizard: account, name, source, finish.
         window.findChild<QAction*>(QStringLiteral("newPlan"))->trigger();
         auto* wizard = window.findChild<BackupPlanEditWizard*>();
@@ -111,6 +124,19 @@ private slots:
         QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageCloudId));
         auto* cloud = qobject_cast<NVB::GUI::PlanWizardBase::PageCloud*>(wizard->currentPage());
         QVERIFY(cloud);
+
+        // A File System account, added from the storage page through its
+        // dialog; the page waits until the engine has taken it.
+        whenModal<NVB::GUI::Settings::Account::Local::Add>([this](NVB::GUI::Settings::Account::Local::Add* dialog) {
+            QTest::keyClicks(dialog->displayNameEdit(), QStringLiteral("Local disk"));
+            QTest::keyClicks(dialog->pathEdit(), m_storage.path());
+            QVERIFY(dialog->okButton()->isEnabled());
+            QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+        });
+        QVERIFY(QMetaObject::invokeMethod(cloud, "onAddDestination", Q_ARG(int, 1)));
+        QAbstractItemModel* storages =
+            NVB::GUI::ModelManager::instance()->create(NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Type);
+        QCOMPARE(storages->rowCount(), 1);
         cloud->list()->setCurrentIndex(cloud->list()->model()->index(0, 0));
         QVERIFY(cloud->isComplete());
         wizard->next();
