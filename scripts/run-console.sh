@@ -3,11 +3,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 "$root/scripts/install-deps.sh"
-if [ ! -f "$root/src/console/CMakeLists.txt" ]; then
-    echo "The console (nvbgui) is not part of this build yet; only the libraries and their tests exist." >&2
-    exit 1
-fi
 build_dir=${NVB_BUILD_DIR:-$root/build}
 cmake -S "$root" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build "$build_dir" -j"$(nproc)" --target nvbgui nvbengine
-exec "$build_dir/src/console/nvbgui" "$@"
+exec "$build_dir/bin/nvbgui" "$@"

@@ -29,8 +29,15 @@ EngineLauncher::Result EngineLauncher::ensureEngine(QString* message)
         *message = QObject::tr("No engine answers and %1 cannot be started").arg(program);
         return Result::Failed;
     }
+    // The engine keeps its own log; it must not hold the console's terminal
+    // open once the console has gone.
+    QProcess engine;
+    engine.setProgram(program);
+    engine.setStandardInputFile(QProcess::nullDevice());
+    engine.setStandardOutputFile(QProcess::nullDevice());
+    engine.setStandardErrorFile(QProcess::nullDevice());
     qint64 pid = 0;
-    if (!QProcess::startDetached(program, {}, QString(), &pid)) {
+    if (!engine.startDetached(&pid)) {
         *message = QObject::tr("The engine %1 could not be started").arg(program);
         return Result::Failed;
     }
