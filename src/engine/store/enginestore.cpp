@@ -282,14 +282,7 @@ bool EngineStore::savePlan(const StoredPlan& p)
 
 bool EngineStore::removePlan(const QUuid& id)
 {
-    return transaction([&] {
-        QSqlQuery q(QSqlDatabase::database(m_connectionName, false));
-        q.prepare(QStringLiteral("DELETE FROM plans WHERE id=?"));
-        q.addBindValue(text(id));
-        if (!q.exec())
-            return fail(QStringLiteral("Cannot remove the plan: %1").arg(q.lastError().text()));
-        return q.numRowsAffected() > 0 || fail(QStringLiteral("No plan with the id %1").arg(text(id)));
-    });
+    return deleteById(QStringLiteral("plans"), id, QStringLiteral("plan"), QStringLiteral("No plan with the id %1"));
 }
 
 std::optional<StoredPlan> EngineStore::plan(const QUuid& id)
@@ -361,14 +354,8 @@ bool EngineStore::saveAccount(const StoredAccount& a)
 
 bool EngineStore::removeAccount(const QUuid& id)
 {
-    return transaction([&] {
-        QSqlQuery q(QSqlDatabase::database(m_connectionName, false));
-        q.prepare(QStringLiteral("DELETE FROM accounts WHERE id=?"));
-        q.addBindValue(text(id));
-        if (!q.exec())
-            return fail(QStringLiteral("Cannot remove the account: %1").arg(q.lastError().text()));
-        return q.numRowsAffected() > 0 || fail(QStringLiteral("No storage account with the id %1").arg(text(id)));
-    });
+    return deleteById(QStringLiteral("accounts"), id, QStringLiteral("account"),
+                      QStringLiteral("No storage account with the id %1"));
 }
 
 std::optional<StoredAccount> EngineStore::account(const QUuid& id)
@@ -811,13 +798,19 @@ bool EngineStore::removeBunch(const QUuid& connectionId, const QUuid& bunchId)
 
 bool EngineStore::removeGeneration(const QUuid& generationId)
 {
+    return deleteById(QStringLiteral("generations"), generationId, QStringLiteral("generation"),
+                      QStringLiteral("No generation with the id %1"));
+}
+
+bool EngineStore::deleteById(const QString& table, const QUuid& id, const QString& what, const QString& missing)
+{
     return transaction([&] {
         QSqlQuery q(QSqlDatabase::database(m_connectionName, false));
-        q.prepare(QStringLiteral("DELETE FROM generations WHERE id=?"));
-        q.addBindValue(text(generationId));
+        q.prepare(QStringLiteral("DELETE FROM %1 WHERE id=?").arg(table));
+        q.addBindValue(text(id));
         if (!q.exec())
-            return fail(QStringLiteral("Cannot remove the generation: %1").arg(q.lastError().text()));
-        return q.numRowsAffected() > 0 || fail(QStringLiteral("No generation with the id %1").arg(text(generationId)));
+            return fail(QStringLiteral("Cannot remove the %1: %2").arg(what, q.lastError().text()));
+        return q.numRowsAffected() > 0 || fail(missing.arg(text(id)));
     });
 }
 

@@ -89,6 +89,9 @@ public:
 private:
     bool migrate();
     bool exec(const QString& statement);
+    // Deletes the row of `table` with the id; `missing` (with %1 for the id)
+    // is the error when there is none.
+    bool deleteById(const QString& table, const QUuid& id, const QString& what, const QString& missing);
     bool transaction(const std::function<bool()>& work);
     bool fail(const QString& message);
 
