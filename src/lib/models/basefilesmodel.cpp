@@ -68,8 +68,13 @@ int BaseFilesModel::state(const QObject* node)
 
 void BaseFilesModel::registerNode(QObject* node)
 {
+    registerNode(node, node->property(RealPath).toString());
+}
+
+void BaseFilesModel::registerNode(QObject* node, const QString& realPath)
+{
     connect(node, &QObject::destroyed, this, &BaseFilesModel::onDestoryedItem);
-    m_items.insert(node->property(RealPath).toString(), node);
+    m_items.insert(realPath, node);
 }
 
 QModelIndex BaseFilesModel::index(int row, int column, const QModelIndex& parent) const
@@ -233,6 +238,7 @@ void BaseFilesModel::onResult(const QString& rootPath, const QList<QObject*>& ob
     node->setProperty(Load, Loaded);
     const int childState = state(node) == StateChecked ? StateChecked : StateUnchecked;
     int duplicates = 0;
+    m_items.reserve(m_items.size() + objects.size());
     for (QObject* object : objects) {
         if (!object) {
             ++duplicates;
@@ -248,7 +254,7 @@ void BaseFilesModel::onResult(const QString& rootPath, const QList<QObject*>& ob
         object->setParent(node);
         object->setProperty(Load, LoadNone);
         object->setProperty(Checked, childState);
-        registerNode(object);
+        registerNode(object, realPath);
     }
 
     // The rows are in place before they are announced.

@@ -91,6 +91,7 @@ protected:
     QObject* nodeByPath(const QString& path) const { return m_items.value(path, nullptr); }
     // Enters a node in the path hash and has it leave again when destroyed.
     void registerNode(QObject* node);
+    void registerNode(QObject* node, const QString& realPath);
     QHash<int, const char*> columns() const { return m_columns; }
     static int state(const QObject* node);
 

@@ -146,7 +146,10 @@ void FileSystemCheckedModel::list(const QStringList& paths, int depth)
             QMetaObject::invokeMethod(this, "onListingFailed", Qt::QueuedConnection, Q_ARG(QString, path));
             continue;
         }
-        QList<QObject*> objects = toObjectList(m_lister->items());
+        // Kept to the end of the step: freeing a big listing needn't hold up
+        // the GUI thread's work on the nodes.
+        const QJsonArray items = m_lister->takeItems();
+        QList<QObject*> objects = toObjectList(items);
         // A QObject belongs to the thread that made it; the GUI thread may only
         // parent the nodes once they are moved there. After the emission this
         // thread doesn't touch them again.
@@ -174,8 +177,11 @@ QObject* FileSystemCheckedModel::objectFromJson(const QJsonObject& object) const
     node->setProperty(IsExpandable, type != Items::Type::File);
     node->setProperty(IsHidden, object.value(QLatin1String(Items::IsHidden)).toBool());
     node->setProperty(IsSymlink, object.value(QLatin1String(Items::IsSymlink)).toBool());
-    node->setProperty(Path, object.value(QLatin1String(Items::Path)).toString());
-    node->setProperty(RealPath, object.value(QLatin1String(Items::RealPath)).toString());
+    const QString realPath = object.value(QLatin1String(Items::RealPath)).toString();
+    const QString path = object.value(QLatin1String(Items::Path)).toString();
+    // Most nodes are shown under their real path: one text serves both.
+    node->setProperty(Path, path == realPath ? realPath : path);
+    node->setProperty(RealPath, realPath);
     node->setProperty(Type, type);
     node->setProperty(Name, object.value(QLatin1String(Items::Name)).toString());
     return node;

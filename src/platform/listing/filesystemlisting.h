@@ -42,6 +42,9 @@ public:
     bool hasError() const { return m_hasError; }
     QString errorString() const { return m_errorString; }
     QJsonArray items() const { return m_items; }
+    // Hands the items over and leaves the listing empty, so that a big folder
+    // isn't held twice once its reader has made what it needs of it.
+    QJsonArray takeItems();
     // Folders below the listed path that could not be read; they are left out
     // and do not fail the listing.
     QStringList skippedPaths() const { return m_skipped; }

@@ -180,6 +180,9 @@ void TestFileSystemListing::shouldLeaveHiddenOutOnlyWhenAsked()
     // Defaults list everything, which is what the file tree asks for.
     QVERIFY(lister.list(m_dir->path()));
     QCOMPARE(lister.items().size(), 6);
+    // Taking the items leaves nothing behind for the lister to hold.
+    QCOMPARE(lister.takeItems().size(), 6);
+    QVERIFY(lister.items().isEmpty());
 }
 
 void TestFileSystemListing::shouldListToDepthAndStopAtLimit()
