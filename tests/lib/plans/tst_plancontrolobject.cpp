@@ -111,7 +111,7 @@ void TestPlanControlObject::shouldStartOrStopByStatus()
     QSignalSpy begin(&control, &PlanControlObject::updatedBegin);
     QSignalSpy done(&control, &PlanControlObject::updatedComplite);
     QSignalSpy failed(&control, &PlanControlObject::updatedError);
-    const int before = m_peer->requests().size();
+    const int before = m_peer->requestCount(command);
     if (forceFull)
         control.onChangePlanStatus(true);
     else
@@ -119,9 +119,8 @@ void TestPlanControlObject::shouldStartOrStopByStatus()
     QCOMPARE(begin.count(), 1);
     QVERIFY(done.wait());
     QCOMPARE(failed.count(), 0);
-    QCOMPARE(m_peer->requests().size(), before + 1);
-    const QJsonObject request = m_peer->lastRequest();
-    QCOMPARE(request.value(QStringLiteral("command")).toString(), command);
+    QCOMPARE(m_peer->requestCount(command), before + 1);
+    const QJsonObject request = m_peer->lastRequest(command);
     const QJsonObject params = request.value(QStringLiteral("params")).toObject();
     QCOMPARE(QUuid(params.value(QStringLiteral("ID")).toString()), id);
     QCOMPARE(params.value(QStringLiteral("profile")).toString(), QString::fromLocal8Bit(qgetenv("USER")));
@@ -169,12 +168,12 @@ void TestPlanControlObject::shouldRemoveCurrentPlan()
     PlanControlObject control;
     control.setCurrentPlan(m_idle, 1);
     QSignalSpy done(&control, &PlanControlObject::updatedComplite);
+    const int before = m_peer->requestCount(QStringLiteral("PlanRemove"));
     control.onRemove();
     QVERIFY(done.wait());
-    QCOMPARE(m_peer->lastRequest().value(QStringLiteral("command")).toString(), QStringLiteral("PlanRemove"));
-    QCOMPARE(
-        QUuid(m_peer->lastRequest().value(QStringLiteral("params")).toObject().value(QStringLiteral("ID")).toString()),
-        m_idle);
+    QCOMPARE(m_peer->requestCount(QStringLiteral("PlanRemove")), before + 1);
+    const QJsonObject request = m_peer->lastRequest(QStringLiteral("PlanRemove"));
+    QCOMPARE(QUuid(request.value(QStringLiteral("params")).toObject().value(QStringLiteral("ID")).toString()), m_idle);
     // The row stays until the engine says the plan is gone.
     QCOMPARE(m_table->rowCount(), 3);
 }

@@ -10,18 +10,6 @@
 using namespace NVB::GUI;
 using NvbTest::EngineTestPeer;
 
-namespace {
-
-int countRequests(const EngineTestPeer* peer, const QString& name)
-{
-    int count = 0;
-    for (const QJsonObject& request : peer->requests())
-        count += request.value(QStringLiteral("command")).toString() == name ? 1 : 0;
-    return count;
-}
-
-} // namespace
-
 class TestPlanEditWait : public QObject
 {
     Q_OBJECT
@@ -94,7 +82,7 @@ bool TestPlanEditWait::runDialog(PlanEditWait& dialog, const QUuid& id, bool run
 void TestPlanEditWait::shouldEndOnlyWhenTableShowsNewPlan()
 {
     const QUuid id = QUuid::createUuid();
-    const int starts = countRequests(m_peer, QStringLiteral("PlanExecuteStart"));
+    const int starts = m_peer->requestCount(QStringLiteral("PlanExecuteStart"));
     PlanEditWait dialog(false);
     bool openAfterReply = false;
     const bool ended = runDialog(dialog, id, false, [&] {
@@ -111,7 +99,7 @@ void TestPlanEditWait::shouldEndOnlyWhenTableShowsNewPlan()
     QCOMPARE(PlanXmlList::instance()->lastCreatedPlan(), id);
     QCOMPARE(m_messages,
         (QStringList {QStringLiteral("Exec edit plan command..."), QStringLiteral("Wait command result...")}));
-    QCOMPARE(countRequests(m_peer, QStringLiteral("PlanExecuteStart")), starts);
+    QCOMPARE(m_peer->requestCount(QStringLiteral("PlanExecuteStart")), starts);
     bool saved = false;
     for (const QJsonObject& request : m_peer->requests()) {
         if (request.value(QStringLiteral("command")).toString() != QLatin1String("CommonPlanEdit"))
@@ -131,7 +119,7 @@ void TestPlanEditWait::shouldStartPlanOnceWhenTableReportsTwice()
     QSignalSpy complite(m_table, &BaseModel::complite);
     m_table->init();
     QVERIFY(complite.wait());
-    const int starts = countRequests(m_peer, QStringLiteral("PlanExecuteStart"));
+    const int starts = m_peer->requestCount(QStringLiteral("PlanExecuteStart"));
     // The start is held back, so that both reports of the table reach the
     // dialog while it is still open.
     m_peer->onCommand(QStringLiteral("PlanExecuteStart"), EngineTestPeer::Answer::silence());
@@ -144,7 +132,7 @@ void TestPlanEditWait::shouldStartPlanOnceWhenTableReportsTwice()
             QTRY_COMPARE(changed.count(), 2);
             // The table's refreshes of the summary may come before or after
             // the start; answer the start itself.
-            QTRY_COMPARE(countRequests(m_peer, QStringLiteral("PlanExecuteStart")), starts + 1);
+            QTRY_COMPARE(m_peer->requestCount(QStringLiteral("PlanExecuteStart")), starts + 1);
             QJsonObject start;
             for (const QJsonObject& request : m_peer->requests()) {
                 if (request.value(QStringLiteral("command")).toString() == QLatin1String("PlanExecuteStart"))
@@ -155,10 +143,11 @@ void TestPlanEditWait::shouldStartPlanOnceWhenTableReportsTwice()
     });
     QVERIFY(ended);
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(countRequests(m_peer, QStringLiteral("PlanExecuteStart")), starts + 1);
+    QCOMPARE(m_peer->requestCount(QStringLiteral("PlanExecuteStart")), starts + 1);
     QVERIFY(m_messages.contains(QStringLiteral("Running plan...")));
-    const QJsonObject params = m_peer->lastRequest().value(QStringLiteral("params")).toObject();
-    QVERIFY(!params.contains(QStringLiteral("force_full")));
+    const QJsonObject request = m_peer->lastRequest(QStringLiteral("PlanExecuteStart"));
+    QVERIFY(request.contains(QStringLiteral("params")));
+    QVERIFY(!request.value(QStringLiteral("params")).toObject().contains(QStringLiteral("force_full")));
 }
 
 void TestPlanEditWait::shouldKeepWaitingForOtherPlansChanges()
@@ -187,11 +176,11 @@ void TestPlanEditWait::shouldKeepWaitingForOtherPlansChanges()
 void TestPlanEditWait::shouldKeepWaitingAfterRefusedSave()
 {
     m_peer->onCommand(QStringLiteral("CommonPlanEdit"), EngineTestPeer::Answer::error(QStringLiteral("Bad plan")));
-    const int before = countRequests(m_peer, QStringLiteral("CommonPlanEdit"));
+    const int before = m_peer->requestCount(QStringLiteral("CommonPlanEdit"));
     PlanEditWait dialog(false);
     bool stillOpen = false;
     QTimer::singleShot(0, &dialog, [&] {
-        QTRY_COMPARE(countRequests(m_peer, QStringLiteral("CommonPlanEdit")), before + 1);
+        QTRY_COMPARE(m_peer->requestCount(QStringLiteral("CommonPlanEdit")), before + 1);
         QTRY_COMPARE(NVB::Common::Communication::ServiceLink::instance()->pendingCount(), 0);
         QTest::qWait(50);
         stillOpen = dialog.isVisible();

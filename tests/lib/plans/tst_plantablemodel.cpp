@@ -104,7 +104,8 @@ void TestPlanTableModel::shouldFillFromPlanList()
     QCOMPARE(m_model->index(1, Column::Name).data().toString(), QStringLiteral("Photos back"));
     QCOMPARE(m_model->index(1, Column::SubType).data().toInt(), 2);
     QCOMPARE(m_model->index(0, Column::LastUploadedSize).data().toLongLong(), 4096);
-    const QJsonObject params = m_peer->lastRequest().value(QStringLiteral("params")).toObject();
+    const QJsonObject params
+        = m_peer->lastRequest(QStringLiteral("PlanGetList")).value(QStringLiteral("params")).toObject();
     QCOMPARE(params.value(QStringLiteral("profile")).toString(), QString::fromLocal8Bit(qgetenv("USER")));
 }
 
@@ -227,6 +228,7 @@ void TestPlanTableModel::shouldShowStateAtOnceThenRefreshedSummary()
     // The engine's answer to GetInfo is held back until the state is seen.
     m_peer->onCommand(QStringLiteral("PlanGetInfo"), EngineTestPeer::Answer::silence());
     QSignalSpy changed(m_model, &QAbstractItemModel::dataChanged);
+    const int asked = m_peer->requestCount(QStringLiteral("PlanGetInfo"));
     m_peer->notify(PlanTest::Format::Plan::StateChange::Type,
         {{QStringLiteral("id"), id.toString()}, {QStringLiteral("state"), 1}, {QStringLiteral("last_state"), 2}});
     QVERIFY(changed.wait());
@@ -234,10 +236,10 @@ void TestPlanTableModel::shouldShowStateAtOnceThenRefreshedSummary()
     QCOMPARE(changed.first().at(1).toModelIndex(), m_model->index(0, 14));
     QCOMPARE(m_model->index(0, Column::Status).data().toInt(), 1);
     QCOMPARE(m_model->index(0, Column::LastRunStatus).data().toInt(), 6);
-    QTRY_COMPARE(m_peer->lastRequest().value(QStringLiteral("command")).toString(), QStringLiteral("PlanGetInfo"));
+    QTRY_COMPARE(m_peer->requestCount(QStringLiteral("PlanGetInfo")), asked + 1);
 
     // Now the summary arrives.
-    const QJsonObject request = m_peer->lastRequest();
+    const QJsonObject request = m_peer->lastRequest(QStringLiteral("PlanGetInfo"));
     QJsonObject refreshed = PlanTest::summary(id, QStringLiteral("A"), 1, 1, 1);
     m_peer->sendFrame(NVB::Common::Communication::Envelope::reply(request, {{QStringLiteral("planInfo"), refreshed}}));
     QVERIFY(changed.wait());

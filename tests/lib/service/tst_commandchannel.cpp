@@ -201,8 +201,7 @@ void TestCommandChannel::shouldStampEnvelopeTheCallerNeverSets()
     QVERIFY(command);
     const QUuid id = command->id();
     QVERIFY(m_peer->waitForRequests(before + 1));
-    const QJsonObject frame = m_peer->lastRequest();
-    QCOMPARE(frame.value(QStringLiteral("command")).toString(), QStringLiteral("PlanGetList"));
+    const QJsonObject frame = m_peer->lastRequest(QStringLiteral("PlanGetList"));
     QCOMPARE(frame.value(QStringLiteral("id")).toString(), id.toString());
     QCOMPARE(frame.value(QStringLiteral("type")).toString(), QStringLiteral("request"));
     QCOMPARE(frame.value(QStringLiteral("session_id")).toString(), ServiceLink::instance()->sessionId().toString());

@@ -1,5 +1,7 @@
 #include "enginetestpeer.h"
 
+#include <algorithm>
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 
@@ -140,6 +142,22 @@ void EngineTestPeer::onCommandV2(const QUuid& commandId, Handler handler)
 void EngineTestPeer::onCommandV2(const QUuid& commandId, const Answer& answer)
 {
     onCommandV2(commandId, [answer](const QJsonObject&) { return answer; });
+}
+
+QJsonObject EngineTestPeer::lastRequest(const QString& command) const
+{
+    for (auto it = m_requests.crbegin(); it != m_requests.crend(); ++it) {
+        if (it->value(QStringLiteral("command")).toString() == command)
+            return *it;
+    }
+    return {};
+}
+
+int EngineTestPeer::requestCount(const QString& command) const
+{
+    return int(std::count_if(m_requests.cbegin(), m_requests.cend(), [&command](const QJsonObject& request) {
+        return request.value(QStringLiteral("command")).toString() == command;
+    }));
 }
 
 bool EngineTestPeer::waitForRequests(int count, int timeoutMs)

@@ -75,6 +75,11 @@ public:
     // Every request frame received, V1 and V2, in order.
     QList<QJsonObject> requests() const { return m_requests; }
     QJsonObject lastRequest() const { return m_requests.value(m_requests.size() - 1); }
+    // The newest V1 request of that name, empty if none came. Prefer it to
+    // lastRequest() wherever the library may send something else meanwhile
+    // (a summary refresh after a state change, say).
+    QJsonObject lastRequest(const QString& command) const;
+    int requestCount(const QString& command) const;
     bool waitForRequests(int count, int timeoutMs = 5000);
 
     // Pushes to every connected client.
