@@ -7,7 +7,6 @@
 #include <QJsonDocument>
 #include <QLabel>
 #include <QMessageBox>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QSslCertificate>
 #include <QTimer>
@@ -36,6 +35,7 @@
 #include "service/manager.h"
 #include "sslcertmaketrustdialog.h"
 #include "storage/storageconnectionsmodel.h"
+#include "widgets/progresswheel.h"
 
 namespace NVB::GUI::Settings {
 
@@ -114,11 +114,7 @@ Storages::Add::Add(NVL::Cloud::Type type, QWidget* parent)
     layout->addStretch(1);
 
     auto* bottom = new QHBoxLayout;
-    m_wheel = new QProgressBar(this);
-    m_wheel->setRange(0, 0);
-    m_wheel->setTextVisible(false);
-    m_wheel->setFixedSize(64, 12);
-    m_wheel->setVisible(false);
+    m_wheel = new ProgressWheel(this);
     bottom->addWidget(m_wheel);
     bottom->addStretch(1);
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -463,7 +459,7 @@ void Storages::Add::process(bool on)
 {
     if (on)
         onClearErrorMessage();
-    m_wheel->setVisible(on);
+    m_wheel->animate(on);
 }
 
 void Storages::Add::lockWidgetsAfterError(bool locked)

@@ -14,7 +14,6 @@
 class QDialogButtonBox;
 class QLabel;
 class QLayout;
-class QProgressBar;
 class QPushButton;
 class QVBoxLayout;
 
@@ -27,6 +26,10 @@ class ListContainers;
 
 namespace NVB::Operation {
 class GetPrefixOperation;
+}
+
+namespace NVB::GUI {
+class ProgressWheel;
 }
 
 namespace NVB::GUI::Settings {
@@ -128,7 +131,7 @@ private:
     QVBoxLayout* m_providerPlace = nullptr;
     QPushButton* m_advanced = nullptr;
     QLabel* m_message = nullptr;
-    QProgressBar* m_wheel = nullptr;
+    ProgressWheel* m_wheel = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
     bool m_okWasEnabled = false;
     bool m_locked = false;

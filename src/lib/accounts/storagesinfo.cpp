@@ -12,6 +12,7 @@
 #include "selectmns.h"
 #include "selectstandalon.h"
 #include "storage/storageconnectionsmodel.h"
+#include "widgets/elidedlabel.h"
 
 namespace NVB::GUI::Settings {
 
@@ -60,9 +61,9 @@ void Storages::Info::addField(const QString& label, const QString& key, Formatte
             return;
     }
     auto* name = new QLabel(label, this);
-    auto* value = new QLabel(this);
-    value->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    value->setMinimumWidth(120);
+    auto* value = new ElidedLabel(this);
+    // Paths and addresses say most at both ends.
+    value->setElideMode(Qt::ElideMiddle);
     m_form->addRow(name, value);
     m_fields.append({key, name, value, formatter});
 }
@@ -94,7 +95,6 @@ void Storages::Info::updateItem(const QModelIndex& index)
         const QVariant value = record.value(field.key).toVariant();
         const QString text = field.formatter ? field.formatter(value) : value.toString();
         field.value->setText(text);
-        field.value->setToolTip(text);
     }
 }
 

@@ -10,6 +10,10 @@
 class QFormLayout;
 class QLabel;
 
+namespace NVB::GUI {
+class ElidedLabel;
+}
+
 namespace NVB::GUI::Settings {
 
 // The read-only view of one saved account: the provider's icon and name, the
@@ -45,7 +49,7 @@ private:
     {
         QString key;
         QLabel* label;
-        QLabel* value;
+        ElidedLabel* value;
         Formatter formatter;
     };
 

@@ -3,13 +3,13 @@
 #include <QAbstractItemModel>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QProgressBar>
 
 #include "core/nvldebug.h"
 #include "models/basemodel.h"
 #include "models/modelmanager.h"
 #include "models/models.h"
+#include "widgets/elidedlabel.h"
+#include "widgets/progresswheel.h"
 
 namespace NVB::GUI::Settings {
 
@@ -26,12 +26,10 @@ Storages::UpdateWatcher::UpdateWatcher(const QUuid& id, Type type, QWidget* pare
     setWindowTitle(title);
     setModal(true);
     auto* layout = new QHBoxLayout(this);
-    auto* wheel = new QProgressBar(this);
-    wheel->setRange(0, 0);
-    wheel->setTextVisible(false);
-    wheel->setFixedSize(64, 12);
+    auto* wheel = new ProgressWheel(this);
+    wheel->startAnimate();
     layout->addWidget(wheel);
-    auto* label = new QLabel(title, this);
+    auto* label = new ElidedLabel(title, this);
     label->setMinimumWidth(180);
     layout->addWidget(label, 1);
 

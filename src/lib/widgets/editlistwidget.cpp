@@ -46,7 +46,10 @@ EditListWidget::EditListWidget(bool readOnly, QWidget* parent)
 
     connect(m_add, &QToolButton::clicked, this, &EditListWidget::addItem);
     connect(m_remove, &QToolButton::clicked, this, &EditListWidget::onRemoveClicked);
-    connect(m_view, &QListView::doubleClicked, this, &EditListWidget::editItem);
+    connect(m_view, &QListView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (!m_readOnly && index.isValid())
+            emit editItem(index);
+    });
 }
 
 void EditListWidget::setModel(QAbstractItemModel* model, int column)
@@ -74,7 +77,13 @@ QModelIndex EditListWidget::currentIndex() const
 
 void EditListWidget::setCurrentIndex(const QModelIndex& index)
 {
-    m_view->setCurrentIndex(index);
+    if (index.isValid()) {
+        m_view->setCurrentIndex(index);
+    } else if (QItemSelectionModel* selection = m_view->selectionModel()) {
+        // No row is current: nothing may stay highlighted either.
+        selection->clearCurrentIndex();
+        selection->clearSelection();
+    }
     updateButtons();
 }
 
@@ -107,9 +116,14 @@ void EditListWidget::onModelReset()
     emit currentItem(currentIndex());
 }
 
+bool EditListWidget::canRemove(const QModelIndex& index) const
+{
+    return index.isValid();
+}
+
 void EditListWidget::updateButtons()
 {
-    m_remove->setEnabled(!m_readOnly && currentIndex().isValid());
+    m_remove->setEnabled(!m_readOnly && canRemove(currentIndex()));
 }
 
 } // namespace NVB::GUI

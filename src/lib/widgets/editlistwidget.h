@@ -38,14 +38,17 @@ signals:
     void editItem(const QModelIndex& index);
     void currentItem(const QModelIndex& index);
 
+protected:
+    // Whether the remove button may offer this row; any row by default.
+    virtual bool canRemove(const QModelIndex& index) const;
+    void updateButtons();
+
 private slots:
     void onCurrentChanged(const QModelIndex& current);
     void onRemoveClicked();
     void onModelReset();
 
 private:
-    void updateButtons();
-
     bool m_readOnly;
     QListView* m_view;
     QToolButton* m_add;

@@ -8,7 +8,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QSet>
 #include <QTimer>
@@ -18,6 +17,7 @@
 #include "accounts/storagesadd.h"
 #include "app/application.h"
 #include "prefixvalidator.h"
+#include "widgets/progresswheel.h"
 
 namespace NVB::GUI::Settings::Account {
 
@@ -86,11 +86,7 @@ void Advanced::build(const QString& prefix, const QStringList& items, bool prefi
     m_layout->addWidget(note);
 
     auto* bottom = new QHBoxLayout;
-    m_wheel = new QProgressBar(this);
-    m_wheel->setRange(0, 0);
-    m_wheel->setTextVisible(false);
-    m_wheel->setFixedSize(64, 12);
-    m_wheel->hide();
+    m_wheel = new ProgressWheel(this);
     bottom->addWidget(m_wheel);
     bottom->addStretch(1);
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -221,9 +217,9 @@ void Advanced::process(bool on)
         m_buttons->button(QDialogButtonBox::Ok)->setEnabled(false);
         m_buttons->button(QDialogButtonBox::Cancel)->setEnabled(true);
         m_buttons->button(QDialogButtonBox::Cancel)->setCursor(Qt::ArrowCursor);
-        m_wheel->show();
+        m_wheel->startAnimate();
     } else {
-        m_wheel->hide();
+        m_wheel->stopAnimate();
         for (QWidget* child : children) {
             if (!child->isWindow())
                 child->setEnabled(true);

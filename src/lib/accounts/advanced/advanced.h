@@ -9,8 +9,11 @@
 class QComboBox;
 class QDialogButtonBox;
 class QHBoxLayout;
-class QProgressBar;
 class QVBoxLayout;
+
+namespace NVB::GUI {
+class ProgressWheel;
+}
 
 namespace NVB::GUI::Settings::Account {
 
@@ -57,7 +60,7 @@ private:
     QComboBox* m_prefix = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
     QVBoxLayout* m_layout = nullptr;
-    QProgressBar* m_wheel = nullptr;
+    ProgressWheel* m_wheel = nullptr;
     QPointer<Storages::Add> m_dialog;
     QStringList m_loaded;
     bool m_prefixesRequested = false;
