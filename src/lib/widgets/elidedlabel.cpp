@@ -24,6 +24,7 @@ void ElidedLabel::setText(const QString& text)
     updateGeometry();
     updateToolTip();
     update();
+    emit textChanged(m_text);
 }
 
 void ElidedLabel::setElideMode(Qt::TextElideMode mode)

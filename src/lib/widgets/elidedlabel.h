@@ -10,7 +10,7 @@ namespace NVB::GUI {
 class ElidedLabel : public QFrame
 {
     Q_OBJECT
-    Q_PROPERTY(QString text READ text WRITE setText)
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
 public:
     explicit ElidedLabel(QWidget* parent = nullptr);
     explicit ElidedLabel(const QString& text, QWidget* parent = nullptr);
@@ -27,6 +27,9 @@ public:
 
 public slots:
     void setText(const QString& text);
+
+signals:
+    void textChanged(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -28,8 +28,20 @@ namespace {
 const QString VolumesPrefix = QStringLiteral("/NVB_VOLUMES");
 const QString SharesPrefix = QStringLiteral("/NVB_SHARES");
 
-QMutex g_mountTableLock;
-QString g_mountTable = QStringLiteral("/proc/self/mountinfo");
+const QString DefaultMountTable = QStringLiteral("/proc/self/mountinfo");
+
+// Made on first use, so that no lock exists before main() or after exit().
+struct MountTableSetting
+{
+    QMutex lock;
+    QString file = DefaultMountTable;
+};
+
+MountTableSetting& mountTableSetting()
+{
+    static MountTableSetting setting;
+    return setting;
+}
 
 // Kernel and memory file systems: nothing on them is worth a backup.
 bool isPseudoFileSystem(const QString& type)
@@ -160,20 +172,23 @@ FileSystemListing::FileSystemListing() = default;
 
 void FileSystemListing::setMountTable(const QString& file)
 {
-    QMutexLocker locker(&g_mountTableLock);
-    g_mountTable = file.isEmpty() ? QStringLiteral("/proc/self/mountinfo") : file;
+    MountTableSetting& setting = mountTableSetting();
+    QMutexLocker locker(&setting.lock);
+    setting.file = file.isEmpty() ? DefaultMountTable : file;
 }
 
 QString FileSystemListing::mountTable()
 {
-    QMutexLocker locker(&g_mountTableLock);
-    return g_mountTable;
+    MountTableSetting& setting = mountTableSetting();
+    QMutexLocker locker(&setting.lock);
+    return setting.file;
 }
 
 QList<FileSystemListing::Volume> FileSystemListing::volumesFromMountInfo(const QByteArray& mountInfo)
 {
     QList<Volume> volumes;
-    for (const QByteArray& line : mountInfo.split('\n')) {
+    const QList<QByteArray> lines = mountInfo.split('\n');
+    for (const QByteArray& line : lines) {
         const QList<QByteArray> fields = line.simplified().split(' ');
         // id parent major:minor root mount-point options [optional...] - type source super-options
         const int separator = fields.indexOf("-");

@@ -1,3 +1,4 @@
+#include <QSignalSpy>
 #include <QTest>
 
 #include "testmain.h"
@@ -73,8 +74,12 @@ void TestElidedLabel::shouldShowWholeTextAsToolTipWhileElided()
 void TestElidedLabel::shouldAskForTheWholeTextsWidth()
 {
     ElidedLabel label(QStringLiteral("Short"));
+    QSignalSpy changed(&label, &ElidedLabel::textChanged);
     const int shortWidth = label.sizeHint().width();
     label.setText(QStringLiteral("Short and then much longer"));
+    label.setText(QStringLiteral("Short and then much longer"));
+    // Bindings to the text property hear of a change once, not of a repeat.
+    QCOMPARE(changed.count(), 1);
     QVERIFY(label.sizeHint().width() > shortWidth);
     QVERIFY(label.minimumSizeHint().width() < label.sizeHint().width());
 }
