@@ -201,7 +201,8 @@ QStringList Engine::usedShares()
         const auto* plan = dynamic_cast<const NVB::Info::Plan::BackupFile*>(record.data());
         if (!plan)
             continue;
-        for (const QString& item : plan->items()) {
+        const QStringList items = plan->items();
+        for (const QString& item : items) {
             if (!item.startsWith(SharesRoot))
                 continue;
             // "/NVB_SHARES/server/share/..." names the share "server/share".

@@ -39,7 +39,8 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
 {
     m_progress = progress;
     m_clock.start();
-    for (const QString& root : m_selection.roots()) {
+    const QStringList roots = m_selection.roots();
+    for (const QString& root : roots) {
         if (stop)
             break;
         struct stat info{};

@@ -568,7 +568,7 @@ QList<RunRecord> EngineStore::runs(const HistoryQuery& query)
                         + historyFilter(query, "start_utc", "plan_name", &values);
     QSqlQuery q(QSqlDatabase::database(m_connectionName, false));
     q.prepare(sql);
-    for (const QVariant& value : values)
+    for (const QVariant& value : qAsConst(values))
         q.addBindValue(value);
     if (!q.exec()) {
         fail(q.lastError().text());
@@ -600,7 +600,7 @@ QList<RunFileRecord> EngineStore::runFiles(const HistoryQuery& query)
                         + historyFilter(query, "finish_utc", "file", &values);
     QSqlQuery q(QSqlDatabase::database(m_connectionName, false));
     q.prepare(sql);
-    for (const QVariant& value : values)
+    for (const QVariant& value : qAsConst(values))
         q.addBindValue(value);
     if (!q.exec()) {
         fail(q.lastError().text());

@@ -76,7 +76,8 @@ void GetPrefixOperation::onListingFinished()
         return;
     }
     const QString& start = m_rootPrefix;
-    for (const QJsonValue& value : listing->data()) {
+    const QJsonArray objects = listing->data();
+    for (const QJsonValue& value : objects) {
         const NVL::Cloud::Api::ListingObject object(value.toObject());
         // Only folders right at the root: "NVB_name", not "sub/NVB_name".
         if (!object.isFolder() || !object.name().startsWith(start) || object.name().contains(QLatin1Char('/')))

@@ -53,7 +53,7 @@ BackupPlanEditWizard::BackupPlanEditWizard(bool isArchive, QWidget* parent)
     order << PageSummaryId << PageSourceId << PageAdvancedFilterId << PageRetentionPolicyId
           << PageCompressionEndEncryptionId << PageConsistencyCheckId;
 
-    for (int id : order) {
+    for (int id : qAsConst(order)) {
         if (QWizardPage* created = createPage(id))
             setPage(id, created);
         // A single account of the managed edition needs no choice: the flow

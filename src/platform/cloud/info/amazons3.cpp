@@ -40,7 +40,7 @@ QMap<QString, QPair<QString, QString>> AmazonS3::regions() const
             {QStringLiteral("af-south-1"), QStringLiteral("Africa (Cape Town)")}};
     }
     QMap<QString, QPair<QString, QString>> regions;
-    for (const auto& region : list)
+    for (const auto& region : qAsConst(list))
         regions.insert(region.first, qMakePair(region.second, QStringLiteral("s3.%1.%2").arg(region.first, domain)));
     return regions;
 }
