@@ -151,30 +151,9 @@ private slots:
     void shouldDropOperationOnCancel();
 
 private:
-    int count(const QString& name) const;
-    QJsonObject last(const QString& name) const;
-
     EngineTestPeer* m_peer = nullptr;
     QString m_pem;
 };
-
-int TestStoragesAdd::count(const QString& name) const
-{
-    int result = 0;
-    for (const QJsonObject& request : m_peer->requests())
-        result += request.value(QStringLiteral("command")).toString() == name ? 1 : 0;
-    return result;
-}
-
-QJsonObject TestStoragesAdd::last(const QString& name) const
-{
-    QJsonObject found;
-    for (const QJsonObject& request : m_peer->requests()) {
-        if (request.value(QStringLiteral("command")).toString() == name)
-            found = request.value(QStringLiteral("params")).toObject();
-    }
-    return found;
-}
 
 void TestStoragesAdd::initTestCase()
 {
@@ -286,7 +265,7 @@ void TestStoragesAdd::shouldShowOperationErrorInRed()
 
 void TestStoragesAdd::shouldAskTrustAndListAgainForUntrustedCertificate()
 {
-    const int appends = count(QLatin1String(System::AppendToSslStorage::Name));
+    const int appends = m_peer->requestCount(QLatin1String(System::AppendToSslStorage::Name));
     Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://127.0.0.1:9443"));
     dialog.show();
     QString shownIssuer;
@@ -296,10 +275,14 @@ void TestStoragesAdd::shouldAskTrustAndListAgainForUntrustedCertificate()
         trust->trustButton()->click();
     });
     dialog.runFailing(5, QStringLiteral("certificate not trusted"));
-    QTRY_COMPARE(count(QLatin1String(System::AppendToSslStorage::Name)), appends + 1);
-    QCOMPARE(last(QLatin1String(System::GetPeerSslCertificate::Name)).value(QStringLiteral("endpoint")).toString(),
+    QTRY_COMPARE(m_peer->requestCount(QLatin1String(System::AppendToSslStorage::Name)), appends + 1);
+    QCOMPARE(m_peer->lastParams(QLatin1String(System::GetPeerSslCertificate::Name))
+                 .value(QStringLiteral("endpoint"))
+                 .toString(),
         QStringLiteral("https://127.0.0.1:9443"));
-    QCOMPARE(last(QLatin1String(System::AppendToSslStorage::Name)).value(QStringLiteral("pem")).toString(), m_pem);
+    QCOMPARE(
+        m_peer->lastParams(QLatin1String(System::AppendToSslStorage::Name)).value(QStringLiteral("pem")).toString(),
+        m_pem);
     QVERIFY(shownIssuer.contains(QStringLiteral("nvb-test-server")));
     // The listing runs again with the certificate trusted; this provider
     // then answers with its own error.
@@ -309,8 +292,8 @@ void TestStoragesAdd::shouldAskTrustAndListAgainForUntrustedCertificate()
 
 void TestStoragesAdd::shouldStopWhenTrustIsRefused()
 {
-    const int appends = count(QLatin1String(System::AppendToSslStorage::Name));
-    const int fetches = count(QLatin1String(System::GetPeerSslCertificate::Name));
+    const int appends = m_peer->requestCount(QLatin1String(System::AppendToSslStorage::Name));
+    const int fetches = m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name));
     Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://127.0.0.1:9443"));
     dialog.show();
     bool asked = false;
@@ -322,8 +305,8 @@ void TestStoragesAdd::shouldStopWhenTrustIsRefused()
     QTRY_VERIFY(asked);
     QTRY_VERIFY(dialog.advancedButton()->isEnabled());
     QTest::qWait(100);
-    QCOMPARE(count(QLatin1String(System::GetPeerSslCertificate::Name)), fetches + 1);
-    QCOMPARE(count(QLatin1String(System::AppendToSslStorage::Name)), appends);
+    QCOMPARE(m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name)), fetches + 1);
+    QCOMPARE(m_peer->requestCount(QLatin1String(System::AppendToSslStorage::Name)), appends);
     QVERIFY(!dialog.okButton()->isEnabled());
     QVERIFY(!dialog.operation());
 }
@@ -333,11 +316,12 @@ void TestStoragesAdd::shouldAskForDefaultEndpointWhenNoneIsTyped()
     Probe dialog(NVL::Cloud::Type::AzureBlob);
     dialog.show();
     whenModal<Account::SslCertMakeTrustDialog>([](Account::SslCertMakeTrustDialog* trust) { trust->reject(); });
-    const int fetches = count(QLatin1String(System::GetPeerSslCertificate::Name));
+    const int fetches = m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name));
     dialog.runFailing(5, QStringLiteral("certificate not trusted"));
-    QTRY_COMPARE(count(QLatin1String(System::GetPeerSslCertificate::Name)), fetches + 1);
-    const QString endpoint
-        = last(QLatin1String(System::GetPeerSslCertificate::Name)).value(QStringLiteral("endpoint")).toString();
+    QTRY_COMPARE(m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name)), fetches + 1);
+    const QString endpoint = m_peer->lastParams(QLatin1String(System::GetPeerSslCertificate::Name))
+                                 .value(QStringLiteral("endpoint"))
+                                 .toString();
     QVERIFY2(endpoint.contains(QStringLiteral("windows.net")) || !endpoint.isEmpty(), qPrintable(endpoint));
     QTRY_VERIFY(dialog.advancedButton()->isEnabled());
 }
@@ -371,7 +355,7 @@ void TestStoragesAdd::shouldSendTheRecordAndCloseOnSuccess()
     QVERIFY(dialog.save({{QStringLiteral("Address"), QStringLiteral("nas")}}, QStringLiteral("My NAS"), error));
     QVERIFY(done.wait(5000));
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    const QJsonObject params = last(QLatin1String(Storage::SaveStorage::Name));
+    const QJsonObject params = m_peer->lastParams(QLatin1String(Storage::SaveStorage::Name));
     QCOMPARE(QUuid(params.value(QStringLiteral("ID")).toString()), dialog.id());
     QCOMPARE(params.value(QStringLiteral("displayName")).toString(), QStringLiteral("My NAS"));
     QCOMPARE(params.value(QStringLiteral("prefix")).toString(), QStringLiteral("office"));

@@ -133,12 +133,8 @@ void TestPlanEditWait::shouldStartPlanOnceWhenTableReportsTwice()
             // The table's refreshes of the summary may come before or after
             // the start; answer the start itself.
             QTRY_COMPARE(m_peer->requestCount(QStringLiteral("PlanExecuteStart")), starts + 1);
-            QJsonObject start;
-            for (const QJsonObject& request : m_peer->requests()) {
-                if (request.value(QStringLiteral("command")).toString() == QLatin1String("PlanExecuteStart"))
-                    start = request;
-            }
-            m_peer->sendFrame(NVB::Common::Communication::Envelope::reply(start, {}));
+            m_peer->sendFrame(NVB::Common::Communication::Envelope::reply(
+                m_peer->lastRequest(QStringLiteral("PlanExecuteStart")), {}));
         });
     });
     QVERIFY(ended);

@@ -104,8 +104,7 @@ void TestPlanTableModel::shouldFillFromPlanList()
     QCOMPARE(m_model->index(1, Column::Name).data().toString(), QStringLiteral("Photos back"));
     QCOMPARE(m_model->index(1, Column::SubType).data().toInt(), 2);
     QCOMPARE(m_model->index(0, Column::LastUploadedSize).data().toLongLong(), 4096);
-    const QJsonObject params
-        = m_peer->lastRequest(QStringLiteral("PlanGetList")).value(QStringLiteral("params")).toObject();
+    const QJsonObject params = m_peer->lastParams(QStringLiteral("PlanGetList"));
     QCOMPARE(params.value(QStringLiteral("profile")).toString(), QString::fromLocal8Bit(qgetenv("USER")));
 }
 

@@ -83,8 +83,7 @@ void TestPlanXmlList::shouldLoadXmlOnRequest()
     QSignalSpy begin(PlanXmlList::instance(), &PlanXmlList::beginLoad);
     load(id, planXml(id, QStringLiteral("Documents")));
     QCOMPARE(begin.count(), 1);
-    const QJsonObject params
-        = m_peer->lastRequest(QStringLiteral("PlanGetXML")).value(QStringLiteral("params")).toObject();
+    const QJsonObject params = m_peer->lastParams(QStringLiteral("PlanGetXML"));
     QCOMPARE(QUuid(params.value(QStringLiteral("ID")).toString()), id);
     QCOMPARE(params.value(QStringLiteral("profile")).toString(), QString::fromLocal8Bit(qgetenv("USER")));
     QVERIFY(PlanXmlList::instance()->containts(id));

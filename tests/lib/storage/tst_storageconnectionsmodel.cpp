@@ -42,7 +42,6 @@ private slots:
 private:
     static QJsonObject row(const QUuid& id, const QString& name, int type, const QJsonObject& details = {});
     bool load(StorageConnectionsModel& model);
-    int requestsNamed(const QString& name) const;
     void scriptConnections();
 
     EngineTestPeer* m_peer = nullptr;
@@ -58,14 +57,6 @@ QJsonObject TestStorageConnectionsModel::row(const QUuid& id, const QString& nam
         {QStringLiteral("PrefixArray"), QJsonArray {QStringLiteral("office"), QStringLiteral("laptop")}},
         {QStringLiteral("Type"), type}, {QStringLiteral("SpaceLimit"), 0}, {QStringLiteral("SpaceUsed"), 1024.0},
         {QStringLiteral("DetailParams"), details}, {QStringLiteral("SyncStatus"), false}};
-}
-
-int TestStorageConnectionsModel::requestsNamed(const QString& name) const
-{
-    int count = 0;
-    for (const QJsonObject& request : m_peer->requests())
-        count += request.value(QStringLiteral("command")).toString() == name ? 1 : 0;
-    return count;
 }
 
 void TestStorageConnectionsModel::initTestCase()
@@ -174,11 +165,11 @@ void TestStorageConnectionsModel::shouldRetryWhenEngineNeedsRetry()
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(model.retryInterval(), 60000);
     model.setRetryInterval(20);
-    const int before = requestsNamed(QLatin1String(Storage::GetConnection::Name));
+    const int before = m_peer->requestCount(QLatin1String(Storage::GetConnection::Name));
     QSignalSpy done(&model, &StorageConnectionsModel::complite);
     QVERIFY(model.init());
     QVERIFY(done.wait(5000));
-    QCOMPARE(requestsNamed(QLatin1String(Storage::GetConnection::Name)) - before, 3);
+    QCOMPARE(m_peer->requestCount(QLatin1String(Storage::GetConnection::Name)) - before, 3);
     QCOMPARE(model.rowCount(), 1);
 }
 

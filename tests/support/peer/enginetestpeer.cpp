@@ -153,6 +153,11 @@ QJsonObject EngineTestPeer::lastRequest(const QString& command) const
     return {};
 }
 
+QJsonObject EngineTestPeer::lastParams(const QString& command) const
+{
+    return lastRequest(command).value(QStringLiteral("params")).toObject();
+}
+
 int EngineTestPeer::requestCount(const QString& command) const
 {
     return int(std::count_if(m_requests.cbegin(), m_requests.cend(), [&command](const QJsonObject& request) {

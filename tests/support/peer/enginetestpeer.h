@@ -79,6 +79,8 @@ public:
     // lastRequest() wherever the library may send something else meanwhile
     // (a summary refresh after a state change, say).
     QJsonObject lastRequest(const QString& command) const;
+    // The parameters of that request.
+    QJsonObject lastParams(const QString& command) const;
     int requestCount(const QString& command) const;
     bool waitForRequests(int count, int timeoutMs = 5000);
 
