@@ -3,10 +3,12 @@
 
 #include <QJsonObject>
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QtTest>
 
 #include "store/enginestore.h"
+#include "store/storemigrations.h"
 #include "testmain.h"
 
 using namespace NVB::Engine;
@@ -205,6 +207,78 @@ private slots:
         QCOMPARE(store.runs(HistoryQuery{}).first().result, 5);
         QCOMPARE(store.plan(plan.id)->status, 2);
         QCOMPARE(store.closeInterruptedRuns(1, 5, 2), 0);
+    }
+
+    void shouldBringAFirstVersionStoreUpToDate()
+    {
+        // A store as the first engine left it: schema 1 with a restore point.
+        const QString file = path("v1.db");
+        const QUuid connection = QUuid::createUuid();
+        const QUuid bunch = QUuid::createUuid();
+        const QUuid generation = QUuid::createUuid();
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("v1"));
+            db.setDatabaseName(file);
+            QVERIFY(db.open());
+            QSqlQuery q(db);
+            for (const QString& statement : StoreMigrations::all().first().statements)
+                QVERIFY2(q.exec(statement), qPrintable(q.lastError().text()));
+            QVERIFY(q.exec(QStringLiteral("INSERT INTO generations(id, bunch_id, connection_id) VALUES('%1','%2','%3')")
+                               .arg(generation.toString(), bunch.toString(), connection.toString())));
+            QVERIFY(q.exec(QStringLiteral("INSERT INTO restore_points(connection_id, bunch_id, generation_id, sequence, "
+                                          "start_utc, backup_type, type, status) "
+                                          "VALUES('%1','%2','%3',1,'2026-01-01T00:00:00.000Z',0,2,0)")
+                               .arg(connection.toString(), bunch.toString(), generation.toString())));
+            QVERIFY(q.exec(QStringLiteral("INSERT INTO contents(restore_point, path, parent, name, type, size, object) "
+                                          "VALUES(1,'/a','/','a',2,3,'NVB_x/a')")));
+            QVERIFY(q.exec(QStringLiteral("PRAGMA user_version=1")));
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("v1"));
+
+        EngineStore store;
+        QVERIFY2(store.open(file), qPrintable(store.lastError()));
+        QCOMPARE(store.database().userVersion(), StoreMigrations::latestVersion());
+        QVERIFY(StoreMigrations::latestVersion() > 1);
+        const auto old = store.content(1);
+        QCOMPARE(old.size(), 1);
+        QCOMPARE(old.first().object, QStringLiteral("NVB_x/a"));
+        QVERIFY(old.first().checksum.isEmpty());
+        QCOMPARE(old.first().modifiedNs, 0);
+
+        // New points keep what change detection and verification need, and
+        // the last recorded point is the latest even when the clock went
+        // back between the two runs.
+        StoredPlan plan = samplePlan(QStringLiteral("Migrated"));
+        plan.storageId = connection;
+        QVERIFY(store.savePlan(plan));
+        RunRecord run = startedRun(plan, QDateTime(QDate(2025, 6, 1), QTime(9, 0), Qt::UTC));
+        run.id = *store.beginRun(run);
+        StoredBunch bunchRecord{connection, bunch, plan.name, 0, plan.xml};
+        StoredRestorePoint point;
+        point.connectionId = connection;
+        point.bunchId = bunch;
+        point.generationId = generation;
+        point.sequenceNumber = 2;
+        point.startUtc = run.startUtc;
+        StoredContent file2;
+        file2.path = QStringLiteral("/a");
+        file2.size = 4;
+        file2.object = QStringLiteral("NVB_x/2/a");
+        file2.checksum = QByteArray(32, '\x5a');
+        file2.modifiedNs = 1700000000123456789;
+        file2.changedNs = 1700000001987654321;
+        file2.inode = 424242;
+        qint64 row = 0;
+        QVERIFY2(store.finishRun(run, {}, plan, &bunchRecord, &point, {file2}, &row), qPrintable(store.lastError()));
+        QVERIFY(row > 1);
+        QCOMPARE(store.latestRestorePoint(connection, bunch)->rowId, row);
+        const StoredContent back = store.content(row).first();
+        QCOMPARE(back.checksum, file2.checksum);
+        QCOMPARE(back.modifiedNs, file2.modifiedNs);
+        QCOMPARE(back.changedNs, file2.changedNs);
+        QCOMPARE(back.inode, file2.inode);
+        QCOMPARE(store.restorePoints(connection, bunch).last().rowId, row);
     }
 
     void shouldRefuseStoreOfNewerEngine()

@@ -4,11 +4,15 @@
 #include <optional>
 
 #include <QList>
-#include <QSqlDatabase>
 #include <QString>
 #include <QUuid>
 
+#include "accountstore.h"
 #include "historyquery.h"
+#include "planstore.h"
+#include "repositorystore.h"
+#include "runstore.h"
+#include "storedatabase.h"
 #include "runfilerecord.h"
 #include "runrecord.h"
 #include "storedaccount.h"
@@ -22,7 +26,9 @@ namespace NVB::Engine {
 
 // The engine's embedded store: SQLite in WAL mode, every change in one
 // transaction, so that a crash loses at most the change in flight and never
-// leaves half of one. Used from the engine's main thread only.
+// leaves half of one. One connection, used from the thread that opened it;
+// the tables are kept by a class per family (plans(), accounts(), history(),
+// repository()) and this class answers for all of them in one place.
 //
 // Every call that can fail answers false (or an empty optional) and leaves
 // the reason in lastError().
@@ -36,8 +42,14 @@ public:
 
     bool open(const QString& filePath);
     void close();
-    QString lastError() const { return m_lastError; }
-    QString filePath() const { return m_filePath; }
+    QString lastError() const { return m_db.lastError(); }
+    QString filePath() const { return m_db.filePath(); }
+
+    StoreDatabase& database() { return m_db; }
+    PlanStore& planStore() { return m_plans; }
+    AccountStore& accountStore() { return m_accounts; }
+    RunStore& runStore() { return m_runs; }
+    RepositoryStore& repositoryStore() { return m_repository; }
 
     // Plans
     bool savePlan(const StoredPlan& plan);
@@ -61,7 +73,8 @@ public:
     // Closes the run, stores its files, updates the plan's summary and, when
     // given, records the restore point with its content: all or nothing.
     bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
-                   const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content);
+                   const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content,
+                   qint64* pointRowId = nullptr);
     // Marks runs left "running" by a previous engine as interrupted, and
     // every plan idle; answers how many runs there were.
     int closeInterruptedRuns(int runningResult, int interruptedResult, int idleStatus);
@@ -87,17 +100,11 @@ public:
     bool removeGeneration(const QUuid& generationId);
 
 private:
-    bool migrate();
-    bool exec(const QString& statement);
-    // Deletes the row of `table` with the id; `missing` (with %1 for the id)
-    // is the error when there is none.
-    bool deleteById(const QString& table, const QUuid& id, const QString& what, const QString& missing);
-    bool transaction(const std::function<bool()>& work);
-    bool fail(const QString& message);
-
-    QString m_connectionName;
-    QString m_filePath;
-    QString m_lastError;
+    StoreDatabase m_db;
+    PlanStore m_plans{m_db};
+    AccountStore m_accounts{m_db};
+    RunStore m_runs{m_db};
+    RepositoryStore m_repository{m_db};
 };
 
 } // namespace NVB::Engine

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QString>
 
@@ -19,6 +20,15 @@ struct StoredContent
     // Path of the data below the account's folder; a file that did not change
     // keeps the object of the run that copied it.
     QString object;
+    // SHA-256 of the data, taken while it was copied; empty for copies an
+    // older engine made.
+    QByteArray checksum;
+    // What change detection compares: a file is copied again unless its
+    // size, modification time to the nanosecond, inode change time and inode
+    // all match the previous restore point's.
+    qint64 modifiedNs = 0;
+    qint64 changedNs = 0;
+    quint64 inode = 0;
 
     QString parentPath() const;
     QString name() const;

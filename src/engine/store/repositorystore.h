@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+
+#include <QDateTime>
+#include <QList>
+#include <QUuid>
+
+#include "storedbunch.h"
+#include "storedcontent.h"
+#include "storedgeneration.h"
+#include "storedrestorepoint.h"
+
+namespace NVB::Engine {
+
+class StoreDatabase;
+
+// The repository: `bunches`, `generations`, `restore_points` and their
+// `contents`.
+class RepositoryStore
+{
+public:
+    explicit RepositoryStore(StoreDatabase& database);
+
+    QList<StoredBunch> bunches(const QUuid& connectionId);
+    std::optional<StoredBunch> bunch(const QUuid& connectionId, const QUuid& bunchId);
+    QList<StoredGeneration> generations(const QUuid& connectionId, const QUuid& bunchId);
+    std::optional<StoredGeneration> generation(const QUuid& generationId);
+    QList<StoredRestorePoint> restorePoints(const QUuid& connectionId, const QUuid& bunchId,
+                                            const QUuid& generationId = QUuid());
+    // The last restore point recorded, by the order of recording: a clock
+    // set backwards cannot make an older point look newer.
+    std::optional<StoredRestorePoint> latestRestorePoint(const QUuid& connectionId, const QUuid& bunchId);
+    // The restore point a restore asks for: the newest started at or before
+    // `startUtc`, or with an invalid time the last recorded.
+    std::optional<StoredRestorePoint> restorePointAt(const QUuid& connectionId, const QUuid& bunchId,
+                                                     const QDateTime& startUtc);
+    QList<StoredContent> content(qint64 restorePointRowId);
+    // The children of `parent` in a restore point, a page at a time.
+    QList<StoredContent> contentChildren(qint64 restorePointRowId, const QString& parent, int offset, int limit);
+    bool removeBunch(const QUuid& connectionId, const QUuid& bunchId);
+    bool removeGeneration(const QUuid& generationId);
+
+    // Inside a caller's transaction: the bunch, the generation's figures,
+    // the restore point and its content. Answers the point's row, 0 on error.
+    qint64 insertRestorePoint(const StoredBunch& bunch, const StoredRestorePoint& point,
+                              const QList<StoredContent>& content);
+
+private:
+    StoreDatabase& m_db;
+};
+
+} // namespace NVB::Engine
