@@ -1,3 +1,7 @@
+#include <unistd.h>
+
+#include <functional>
+
 #include <QJsonArray>
 #include <QSignalSpy>
 #include <QtTest>
@@ -69,18 +73,34 @@ private:
         return count;
     }
 
-    QUuid savePlan(const QString& name, const QStringList& items)
+    QUuid savePlan(const QString& name, const QStringList& items,
+                   const std::function<void(NVB::Info::Plan::BackupFile&)>& tweak = {})
     {
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
         plan.setName(name);
         plan.setStorage(m_account);
         plan.setItems(items);
+        plan.setUseCompression(false);
+        if (tweak)
+            tweak(plan);
         const auto reply = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
                                             {{QStringLiteral("ID"), plan.id().toString()},
                                              {QStringLiteral("planXML"), plan.toXml()},
                                              {QStringLiteral("profile"), QStringLiteral("tester")}});
         return reply.answered && !reply.isError ? plan.id() : QUuid();
+    }
+
+    // Every file below the plan's folder on the storage, relative to it.
+    QStringList storedFiles(const QUuid& plan) const
+    {
+        const QString folder = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces);
+        QStringList files;
+        QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
+        while (it.hasNext())
+            files << it.next().mid(folder.size() + 1);
+        files.sort();
+        return files;
     }
 
     QJsonObject info(const QUuid& plan)
@@ -99,12 +119,14 @@ private:
             .toArray();
     }
 
-    bool run(const QUuid& plan, bool forceFull = false)
+    bool run(const QUuid& plan, bool forceFull = false, bool verify = false)
     {
         m_notifications.clear();
         QJsonObject params{{QStringLiteral("ID"), plan.toString()}};
         if (forceFull)
             params.insert(QStringLiteral("force_full"), true);
+        if (verify)
+            params.insert(QStringLiteral("verify"), true);
         const auto reply = SyncCommand::run(QStringLiteral("PlanExecuteStart"), params);
         return reply.answered && !reply.isError && waitForState(plan, 2);
     }
@@ -265,20 +287,95 @@ private slots:
         QFile restored(target.path() + m_source.filePath(QStringLiteral("inc/a.txt")));
         QVERIFY(restored.open(QIODevice::ReadOnly));
         QCOMPARE(restored.readAll(), QByteArray("alpha"));
+
+        // A verify run reads the last restore point back: clean, then with
+        // one object damaged on the storage (same size, other bytes).
+        QVERIFY(run(plan, false, true));
+        QCOMPARE(info(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        const QStringList stored = storedFiles(plan);
+        const auto b = std::find_if(stored.cbegin(), stored.cend(),
+                                    [](const QString& file) { return file.endsWith(QLatin1String("/b.txt")); });
+        QVERIFY(b != stored.cend());
+        const QString object = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces)
+                               + QLatin1Char('/') + *b;
+        write(object, "BETA");
+        QVERIFY(run(plan, false, true));
+        const QJsonObject verified = info(plan);
+        QCOMPARE(verified.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
+        QVERIFY(verified.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("do not match")));
+        QCOMPARE(fileHistory(plan).first().toObject().value(QStringLiteral("File")).toString(),
+                 m_source.filePath(QStringLiteral("inc/sub/b.txt")));
+    }
+
+    void shouldRefuseWhatItCannotHonour()
+    {
+        write(m_source.filePath(QStringLiteral("honour/a.txt")), "a");
+        const QStringList items{m_source.filePath(QStringLiteral("honour"))};
+
+        // Paths that are relative or climb are refused when the plan is saved.
+        for (const QString& bad : {m_source.filePath(QStringLiteral("honour/../honour")), QStringLiteral("honour")}) {
+            NVB::Info::Plan::BackupFile plan;
+            plan.setId(QUuid::createUuid());
+            plan.setName(QStringLiteral("Bad path"));
+            plan.setStorage(m_account);
+            plan.setItems({bad});
+            const auto saved = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
+                                                {{QStringLiteral("ID"), plan.id().toString()},
+                                                 {QStringLiteral("planXML"), plan.toXml()}});
+            QVERIFY(saved.isError);
+            QVERIFY2(saved.errorString.contains(QStringLiteral("refused")), qPrintable(saved.errorString));
+        }
+
+        // An option that is not carried out fails the run, by name, and
+        // leaves nothing on the storage.
+        const QList<QPair<QString, std::function<void(NVB::Info::Plan::BackupFile&)>>> options{
+            {QStringLiteral("encryption"), [](auto& plan) { plan.encryption().setEnabled(true); }},
+            {QStringLiteral("compression"), [](auto& plan) { plan.setUseCompression(true); }},
+            {QStringLiteral("retention policy"), [](auto& plan) { plan.retentionPolicy().setUseKeepVersion(true); }},
+        };
+        for (const auto& [name, tweak] : options) {
+            const QUuid plan = savePlan(QStringLiteral("Asks for ") + name, items, tweak);
+            QVERIFY(run(plan));
+            const QJsonObject summary = info(plan);
+            QCOMPARE(summary.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
+            QVERIFY2(summary.value(QStringLiteral("LastRunMessage")).toString().contains(name),
+                     qPrintable(summary.value(QStringLiteral("LastRunMessage")).toString()));
+            QCOMPARE(storedFiles(plan), QStringList());
+        }
+
+        // The account's folder must exist and carry the account's marker,
+        // else a missing drive would fill the disk under its mount point.
+        const QString marker = m_storage.path() + QStringLiteral("/NVB_tester/.nvb-account");
+        QVERIFY(QFile::exists(marker));
+        QVERIFY(QFile::rename(marker, marker + QStringLiteral(".away")));
+        const QUuid plan = savePlan(QStringLiteral("Marker"), items);
+        QVERIFY(run(plan));
+        QVERIFY(info(plan).value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("marker")));
+        QVERIFY(QFile::rename(marker + QStringLiteral(".away"), marker));
+        QVERIFY(run(plan));
+        QCOMPARE(info(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
     }
 
     void shouldStopARunCleanly()
     {
-        for (int i = 0; i < 3000; ++i)
-            write(m_source.filePath(QStringLiteral("many/%1/f%2.bin").arg(i / 100).arg(i)), QByteArray(32 * 1024, 'x'));
+        // Many small files, then one that takes long to read: a stop must
+        // not wait for it, and must leave nothing of the run behind.
+        for (int i = 0; i < 200; ++i)
+            write(m_source.filePath(QStringLiteral("many/%1/f%2.bin").arg(i / 20).arg(i)), QByteArray(4096, 'x'));
+        const QString large = m_source.filePath(QStringLiteral("many/zz/large.bin"));
+        write(large, QByteArray());
+        QVERIFY(::truncate(QFile::encodeName(large).constData(), qint64(16) << 30) == 0);
         const QUuid plan = savePlan(QStringLiteral("Many files"), {m_source.filePath(QStringLiteral("many"))});
         m_notifications.clear();
         QVERIFY(!SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError);
         const auto again = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
         QVERIFY(again.isError);
+        QVERIFY(waitForState(plan, 1));
+        QTest::qWait(500); // well into the large file
         QVERIFY(!SyncCommand::run(QStringLiteral("PlanExecuteStop"), {{QStringLiteral("ID"), plan.toString()}}).isError);
-        QVERIFY(waitForState(plan, 2));
+        QVERIFY(waitForState(plan, 2, 10000));
         QCOMPARE(info(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Interrupted));
+        QCOMPARE(storedFiles(plan), QStringList());
         const auto stopAgain = SyncCommand::run(QStringLiteral("PlanExecuteStop"), {{QStringLiteral("ID"), plan.toString()}});
         QVERIFY(stopAgain.isError);
         QVERIFY(stopAgain.errorString.contains(QStringLiteral("not running")));
@@ -296,6 +393,7 @@ private slots:
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
         plan.setName(QStringLiteral("To the cloud"));
+        plan.setUseCompression(false);
         plan.setStorage(account);
         plan.setItems({m_source.path()});
         QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
@@ -317,6 +415,7 @@ private slots:
         m_notifications.clear();
         QVERIFY(!SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError);
         QVERIFY(waitForState(plan, 1));
+        QTest::qWait(400); // the small files are copied, the large one is under way
         m_engine->kill();
         const auto connection = NVB::Common::Communication::ConnectionManager::instance();
         QVERIFY(QTest::qWaitFor([&] { return !connection->isLocalManagmentConnected(); }, 10000));
@@ -340,6 +439,25 @@ private slots:
         QCOMPARE(history.first().toObject().value(QStringLiteral("Result")).toInt(), int(PlanResult::Interrupted));
         const auto accounts = SyncCommand::run(QStringLiteral("StorageGetConnection"));
         QCOMPARE(accounts.data.value(QStringLiteral("storageConnection")).toArray().size(), 2);
+
+        // What the dead run copied is no restore point's; the next run
+        // clears it away and stores exactly the source.
+        QVERIFY(!storedFiles(plan).isEmpty());
+        QVERIFY(QFile::remove(m_source.filePath(QStringLiteral("many/zz/large.bin"))));
+        QVERIFY(run(plan));
+        QCOMPARE(info(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        QStringList expected;
+        QDirIterator source(m_source.filePath(QStringLiteral("many")), QDir::Files, QDirIterator::Subdirectories);
+        while (source.hasNext())
+            expected << source.next();
+        QStringList stored;
+        for (const QString& file : storedFiles(plan))
+            stored << file.section(QLatin1Char('/'), 2); // less "<generation>/<sequence>"
+        expected.sort();
+        stored.sort();
+        for (QString& file : expected)
+            file = file.mid(1);
+        QCOMPARE(stored, expected);
         QVERIFY(twin.stop());
         QVERIFY(QTest::qWaitFor([&] { return !connection->isLocalManagmentConnected(); }, 10000));
         QVERIFY(m_engine->start());

@@ -60,7 +60,10 @@ void PlanCommands::add(Engine* engine, V1Handlers* handlers)
         ParamReader args(params);
         const QUuid id = args.uuid(Plan::ExecuteStart::Request::ID);
         const bool forceFull = args.boolean(Plan::ExecuteStart::Request::ForceFull);
-        return args.ok() ? engine->startPlan(id, forceFull) : Outcome::failure(args.error());
+        // "verify": re-read the plan's last restore point instead of backing
+        // up; an engine extension of the command, documented with the engine.
+        const bool verify = args.boolean("verify");
+        return args.ok() ? engine->startPlan(id, forceFull, verify) : Outcome::failure(args.error());
     });
     handlers->insert(key(Plan::ExecuteStop::Name), [engine](const QJsonObject& params) {
         ParamReader args(params);

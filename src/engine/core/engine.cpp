@@ -9,6 +9,7 @@
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
+#include "records/plan/restorefile.h"
 #include "runs/runmanager.h"
 #include "schedule/scheduler.h"
 #include "server/notifier.h"
@@ -87,6 +88,36 @@ bool Engine::isRunning(const QUuid& id) const
 
 // ---- plans ---------------------------------------------------------------
 
+QString Engine::unplainPath(const NVB::Info::Plan::Base& record)
+{
+    // A path the engine joins to a storage or restore folder must name one
+    // place only: ".." could climb out of the folder it is joined to.
+    QStringList paths;
+    if (const auto* backup = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&record))
+        paths << backup->items() << backup->excludeItems();
+    if (const auto* restore = dynamic_cast<const NVB::Info::Plan::RestoreFile*>(&record)) {
+        paths << restore->restoreItems();
+        if (!restore->restoreToOriginalLocation() || !restore->destination().isEmpty())
+            paths << restore->destination();
+    }
+    for (const QString& path : std::as_const(paths)) {
+        if (path.trimmed().isEmpty())
+            continue;
+        QString trimmed = path;
+        while (trimmed.size() > 1 && trimmed.endsWith(QLatin1Char('/')))
+            trimmed.chop(1);
+        if (!trimmed.startsWith(QLatin1Char('/')))
+            return path;
+        const QStringList parts = trimmed.mid(1).split(QLatin1Char('/'));
+        for (const QString& part : parts) {
+            if ((part.isEmpty() && trimmed != QLatin1String("/")) || part == QLatin1String(".")
+                || part == QLatin1String(".."))
+                return path;
+        }
+    }
+    return {};
+}
+
 Outcome Engine::savePlan(const QUuid& id, const QString& xml, const QString& profile)
 {
     const auto record = NVB::Info::Plan::Factory::create(xml);
@@ -100,6 +131,12 @@ Outcome Engine::savePlan(const QUuid& id, const QString& xml, const QString& pro
         return Outcome::failure(QStringLiteral("The plan has no id"));
     if (record->name().trimmed().isEmpty())
         return Outcome::failure(QStringLiteral("The plan has no name"));
+    const QString badPath = unplainPath(*record);
+    if (!badPath.isEmpty()) {
+        return Outcome::failure(QStringLiteral("The plan's path \"%1\" is refused: paths must be absolute, without "
+                                               "\".\" or \"..\" components")
+                                    .arg(badPath));
+    }
 
     const auto existing = m_store->plan(record->id());
     StoredPlan plan = existing.value_or(StoredPlan{});
@@ -143,9 +180,9 @@ Outcome Engine::removePlan(const QUuid& id)
     return Outcome::success();
 }
 
-Outcome Engine::startPlan(const QUuid& id, bool forceFull)
+Outcome Engine::startPlan(const QUuid& id, bool forceFull, bool verify)
 {
-    const QString error = m_runs->start(id, forceFull);
+    const QString error = m_runs->start(id, forceFull, verify);
     return error.isEmpty() ? Outcome::success() : Outcome::failure(error);
 }
 

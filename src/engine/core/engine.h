@@ -12,6 +12,10 @@
 #include "store/storedaccount.h"
 #include "store/storedrestorepoint.h"
 
+namespace NVB::Info::Plan {
+class Base;
+}
+
 namespace NVB::Engine {
 
 class EngineStore;
@@ -39,7 +43,7 @@ public:
     // Plans
     Outcome savePlan(const QUuid& id, const QString& xml, const QString& profile);
     Outcome removePlan(const QUuid& id);
-    Outcome startPlan(const QUuid& id, bool forceFull);
+    Outcome startPlan(const QUuid& id, bool forceFull, bool verify = false);
     Outcome stopPlan(const QUuid& id);
     QJsonArray planList();
     std::optional<QJsonObject> planInfo(const QUuid& id);
@@ -63,6 +67,8 @@ private slots:
     void onDue(const QUuid& planId);
 
 private:
+    // The first path of a file plan that is not a plain absolute path.
+    static QString unplainPath(const NVB::Info::Plan::Base& record);
     void notifyStateChange(const QUuid& planId, int state, int lastState);
 
     EngineStore* m_store;

@@ -1,11 +1,14 @@
 #include "filebackupjob.h"
 
+#include <cerrno>
+#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <utility>
 
+#include <QDir>
 #include <QFile>
 
 #include "filecopier.h"
@@ -17,14 +20,33 @@ using NVB::Info::Plan::PlanResult;
 
 namespace {
 
-QDateTime fromSeconds(qint64 seconds)
+qint64 nanoseconds(const struct timespec& time)
 {
-    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+    return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
+}
+
+QDateTime fromTimespec(const struct timespec& time)
+{
+    return QDateTime::fromMSecsSinceEpoch(qint64(time.tv_sec) * 1000 + time.tv_nsec / 1000000, Qt::UTC);
 }
 
 QString childPath(const QString& folder, const QString& name)
 {
     return folder == QLatin1String("/") ? QLatin1Char('/') + name : folder + QLatin1Char('/') + name;
+}
+
+bool isBelowOrSame(const QString& path, const QString& root)
+{
+    if (root == QLatin1String("/"))
+        return true;
+    return path == root || (path.startsWith(root) && path.at(root.size()) == QLatin1Char('/'));
+}
+
+// What must not move while a file is read for its copy to be good.
+bool sameFile(const struct stat& a, const struct stat& b)
+{
+    return a.st_size == b.st_size && a.st_ino == b.st_ino && a.st_dev == b.st_dev
+           && nanoseconds(a.st_mtim) == nanoseconds(b.st_mtim) && nanoseconds(a.st_ctim) == nanoseconds(b.st_ctim);
 }
 
 } // namespace
@@ -33,144 +55,295 @@ FileBackupJob::FileBackupJob(Spec spec, FileSelection selection)
     : m_spec(std::move(spec))
     , m_selection(std::move(selection))
 {
+    for (QString& path : m_spec.neverTaken)
+        path = QDir::cleanPath(path);
+}
+
+bool FileBackupJob::isNeverTaken(const QString& path) const
+{
+    return std::any_of(m_spec.neverTaken.cbegin(), m_spec.neverTaken.cend(),
+                       [&path](const QString& folder) { return isBelowOrSame(path, folder); });
 }
 
 FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
 {
     m_progress = progress;
     m_clock.start();
+
+    QString error;
+    m_storage = FolderHandle::openAbsolute(QFile::encodeName(m_spec.storageRoot), &error);
+    const QByteArray runFolder = QFile::encodeName(m_spec.objectPrefix);
+    if (m_storage.isValid()) {
+        // The run's folder is new: an existing one belongs to another run
+        // and is never written into.
+        const int slash = runFolder.lastIndexOf('/');
+        FolderHandle parent = slash > 0 ? m_storage.openBelow(runFolder.left(slash), true, &error) : FolderHandle();
+        if (parent.isValid()) {
+            const QByteArray last = runFolder.mid(slash + 1);
+            if (::mkdirat(parent.fd(), last.constData(), 0700) != 0) {
+                error = QStringLiteral("Cannot make the run's folder %1: %2")
+                            .arg(m_spec.objectPrefix, QString::fromLocal8Bit(std::strerror(errno)));
+            } else {
+                m_runFolder = parent.openBelow(last, false, &error);
+            }
+        }
+    }
+    if (!m_runFolder.isValid()) {
+        m_result.planResult = PlanResult::Failed;
+        m_result.message = error;
+        return std::move(m_result);
+    }
+
     const QStringList roots = m_selection.roots();
     for (const QString& root : roots) {
-        if (stop)
+        if (stop || m_stopped)
             break;
-        struct stat info{};
-        if (::lstat(QFile::encodeName(root).constData(), &info) != 0) {
-            fail(root, QStringLiteral("The source %1 does not exist").arg(root));
+        if (!root.startsWith(QLatin1Char('/'))) {
+            fail(root, QStringLiteral("The source %1 is not an absolute path").arg(root));
             continue;
         }
         if (m_selection.isExcludedPath(root))
             continue;
+        // A root was chosen on purpose: a link there is followed.
+        struct stat info{};
+        if (::stat(QFile::encodeName(root).constData(), &info) != 0) {
+            fail(root, QStringLiteral("The source %1 does not exist").arg(root));
+            continue;
+        }
+        if (isNeverTaken(root))
+            continue;
         if (S_ISDIR(info.st_mode)) {
-            takeFolder(root, info.st_mtim.tv_sec);
-            walk(root, stop);
+            m_oneFileSystem = m_spec.oneFileSystem.value_or(root == QLatin1String("/"));
+            takeFolder(root, info);
+            walk(root, info.st_dev, stop);
         } else if (S_ISREG(info.st_mode)) {
-            takeFile(root, info.st_size, info.st_mtim.tv_sec);
+            takeFile(root, info, true, stop);
         }
     }
-
-    m_result.totals.scanning = false;
-    m_result.totals.currentFile.clear();
-    report(true);
-    if (stop) {
-        m_result.planResult = PlanResult::Interrupted;
-        m_result.message = QStringLiteral("The run was stopped");
-    } else if (m_result.totals.failedCount > 0) {
-        const bool nothingTaken = m_result.totals.scannedCount == m_result.totals.failedCount;
-        m_result.planResult = nothingTaken ? PlanResult::Failed : PlanResult::Warning;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("%1 files could not be backed up").arg(m_result.totals.failedCount);
-    } else {
-        m_result.planResult = PlanResult::Success;
-    }
+    finishResult(stop);
     return std::move(m_result);
 }
 
-void FileBackupJob::walk(const QString& folder, const std::atomic_bool& stop)
+void FileBackupJob::finishResult(const std::atomic_bool& stop)
+{
+    RunProgress& totals = m_result.totals;
+    totals.scanning = false;
+    totals.currentFile.clear();
+    const qint64 stored = totals.scannedCount - totals.failedCount;
+    if (!m_storageError.isEmpty()) {
+        m_result.planResult = PlanResult::Failed;
+        m_result.message = m_storageError;
+    } else if (stop || m_stopped) {
+        m_result.planResult = PlanResult::Interrupted;
+        m_result.message = QStringLiteral("The run was stopped");
+    } else if (totals.scannedCount == 0 && totals.failedCount == 0) {
+        m_result.planResult = PlanResult::Warning;
+        m_result.message = QStringLiteral("The selection holds no files to back up");
+    } else if (stored <= 0) {
+        m_result.planResult = PlanResult::Failed;
+        if (m_result.message.isEmpty())
+            m_result.message = QStringLiteral("None of the files could be backed up");
+    } else if (totals.failedCount > 0 || m_result.unsteadyCount > 0) {
+        m_result.planResult = PlanResult::Warning;
+        if (m_result.message.isEmpty())
+            m_result.message = QStringLiteral("%1 files could not be backed up").arg(totals.failedCount);
+    } else {
+        m_result.planResult = PlanResult::Success;
+    }
+
+    if (m_result.planResult == PlanResult::Success || m_result.planResult == PlanResult::Warning) {
+        // Every copy reaches the disk before the restore point that names it
+        // is committed.
+        if (::syncfs(m_storage.fd()) != 0) {
+            m_result.planResult = PlanResult::Failed;
+            m_result.message = QStringLiteral("Cannot flush the copies to the storage %1: %2")
+                                   .arg(m_spec.storageRoot, QString::fromLocal8Bit(std::strerror(errno)));
+        }
+    }
+    if (m_result.planResult != PlanResult::Success && m_result.planResult != PlanResult::Warning) {
+        // Nothing will refer to this run's copies.
+        m_runFolder = FolderHandle();
+        QDir(m_spec.storageRoot + QLatin1Char('/') + m_spec.objectPrefix).removeRecursively();
+        m_result.content.clear();
+    }
+    report(true);
+}
+
+void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_bool& stop)
 {
     DIR* dir = ::opendir(QFile::encodeName(folder).constData());
     if (!dir) {
         fail(folder, QStringLiteral("Cannot read the folder %1").arg(folder));
         return;
     }
-    QStringList folders;
+    QList<QPair<QString, struct stat>> folders;
     while (const dirent* entry = ::readdir(dir)) {
-        if (stop)
+        if (stop || m_stopped)
             break;
-        const QString name = QFile::decodeName(entry->d_name);
-        if (name == QLatin1String(".") || name == QLatin1String(".."))
+        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
             continue;
+        const QString name = QFile::decodeName(entry->d_name);
         const QString path = childPath(folder, name);
         struct stat info{};
         if (::fstatat(::dirfd(dir), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
             fail(path, QStringLiteral("Cannot read %1").arg(path));
             continue;
         }
+        bool followLink = false;
         if (S_ISLNK(info.st_mode)) {
             // Folders behind links are never entered: that is how loops and
             // surprise trees stay out of a backup.
             struct stat target{};
-            if (!m_spec.followFileSymlinks || ::stat(QFile::encodeName(path).constData(), &target) != 0
+            if (!m_spec.followFileSymlinks || ::fstatat(::dirfd(dir), entry->d_name, &target, 0) != 0
                 || !S_ISREG(target.st_mode))
                 continue;
             info = target;
+            followLink = true;
         }
-        if (m_selection.isExcludedPath(path))
+        if (m_selection.isExcludedPath(path) || isNeverTaken(path))
             continue;
         if (S_ISDIR(info.st_mode)) {
+            if (m_oneFileSystem && info.st_dev != device)
+                continue;
             if (!m_selection.skipsFolder(name))
-                folders.append(path);
+                folders.append({path, info});
         } else if (S_ISREG(info.st_mode) && m_selection.takesFile(name)) {
-            takeFile(path, info.st_size, info.st_mtim.tv_sec);
+            takeFile(path, info, followLink, stop);
         }
     }
     ::closedir(dir);
 
-    for (const QString& path : std::as_const(folders)) {
-        if (stop)
+    for (const auto& [path, info] : std::as_const(folders)) {
+        if (stop || m_stopped)
             return;
         const int before = m_result.content.size();
-        struct stat info{};
-        ::lstat(QFile::encodeName(path).constData(), &info);
-        takeFolder(path, info.st_mtim.tv_sec);
-        walk(path, stop);
+        takeFolder(path, info);
+        walk(path, device, stop);
         // A folder with nothing taken below it is kept only when asked to.
         if (!m_spec.backupEmptyFolders && m_result.content.size() == before + 1)
             m_result.content.removeAt(before);
     }
 }
 
-void FileBackupJob::takeFolder(const QString& path, qint64 mtimeSeconds)
+void FileBackupJob::takeFolder(const QString& path, const struct stat& info)
 {
     StoredContent folder;
     folder.path = path;
     folder.type = StoredContent::Folder;
-    folder.modifiedUtc = fromSeconds(mtimeSeconds);
+    folder.modifiedUtc = fromTimespec(info.st_mtim);
+    folder.modifiedNs = nanoseconds(info.st_mtim);
     m_result.content.append(folder);
 }
 
-void FileBackupJob::takeFile(const QString& path, qint64 size, qint64 mtimeSeconds)
+bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent& now) const
+{
+    if (previous.type != StoredContent::File || previous.object.isEmpty() || previous.size != now.size
+        || previous.modifiedNs != now.modifiedNs || previous.changedNs != now.changedNs || previous.inode != now.inode)
+        return false;
+    // The earlier copy must still be whole: a copy lost or cut short on the
+    // storage is made again.
+    const QByteArray object = QFile::encodeName(previous.object);
+    if (!FolderHandle::isPlainRelative(object))
+        return false;
+    struct stat stored{};
+    return ::fstatat(m_storage.fd(), object.constData(), &stored, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(stored.st_mode)
+           && stored.st_size == previous.size;
+}
+
+void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool followLink,
+                             const std::atomic_bool& stop)
 {
     RunProgress& totals = m_result.totals;
     ++totals.scannedCount;
-    totals.scannedSize += size;
+    totals.scannedSize += seen.st_size;
     totals.currentFile = path;
 
     StoredContent file;
     file.path = path;
     file.type = StoredContent::File;
-    file.size = size;
-    file.modifiedUtc = fromSeconds(mtimeSeconds);
+    file.size = seen.st_size;
+    file.modifiedUtc = fromTimespec(seen.st_mtim);
+    file.modifiedNs = nanoseconds(seen.st_mtim);
+    file.changedNs = nanoseconds(seen.st_ctim);
+    file.inode = seen.st_ino;
 
     const auto previous = m_spec.previous.constFind(path);
     const bool forced = m_spec.reBackupModifiedSince.isValid() && file.modifiedUtc >= m_spec.reBackupModifiedSince;
-    if (!forced && previous != m_spec.previous.cend() && previous->type == StoredContent::File
-        && previous->size == size && previous->modifiedUtc == file.modifiedUtc && !previous->object.isEmpty()
-        && QFile::exists(m_spec.storageRoot + QLatin1Char('/') + previous->object)) {
+    if (!forced && previous != m_spec.previous.cend() && reusable(*previous, file)) {
         file.object = previous->object;
+        file.checksum = previous->checksum;
         m_result.content.append(file);
         report(false);
         return;
     }
 
     const qint64 started = m_clock.elapsed();
-    file.object = m_spec.objectPrefix + path;
+    const QByteArray encoded = QFile::encodeName(path);
+    const int slash = encoded.lastIndexOf('/');
+    const QByteArray name = encoded.mid(slash + 1);
+    const QByteArray folderBelow = encoded.mid(1, qMax(0, slash - 1));
     QString error;
-    if (!FileCopier::copy(path, m_spec.storageRoot + QLatin1Char('/') + file.object, &error)) {
-        fail(path, error);
+    const FolderHandle target =
+        folderBelow.isEmpty() ? m_runFolder.duplicate() : m_runFolder.openBelow(folderBelow, true, &error);
+    if (!target.isValid()) {
+        failStorage(path, error);
         return;
     }
+
+    FileCopier::Result copied;
+    bool unsteady = false;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const int fd = ::open(encoded.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | (followLink ? 0 : O_NOFOLLOW));
+        if (fd < 0) {
+            fail(path, QStringLiteral("Cannot read %1: %2").arg(path, QString::fromLocal8Bit(std::strerror(errno))),
+                 true);
+            return;
+        }
+        struct stat before{};
+        if (::fstat(fd, &before) != 0 || !S_ISREG(before.st_mode)) {
+            ::close(fd);
+            fail(path, QStringLiteral("%1 is not a regular file").arg(path), true);
+            return;
+        }
+        FileCopier::Options options;
+        options.times[0] = before.st_atim;
+        options.times[1] = before.st_mtim;
+        options.mode = before.st_mode;
+        // The first read of a file that changes under it is thrown away and
+        // made again; the second is kept, with a warning that names it.
+        const bool lastAttempt = attempt == 1;
+        options.keep = [fd, &before, &unsteady, lastAttempt] {
+            struct stat after{};
+            const bool steady = ::fstat(fd, &after) == 0 && sameFile(before, after);
+            unsteady = !steady;
+            return steady || lastAttempt;
+        };
+        copied = FileCopier::copy(fd, target, name, options, &stop, path);
+        ::close(fd);
+        if (copied.status != FileCopier::Status::Discarded) {
+            file.size = copied.size;
+            file.modifiedUtc = fromTimespec(before.st_mtim);
+            file.modifiedNs = nanoseconds(before.st_mtim);
+            file.changedNs = nanoseconds(before.st_ctim);
+            file.inode = before.st_ino;
+            break;
+        }
+    }
+    if (copied.status == FileCopier::Status::Stopped) {
+        m_stopped = true;
+        return;
+    }
+    if (copied.status != FileCopier::Status::Done) {
+        if (copied.targetFailed)
+            failStorage(path, copied.error);
+        else
+            fail(path, copied.error, true);
+        return;
+    }
+    file.object = m_spec.objectPrefix + path;
+    file.checksum = copied.checksum;
     ++totals.copiedCount;
-    totals.copiedSize += size;
+    totals.copiedSize += copied.size;
     m_result.content.append(file);
 
     RunFileRecord record;
@@ -178,18 +351,25 @@ void FileBackupJob::takeFile(const QString& path, qint64 size, qint64 mtimeSecon
     record.planName = m_spec.planName;
     record.file = path;
     record.operation = RunFileRecord::Copied;
-    record.size = size;
+    record.size = copied.size;
     record.modifiedUtc = file.modifiedUtc;
     record.finishUtc = QDateTime::currentDateTimeUtc();
     record.durationMs = m_clock.elapsed() - started;
+    if (unsteady) {
+        ++m_result.unsteadyCount;
+        record.message = QStringLiteral("%1 changed while it was read; the copy may be inconsistent").arg(path);
+        if (m_result.message.isEmpty())
+            m_result.message = record.message;
+    }
     m_result.files.append(record);
     report(false);
 }
 
-void FileBackupJob::fail(const QString& path, const QString& message)
+void FileBackupJob::fail(const QString& path, const QString& message, bool counted)
 {
     ++m_result.totals.failedCount;
-    ++m_result.totals.scannedCount;
+    if (!counted)
+        ++m_result.totals.scannedCount;
     if (m_result.message.isEmpty())
         m_result.message = message;
     RunFileRecord record;
@@ -200,6 +380,15 @@ void FileBackupJob::fail(const QString& path, const QString& message)
     record.finishUtc = QDateTime::currentDateTimeUtc();
     record.message = message;
     m_result.files.append(record);
+}
+
+void FileBackupJob::failStorage(const QString& path, const QString& message)
+{
+    fail(path, message, true);
+    // A storage that cannot take one file (full, gone, read-only) will not
+    // take the next: the run ends here rather than failing every file.
+    m_storageError = QStringLiteral("The storage cannot be written, the run was abandoned: %1").arg(message);
+    m_stopped = true;
 }
 
 void FileBackupJob::report(bool force)

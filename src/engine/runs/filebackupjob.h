@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <functional>
+#include <optional>
+#include <sys/stat.h>
 
 #include <QDateTime>
 #include <QElapsedTimer>
@@ -11,6 +13,7 @@
 #include <QUuid>
 
 #include "fileselection.h"
+#include "folderhandle.h"
 #include "runprogress.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
@@ -29,13 +32,20 @@ public:
         QUuid planId;
         QString planName;
         QString storageRoot;  // the account's folder
-        QString objectPrefix; // where this run's copies go, relative to storageRoot
-        // The previous restore point's content by path; a file whose size and
-        // time match keeps its copy.
+        QString objectPrefix; // this run's own folder, relative to storageRoot; must not exist yet
+        // The previous restore point's content by path; a file whose size,
+        // times and inode match keeps its copy.
         QHash<QString, StoredContent> previous;
         QDateTime reBackupModifiedSince;
         bool backupEmptyFolders = false;
         bool followFileSymlinks = false;
+        // Folders never taken, whatever the selection says: the storage and
+        // the engine's own data.
+        QStringList neverTaken;
+        // Do not descend into another file system than the root's. Unset:
+        // only for the root "/", where crossing would take /proc, /sys and
+        // every mounted drive.
+        std::optional<bool> oneFileSystem;
     };
 
     struct Result
@@ -45,6 +55,8 @@ public:
         QList<StoredContent> content;
         QList<RunFileRecord> files;
         RunProgress totals;
+        // Files kept although they changed while they were read.
+        int unsteadyCount = 0;
     };
 
     using ProgressHandler = std::function<void(const RunProgress&)>;
@@ -56,14 +68,24 @@ public:
     Result run(const std::atomic_bool& stop, const ProgressHandler& progress);
 
 private:
-    void walk(const QString& folder, const std::atomic_bool& stop);
-    void takeFolder(const QString& path, qint64 mtimeSeconds);
-    void takeFile(const QString& path, qint64 size, qint64 mtimeSeconds);
+    void walk(const QString& folder, dev_t device, const std::atomic_bool& stop);
+    void takeFolder(const QString& path, const struct stat& info);
+    void takeFile(const QString& path, const struct stat& info, bool followLink, const std::atomic_bool& stop);
+    bool reusable(const StoredContent& previous, const StoredContent& now) const;
     void report(bool force);
-    void fail(const QString& path, const QString& message);
+    // `counted`: the file was already counted as scanned.
+    void fail(const QString& path, const QString& message, bool counted = false);
+    void failStorage(const QString& path, const QString& message);
+    bool isNeverTaken(const QString& path) const;
+    void finishResult(const std::atomic_bool& stop);
 
     Spec m_spec;
     FileSelection m_selection;
+    FolderHandle m_storage;
+    FolderHandle m_runFolder;
+    bool m_stopped = false; // by the user, or by a storage error
+    QString m_storageError;
+    bool m_oneFileSystem = false;
     Result m_result;
     ProgressHandler m_progress;
     QElapsedTimer m_clock;

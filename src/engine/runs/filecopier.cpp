@@ -1,132 +1,228 @@
 #include "filecopier.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <QDir>
+#include <memory>
+
+#include <openssl/evp.h>
+
 #include <QFile>
-#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include "folderhandle.h"
 
 namespace NVB::Engine {
 
 namespace {
 
-class Descriptor
-{
-public:
-    explicit Descriptor(int fd)
-        : m_fd(fd)
-    {
-    }
-    ~Descriptor()
-    {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return m_fd; }
-    int release()
-    {
-        const int fd = m_fd;
-        m_fd = -1;
-        return fd;
-    }
-
-private:
-    int m_fd;
-};
+constexpr size_t BlockSize = 1 << 20;
 
 QString systemError(const QString& what, const QString& path)
 {
     return QStringLiteral("%1 %2: %3").arg(what, path, QString::fromLocal8Bit(std::strerror(errno)));
 }
 
-bool copyData(int from, int to, off_t size)
+QByteArray randomName()
 {
-    off_t left = size;
-    // The kernel copies without a trip through user space where it can.
-    while (left > 0) {
-        const ssize_t copied = ::copy_file_range(from, nullptr, to, nullptr, size_t(left), 0);
-        if (copied < 0) {
-            if (errno == EINTR)
-                continue;
-            if (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP)
-                break;
-            return false;
-        }
-        if (copied == 0)
-            return true; // the file shrank while we copied; take what there was
-        left -= copied;
-    }
-    if (left <= 0)
-        return true;
-    char buffer[1 << 16];
-    for (;;) {
-        const ssize_t got = ::read(from, buffer, sizeof buffer);
-        if (got == 0)
-            return true;
-        if (got < 0) {
-            if (errno == EINTR)
-                continue;
-            return false;
-        }
-        for (ssize_t written = 0; written < got;) {
-            const ssize_t put = ::write(to, buffer + written, size_t(got - written));
-            if (put < 0) {
-                if (errno == EINTR)
-                    continue;
-                return false;
-            }
-            written += put;
-        }
-    }
+    return FileCopier::temporaryPrefix() + QByteArray::number(QRandomGenerator::global()->generate64(), 16);
 }
+
+struct DigestDeleter
+{
+    void operator()(EVP_MD_CTX* context) const { EVP_MD_CTX_free(context); }
+};
+using Digest = std::unique_ptr<EVP_MD_CTX, DigestDeleter>;
+
+Digest newDigest()
+{
+    Digest digest(EVP_MD_CTX_new());
+    if (digest && EVP_DigestInit_ex(digest.get(), EVP_sha256(), nullptr) != 1)
+        digest.reset();
+    return digest;
+}
+
+QByteArray finalDigest(EVP_MD_CTX* digest)
+{
+    unsigned char value[EVP_MAX_MD_SIZE];
+    unsigned int length = 0;
+    if (EVP_DigestFinal_ex(digest, value, &length) != 1)
+        return {};
+    return QByteArray(reinterpret_cast<const char*>(value), int(length));
+}
+
+// The file being written: unnamed while it is, so that nothing but a whole
+// copy ever carries a name.
+class PendingFile
+{
+public:
+    explicit PendingFile(const FolderHandle& folder)
+        : m_folder(folder.fd())
+    {
+    }
+    ~PendingFile()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+        if (!m_name.isEmpty())
+            ::unlinkat(m_folder, m_name.constData(), 0);
+    }
+    PendingFile(const PendingFile&) = delete;
+    PendingFile& operator=(const PendingFile&) = delete;
+
+    bool create()
+    {
+        m_fd = ::openat(m_folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+        if (m_fd >= 0)
+            return true;
+        for (int attempt = 0; attempt < 16 && m_fd < 0; ++attempt) {
+            const QByteArray name = randomName();
+            m_fd = ::openat(m_folder, name.constData(), O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, 0600);
+            if (m_fd >= 0)
+                m_name = name;
+            else if (errno != EEXIST)
+                return false;
+        }
+        return m_fd >= 0;
+    }
+
+    int fd() const { return m_fd; }
+
+    bool publish(const QByteArray& name, bool replace)
+    {
+        if (m_name.isEmpty()) {
+            // An unnamed file gets a name by linkat through /proc, which
+            // needs no privilege; it fails on an existing name, which is what
+            // a backup wants. A restore links to a fresh name first and then
+            // renames it over the old file in one step.
+            char procPath[64];
+            std::snprintf(procPath, sizeof procPath, "/proc/self/fd/%d", m_fd);
+            if (!replace)
+                return ::linkat(AT_FDCWD, procPath, m_folder, name.constData(), AT_SYMLINK_FOLLOW) == 0;
+            for (int attempt = 0; attempt < 16; ++attempt) {
+                const QByteArray temporary = randomName();
+                if (::linkat(AT_FDCWD, procPath, m_folder, temporary.constData(), AT_SYMLINK_FOLLOW) == 0) {
+                    m_name = temporary;
+                    break;
+                }
+                if (errno != EEXIST)
+                    return false;
+            }
+            if (m_name.isEmpty())
+                return false;
+        }
+        const int flags = replace ? 0 : RENAME_NOREPLACE;
+        if (::renameat2(m_folder, m_name.constData(), m_folder, name.constData(), flags) != 0)
+            return false;
+        m_name.clear();
+        return true;
+    }
+
+private:
+    int m_folder;
+    int m_fd = -1;
+    QByteArray m_name;
+};
 
 } // namespace
 
-bool FileCopier::copy(const QString& source, const QString& target, QString* error)
+QByteArray FileCopier::temporaryPrefix()
 {
-    const QByteArray from = QFile::encodeName(source);
-    const QByteArray to = QFile::encodeName(target);
-    const QByteArray part = to + ".part";
+    return QByteArrayLiteral(".nvb-partial-");
+}
 
-    Descriptor in(::open(from.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
-    if (in.get() < 0) {
-        *error = systemError(QStringLiteral("Cannot read"), source);
-        return false;
+QByteArray FileCopier::checksum(int fd, const std::atomic_bool* stop)
+{
+    Digest digest = newDigest();
+    if (!digest)
+        return {};
+    std::unique_ptr<char[]> buffer(new char[BlockSize]);
+    for (;;) {
+        if (stop && *stop)
+            return {};
+        const ssize_t got = ::read(fd, buffer.get(), BlockSize);
+        if (got == 0)
+            break;
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
+            return {};
+        }
+        EVP_DigestUpdate(digest.get(), buffer.get(), size_t(got));
     }
-    struct stat info{};
-    if (::fstat(in.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
-        *error = QStringLiteral("%1 is not a regular file").arg(source);
-        return false;
+    return finalDigest(digest.get());
+}
+
+FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const QByteArray& name,
+                                    const Options& options, const std::atomic_bool* stop, const QString& what)
+{
+    Result result;
+    const QString target = QFile::decodeName(name);
+    PendingFile out(folder);
+    if (!out.create()) {
+        result.error = systemError(QStringLiteral("Cannot write"), target);
+        result.targetFailed = true;
+        return result;
     }
-    if (!QDir().mkpath(QFileInfo(target).absolutePath())) {
-        *error = QStringLiteral("Cannot create the folder of %1").arg(target);
-        return false;
+    Digest digest = newDigest();
+    if (!digest) {
+        result.error = QStringLiteral("Cannot compute checksums");
+        return result;
     }
-    Descriptor out(::open(part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-    if (out.get() < 0) {
-        *error = systemError(QStringLiteral("Cannot write"), target);
-        return false;
+    std::unique_ptr<char[]> buffer(new char[BlockSize]);
+    for (;;) {
+        if (stop && *stop) {
+            result.status = Status::Stopped;
+            return result;
+        }
+        const ssize_t got = ::read(from, buffer.get(), BlockSize);
+        if (got == 0)
+            break;
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
+            result.error = systemError(QStringLiteral("Cannot read"), what);
+            return result;
+        }
+        EVP_DigestUpdate(digest.get(), buffer.get(), size_t(got));
+        for (ssize_t written = 0; written < got;) {
+            const ssize_t put = ::write(out.fd(), buffer.get() + written, size_t(got - written));
+            if (put < 0) {
+                if (errno == EINTR)
+                    continue;
+                result.error = systemError(QStringLiteral("Cannot write"), target);
+                result.targetFailed = true;
+                return result;
+            }
+            written += put;
+        }
+        result.size += got;
     }
-    if (!copyData(in.get(), out.get(), info.st_size)) {
-        *error = systemError(QStringLiteral("Cannot copy"), source);
-        ::unlink(part.constData());
-        return false;
+    result.checksum = finalDigest(digest.get());
+    if (!options.expectedChecksum.isEmpty() && options.expectedChecksum != result.checksum) {
+        result.error = QStringLiteral("The stored data of %1 does not match its checksum").arg(what);
+        return result;
     }
-    const struct timespec times[2] = {info.st_atim, info.st_mtim};
-    ::futimens(out.get(), times);
-    ::fchmod(out.get(), info.st_mode & 07777);
-    if (::close(out.release()) != 0 || ::rename(part.constData(), to.constData()) != 0) {
-        *error = systemError(QStringLiteral("Cannot finish"), target);
-        ::unlink(part.constData());
-        return false;
+    if (options.keep && !options.keep()) {
+        result.status = Status::Discarded;
+        return result;
     }
-    return true;
+    if (options.setOwner && ::fchown(out.fd(), options.owner, options.group) != 0) {
+        result.error = systemError(QStringLiteral("Cannot set the owner of"), target);
+        return result;
+    }
+    ::fchmod(out.fd(), options.mode & 07777);
+    ::futimens(out.fd(), options.times);
+    if (!out.publish(name, options.replace)) {
+        result.targetFailed = errno != EEXIST;
+        result.error = systemError(QStringLiteral("Cannot finish"), target);
+        return result;
+    }
+    result.status = Status::Done;
+    return result;
 }
 
 } // namespace NVB::Engine

@@ -1,17 +1,70 @@
 #pragma once
 
+#include <atomic>
+#include <functional>
+#include <sys/stat.h>
+
+#include <QByteArray>
 #include <QString>
 
 namespace NVB::Engine {
 
-// Copies one regular file with its modification time and permissions. The
-// data goes to "<target>.part" first and is renamed into place once whole, so
-// a run that is killed never leaves a file that looks complete.
+class FolderHandle;
+
+// Copies an open regular file into a folder under a name, taking its SHA-256
+// on the way. The data goes to an unnamed file (O_TMPFILE; where the file
+// system lacks it, a fresh name opened with O_EXCL|O_NOFOLLOW) that gets its
+// name only once whole, so a run that is stopped, fails or is
+// killed never leaves a file that looks complete, and no name of the user's
+// can be hit by the temporary one.
+//
+// Flushing is left to the caller: one syncfs() of the storage at the end of a
+// run costs far less than an fsync() a file, and nothing refers to a copy
+// before the run's restore point is committed after that syncfs().
 class FileCopier
 {
 public:
-    // False with the reason in *error.
-    static bool copy(const QString& source, const QString& target, QString* error);
+    enum class Status { Done, Failed, Stopped, Discarded };
+
+    struct Options
+    {
+        // Replace a file of that name atomically (a restore); otherwise an
+        // existing name fails the copy (a backup never overwrites an object).
+        bool replace = false;
+        struct timespec times[2] = {{0, UTIME_OMIT}, {0, UTIME_OMIT}};
+        mode_t mode = 0600;
+        bool setOwner = false;
+        uid_t owner = 0;
+        gid_t group = 0;
+        // When not empty, data whose SHA-256 differs is not put in place.
+        QByteArray expectedChecksum;
+        // Asked once the data is written; false throws the copy away (the
+        // source changed while it was read).
+        std::function<bool()> keep;
+    };
+
+    struct Result
+    {
+        Status status = Status::Failed;
+        QString error;
+        QByteArray checksum;
+        qint64 size = 0;
+        // The failure was on the writing side (a full or broken storage),
+        // which no other file will get past either.
+        bool targetFailed = false;
+    };
+
+    // `what` names the source in messages. `stop` is checked between blocks,
+    // so a large file is abandoned within a fraction of a second.
+    static Result copy(int from, const FolderHandle& folder, const QByteArray& name, const Options& options,
+                       const std::atomic_bool* stop, const QString& what);
+
+    // SHA-256 of everything `fd` holds from its current offset; empty on a
+    // read error or when stopped.
+    static QByteArray checksum(int fd, const std::atomic_bool* stop);
+
+    // The prefix of the fallback temporary names, for sweeping leftovers.
+    static QByteArray temporaryPrefix();
 };
 
 } // namespace NVB::Engine

@@ -1,6 +1,8 @@
 #include "filerestorejob.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <utility>
@@ -10,6 +12,7 @@
 #include <QFileInfo>
 
 #include "filecopier.h"
+#include "folderhandle.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -44,16 +47,29 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
 {
     m_clock.start();
     qint64 lastReport = -1;
+    QString error;
+    m_storage = FolderHandle::openAbsolute(QFile::encodeName(m_spec.storageRoot), &error);
+    if (m_storage.isValid()) {
+        m_target = FolderHandle::openAbsolute(
+            m_spec.destination.isEmpty() ? QByteArrayLiteral("/") : QFile::encodeName(m_spec.destination), &error);
+    }
+    if (!m_target.isValid()) {
+        m_result.planResult = PlanResult::Failed;
+        m_result.message = error;
+        return std::move(m_result);
+    }
     for (const StoredContent& item : std::as_const(m_spec.content)) {
         if (stop)
             break;
         if (item.deleted || !isChosen(item.path))
             continue;
         if (item.type == StoredContent::Folder) {
-            QDir().mkpath(targetPath(m_spec.destination, item.path));
+            const QByteArray folder = QFile::encodeName(item.path);
+            if (FolderHandle::isPlainAbsolute(folder) && folder != "/")
+                m_target.openBelow(folder.mid(1), true, nullptr);
             continue;
         }
-        restoreFile(item);
+        restoreFile(item, stop);
         const qint64 now = m_clock.elapsed();
         if (progress && (lastReport < 0 || now - lastReport >= 100)) {
             lastReport = now;
@@ -81,36 +97,89 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     return std::move(m_result);
 }
 
-void FileRestoreJob::restoreFile(const StoredContent& file)
+void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bool& stop)
 {
     RunProgress& totals = m_result.totals;
     ++totals.scannedCount;
     totals.scannedSize += file.size;
     totals.currentFile = file.path;
 
-    const QString target = targetPath(m_spec.destination, file.path);
-    const QFileInfo existing(target);
-    if (existing.exists()) {
+    const auto failed = [&](const QString& message) {
+        ++totals.failedCount;
+        if (m_result.message.isEmpty())
+            m_result.message = message;
+        record(file, RunFileRecord::Failed, message);
+    };
+    // A stored path or object that climbs out of its folder is never
+    // followed, whatever wrote it into the store.
+    const QByteArray path = QFile::encodeName(file.path);
+    const QByteArray object = QFile::encodeName(file.object);
+    if (!FolderHandle::isPlainAbsolute(path) || path == "/") {
+        failed(QStringLiteral("The stored path %1 is refused: it is not a plain absolute path").arg(file.path));
+        return;
+    }
+    if (!FolderHandle::isPlainRelative(object)) {
+        failed(file.object.isEmpty() ? QStringLiteral("No data for %1").arg(file.path)
+                                     : QStringLiteral("The stored object %1 is refused: it leaves the storage folder")
+                                           .arg(file.object));
+        return;
+    }
+
+    QString error;
+    const int objectSlash = object.lastIndexOf('/');
+    const FolderHandle objectFolder = objectSlash > 0 ? m_storage.openBelow(object.left(objectSlash), false, &error)
+                                                      : m_storage.duplicate();
+    const int from = objectFolder.isValid()
+                         ? ::openat(objectFolder.fd(), object.mid(objectSlash + 1).constData(),
+                                    O_RDONLY | O_NOFOLLOW | O_CLOEXEC)
+                         : -1;
+    if (from < 0) {
+        failed(error.isEmpty() ? QStringLiteral("The stored data of %1 is missing").arg(file.path) : error);
+        return;
+    }
+    const int slash = path.lastIndexOf('/');
+    const QByteArray name = path.mid(slash + 1);
+    const QByteArray parent = path.mid(1, qMax(0, slash - 1));
+    const FolderHandle target = parent.isEmpty() ? m_target.duplicate() : m_target.openBelow(parent, true, &error);
+    if (!target.isValid()) {
+        ::close(from);
+        failed(error);
+        return;
+    }
+
+    struct stat existing{};
+    if (::fstatat(target.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
         if (m_spec.skipExistingFiles) {
+            ::close(from);
             record(file, RunFileRecord::Skipped, QStringLiteral("The file exists"));
             return;
         }
-        if (m_spec.onlyNewFiles && existing.lastModified().toUTC() >= file.modifiedUtc) {
+        const qint64 existingNs = qint64(existing.st_mtim.tv_sec) * 1000000000 + existing.st_mtim.tv_nsec;
+        const qint64 storedNs = file.modifiedNs > 0 ? file.modifiedNs : file.modifiedUtc.toMSecsSinceEpoch() * 1000000;
+        if (m_spec.onlyNewFiles && existingNs >= storedNs) {
+            ::close(from);
             record(file, RunFileRecord::Skipped, QStringLiteral("The file on disk is as new"));
             return;
         }
     }
-    QString error;
-    if (file.object.isEmpty()
-        || !FileCopier::copy(m_spec.storageRoot + QLatin1Char('/') + file.object, target, &error)) {
-        ++totals.failedCount;
-        if (m_result.message.isEmpty())
-            m_result.message = error.isEmpty() ? QStringLiteral("No data for %1").arg(file.path) : error;
-        record(file, RunFileRecord::Failed, error);
+    struct stat stored{};
+    ::fstat(from, &stored);
+    FileCopier::Options options;
+    options.replace = true;
+    options.mode = stored.st_mode;
+    options.times[0] = stored.st_atim;
+    options.times[1] = stored.st_mtim;
+    options.expectedChecksum = file.checksum;
+    const FileCopier::Result copied = FileCopier::copy(from, target, name, options, &stop, file.path);
+    ::close(from);
+    if (copied.status == FileCopier::Status::Stopped)
+        return;
+    if (copied.status != FileCopier::Status::Done) {
+        failed(copied.error);
         return;
     }
     ++totals.copiedCount;
-    totals.copiedSize += file.size;
+    totals.copiedSize += copied.size;
     record(file, RunFileRecord::Restored, QString());
 }
 

@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QUuid>
 
+#include "folderhandle.h"
 #include "runprogress.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
@@ -53,10 +54,12 @@ public:
 
 private:
     bool isChosen(const QString& path) const;
-    void restoreFile(const StoredContent& file);
+    void restoreFile(const StoredContent& file, const std::atomic_bool& stop);
     void record(const StoredContent& file, int operation, const QString& message);
 
     Spec m_spec;
+    FolderHandle m_storage;
+    FolderHandle m_target;
     Result m_result;
     QElapsedTimer m_clock;
 };

@@ -1,19 +1,28 @@
 #include "runmanager.h"
 
 #include <limits>
+#include <unistd.h>
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
 #include <QtConcurrent>
 
 #include "core/nvldebug.h"
 #include "filebackupjob.h"
 #include "filerestorejob.h"
+#include "fileverifyjob.h"
 #include "records/plan/backupfile.h"
+#include "records/plan/backupencyption.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
 #include "records/plan/restorefile.h"
 #include "store/enginestore.h"
+#include "store/repositorystore.h"
+#include "store/runstore.h"
+#include "store/storedatabase.h"
 #include "stores/defaultsettings.h"
 
 namespace NVB::Engine {
@@ -52,7 +61,70 @@ QString accountFolder(EngineStore* store, const QUuid& accountId, QString* prefi
     if (!folder.endsWith(QLatin1Char('/')))
         folder += QLatin1Char('/');
     *prefix = account->prefix;
+    // A drive that is not mounted leaves an empty mount point behind; writing
+    // there would fill the system disk. The account's folder must be there
+    // and, once the engine has prepared it, carry the account's marker.
+    if (!QFileInfo(folder).isDir()) {
+        *error = QStringLiteral("The folder %1 of storage account \"%2\" does not exist; is its drive mounted?")
+                     .arg(folder, account->displayName);
+        return {};
+    }
+    const QString home = folder + QStringLiteral("NVB_") + account->prefix;
+    QFile marker(home + QLatin1Char('/') + RunManager::markerFileName());
+    const QByteArray expected = accountId.toString().toUtf8();
+    if (marker.exists()) {
+        if (!marker.open(QIODevice::ReadOnly) || marker.readAll().trimmed() != expected) {
+            *error = QStringLiteral("The folder %1 carries the marker of another storage account").arg(home);
+            return {};
+        }
+    } else if (QFileInfo::exists(home) || !store->bunches(accountId).isEmpty()) {
+        *error = QStringLiteral("The folder %1 of storage account \"%2\" lacks its marker file %3; is the right "
+                                "drive mounted?")
+                     .arg(home, account->displayName, RunManager::markerFileName());
+        return {};
+    } else {
+        if (!QDir().mkpath(home) || !marker.open(QIODevice::WriteOnly | QIODevice::NewOnly)
+            || marker.write(expected + '\n') < 0 || !marker.flush() || ::fsync(marker.handle()) != 0) {
+            *error = QStringLiteral("Cannot prepare the folder %1 of storage account \"%2\"")
+                         .arg(home, account->displayName);
+            return {};
+        }
+    }
     return folder;
+}
+
+// The first option of the plan that this engine does not carry out, by the
+// name the user knows it by; empty when it can do all the plan asks.
+QString unperformedOption(const NVB::Info::Plan::Backup& plan)
+{
+    if (plan.encryption().isEnabled())
+        return QStringLiteral("encryption");
+    if (plan.useCompression())
+        return QStringLiteral("compression");
+    const auto& retention = plan.retentionPolicy();
+    // Keeping the last version needs nothing done: this engine deletes
+    // nothing. Anything that deletes is a retention policy it cannot honour.
+    if (retention.useDeleteOlder() || retention.useKeepVersion() || retention.useDeleteLocaly())
+        return QStringLiteral("retention policy");
+    if (plan.forceFullSchedule().isEnable())
+        return QStringLiteral("scheduled full backup");
+    if (plan.forceFullDiffSizeConditionEnable())
+        return QStringLiteral("full backup when the changes exceed a size");
+    if (plan.useDifferentialUpload())
+        return QStringLiteral("block-level (differential) upload");
+    if (plan.actions().pre().isEnabled())
+        return QStringLiteral("action before the backup");
+    if (plan.actions().post().isEnabled())
+        return QStringLiteral("action after the backup");
+    // The consistency check is honoured by every run: an earlier copy is
+    // reused only after it is found on the storage with its recorded size.
+    if (plan.syncBeforeRun())
+        return QStringLiteral("repository synchronisation before the run");
+    if (const auto* file = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&plan)) {
+        if (file->skipInUseFiles())
+            return QStringLiteral("skip in-use files");
+    }
+    return {};
 }
 
 } // namespace
@@ -70,7 +142,7 @@ RunManager::~RunManager()
     stopAll();
 }
 
-QString RunManager::start(const QUuid& planId, bool forceFull)
+QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
 {
     if (m_runs.contains(planId))
         return QStringLiteral("The plan is running already");
@@ -98,6 +170,10 @@ QString RunManager::start(const QUuid& planId, bool forceFull)
     QString reason;
     if (!record)
         reason = QStringLiteral("The stored plan cannot be read");
+    else if (stored->subtype == 1 && verify)
+        reason = prepareVerify(active, &work);
+    else if (verify)
+        reason = QStringLiteral("Only a backup plan's data can be verified");
     else if (stored->subtype == 1)
         reason = prepareBackup(active, *record, forceFull, &work);
     else
@@ -126,6 +202,12 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     const auto* plan = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&record);
     if (!plan)
         return QStringLiteral("Only file backup plans can run on this engine");
+    const QString option = unperformedOption(*plan);
+    if (!option.isEmpty()) {
+        return QStringLiteral("The plan asks for %1, which this engine does not perform yet; turn it off to run the "
+                              "plan")
+            .arg(option);
+    }
 
     QString prefix;
     QString error;
@@ -141,7 +223,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     point.connectionId = active.plan.storageId;
     point.bunchId = active.plan.id;
     point.startUtc = active.run.startUtc;
-    point.encrypted = plan->encryption().isEnabled();
+    point.encrypted = false; // never claimed: encrypted plans are refused above
     if (previous) {
         point.generationId = previous->generationId;
         point.sequenceNumber = previous->sequenceNumber + 1;
@@ -160,18 +242,34 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     spec.objectPrefix = QStringLiteral("NVB_%1/%2/%3/%4")
                             .arg(prefix, noBraces(active.plan.id), noBraces(point.generationId))
                             .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
-    if (previous) {
-        for (const StoredContent& item : m_store->content(previous->rowId))
-            spec.previous.insert(item.path, item);
-    }
     spec.reBackupModifiedSince = plan->reBackupModifiedSince();
     spec.backupEmptyFolders = plan->backupEmptyFolders();
     spec.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
+    spec.neverTaken = QStringList{spec.storageRoot, QFileInfo(m_store->filePath()).absolutePath()};
+    // Run folders that no restore point names are what killed or failed runs
+    // left behind; they are removed before this run starts.
+    QSet<QString> kept;
+    for (const StoredRestorePoint& recorded : m_store->restorePoints(active.plan.storageId, active.plan.id))
+        kept.insert(QStringLiteral("%1/%2").arg(noBraces(recorded.generationId)).arg(recorded.sequenceNumber, 6, 10, QLatin1Char('0')));
+    const QString planFolder = QStringLiteral("%1/NVB_%2/%3").arg(spec.storageRoot, prefix, noBraces(active.plan.id));
+    const qint64 previousRow = previous ? previous->rowId : 0;
+    const QString storeFile = m_store->filePath();
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
                             plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const QUuid planId = active.plan.id;
-    *work = [this, planId, spec = std::move(spec), selection = std::move(selection)](const std::atomic_bool& stop) {
+    *work = [this, planId, spec = std::move(spec), selection = std::move(selection), kept, planFolder, previousRow,
+             storeFile](const std::atomic_bool& stop) mutable {
+        sweepRunFolders(planFolder, kept);
+        if (previousRow > 0) {
+            // Loaded here, on the worker's own connection: a point of many
+            // files takes a while to read.
+            StoreDatabase database;
+            if (database.open(storeFile)) {
+                for (const StoredContent& item : RepositoryStore(database).content(previousRow))
+                    spec.previous.insert(item.path, item);
+            }
+        }
         FileBackupJob job(spec, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
         RunOutcome outcome;
@@ -231,6 +329,45 @@ QString RunManager::prepareRestore(ActiveRun& active, const NVB::Info::Plan::Bas
     return {};
 }
 
+QString RunManager::prepareVerify(ActiveRun& active, Work* work)
+{
+    QString prefix;
+    QString error;
+    const QString folder = accountFolder(m_store, active.plan.storageId, &prefix, &error);
+    if (folder.isEmpty())
+        return error;
+    const auto point = m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
+    if (!point)
+        return QStringLiteral("The plan has no restore point to verify");
+    FileVerifyJob::Spec spec;
+    spec.planId = active.plan.id;
+    spec.planName = active.plan.name;
+    spec.storageRoot = QDir::cleanPath(folder);
+    const QUuid planId = active.plan.id;
+    const qint64 row = point->rowId;
+    const QString storeFile = m_store->filePath();
+    *work = [this, planId, spec = std::move(spec), row, storeFile](const std::atomic_bool& stop) mutable {
+        StoreDatabase database;
+        if (!database.open(storeFile)) {
+            RunOutcome failed;
+            failed.planResult = PlanResult::Failed;
+            failed.message = database.lastError();
+            return failed;
+        }
+        spec.content = RepositoryStore(database).content(row);
+        database.close();
+        FileVerifyJob job(spec);
+        auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
+        RunOutcome outcome;
+        outcome.planResult = result.planResult;
+        outcome.message = result.message;
+        outcome.files = std::move(result.files);
+        outcome.totals = result.totals;
+        return outcome;
+    };
+    return {};
+}
+
 void RunManager::launch(const QUuid& planId, std::function<RunOutcome(const std::atomic_bool&)> work)
 {
     ActiveRun& active = m_runs[planId];
@@ -249,7 +386,80 @@ void RunManager::launch(const QUuid& planId, std::function<RunOutcome(const std:
         active.stopAfter->start(int(qMin<qint64>(active.stopAfterSeconds * 1000, std::numeric_limits<int>::max())));
     }
     auto stop = active.stop;
-    active.watcher->setFuture(QtConcurrent::run([work = std::move(work), stop] { return work(*stop); }));
+    const ActiveRun snapshot = active;
+    const QString storeFile = m_store->filePath();
+    // The run is recorded on the worker too, on a connection of its own: the
+    // content of a large restore point takes long to write, and the engine's
+    // thread serves the consoles meanwhile.
+    active.watcher->setFuture(QtConcurrent::run([work = std::move(work), stop, snapshot, storeFile] {
+        RunOutcome outcome = work(*stop);
+        record(storeFile, snapshot, &outcome);
+        return outcome;
+    }));
+}
+
+void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOutcome* outcome)
+{
+    RunRecord run = active.run;
+    const qint64 seconds = active.clock.elapsed() / 1000;
+    StoredPlan summary = active.plan;
+    summary.status = PlanStatus::Idle;
+    summary.lastRunUtc = active.run.startUtc;
+    summary.lastDuration = seconds;
+    summary.lastFileCount = outcome->totals.scannedCount;
+    summary.lastFileSize = outcome->totals.scannedSize;
+    summary.lastUploadedCount = outcome->totals.copiedCount;
+    summary.lastUploadedSize = outcome->totals.copiedSize;
+    summary.lastFailedCount = outcome->totals.failedCount;
+
+    // A stopped or failed backup leaves no restore point: it would promise
+    // files that were never copied.
+    const bool keepsPoint = active.makesPoint && (outcome->planResult == PlanResult::Success
+                                                  || outcome->planResult == PlanResult::Warning);
+    StoredRestorePoint point = active.point;
+    point.status = outcome->planResult == PlanResult::Warning ? 1 : 0;
+    point.sizeOnStorage = outcome->totals.copiedSize;
+
+    StoreDatabase database;
+    QString error;
+    if (database.open(storeFile)) {
+        const auto attempt = [&](int result, const QString& message, bool withPoint) {
+            run.result = result;
+            run.durationSeconds = seconds;
+            run.size = outcome->totals.copiedSize;
+            run.fileCount = outcome->totals.copiedCount;
+            run.errorMessage = message;
+            summary.lastResult = result;
+            summary.lastMessage = message;
+            qint64 row = 0;
+            const bool ok = RunStore(database).finishRun(run, outcome->files, summary,
+                                                         withPoint ? &active.bunch : nullptr,
+                                                         withPoint ? &point : nullptr, outcome->content, &row);
+            point.rowId = row;
+            return ok;
+        };
+        if (attempt(outcome->planResult, outcome->message, keepsPoint)) {
+            outcome->recorded = true;
+            outcome->pointRowId = keepsPoint ? point.rowId : 0;
+            return;
+        }
+        error = database.lastError();
+        if (keepsPoint) {
+            // A restore point that could not be committed is a failed run,
+            // and says so.
+            outcome->planResult = PlanResult::Failed;
+            outcome->message = QStringLiteral("The restore point could not be recorded: %1").arg(error);
+            if (attempt(outcome->planResult, outcome->message, false)) {
+                outcome->recorded = true;
+                return;
+            }
+            error = database.lastError();
+        }
+    } else {
+        error = database.lastError();
+    }
+    outcome->planResult = PlanResult::Failed;
+    outcome->recordError = error.isEmpty() ? QStringLiteral("unknown") : error;
 }
 
 void RunManager::reportProgress(const QUuid& planId, const RunProgress& progress)
@@ -301,46 +511,35 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
     if (active.stopAfter)
         active.stopAfter->deleteLater();
 
-    const qint64 seconds = active.clock.elapsed() / 1000;
-    active.run.result = outcome.planResult;
-    active.run.durationSeconds = seconds;
-    active.run.size = outcome.totals.copiedSize;
-    active.run.fileCount = outcome.totals.copiedCount;
-    active.run.errorMessage = outcome.message;
-
-    StoredPlan summary = active.plan;
-    summary.status = PlanStatus::Idle;
-    summary.lastResult = outcome.planResult;
-    summary.lastRunUtc = active.run.startUtc;
-    summary.lastDuration = seconds;
-    summary.lastFileCount = outcome.totals.scannedCount;
-    summary.lastFileSize = outcome.totals.scannedSize;
-    summary.lastUploadedCount = outcome.totals.copiedCount;
-    summary.lastUploadedSize = outcome.totals.copiedSize;
-    summary.lastFailedCount = outcome.totals.failedCount;
-    summary.lastMessage = outcome.message;
-
-    // A stopped or failed backup leaves no restore point: it would promise
-    // files that were never copied.
-    const bool keepsPoint = active.makesPoint
-                            && (outcome.planResult == PlanResult::Success || outcome.planResult == PlanResult::Warning);
-    StoredRestorePoint point = active.point;
-    point.status = outcome.planResult == PlanResult::Warning ? 1 : 0;
-    point.sizeOnStorage = outcome.totals.copiedSize;
-    if (!m_store->finishRun(active.run, outcome.files, summary, keepsPoint ? &active.bunch : nullptr,
-                            keepsPoint ? &point : nullptr, outcome.content)) {
+    if (!outcome.recorded) {
         NVL::NvlDebug(QStringLiteral("NVB")).error()
-            << QStringLiteral("The run of plan %1 could not be recorded: %2").arg(planId.toString(), m_store->lastError());
+            << QStringLiteral("The run of plan %1 could not be recorded: %2").arg(planId.toString(), outcome.recordError);
         m_store->setPlanStatus(planId, PlanStatus::Idle);
     }
-    if (keepsPoint) {
-        const auto made = m_store->latestRestorePoint(point.connectionId, point.bunchId);
-        point.rowId = made ? made->rowId : 0;
-    } else {
-        point = StoredRestorePoint{};
+    StoredRestorePoint point;
+    const bool madePoint = outcome.recorded && outcome.pointRowId > 0;
+    if (madePoint) {
+        point = active.point;
+        point.rowId = outcome.pointRowId;
+        point.status = outcome.planResult == PlanResult::Warning ? 1 : 0;
+        point.sizeOnStorage = outcome.totals.copiedSize;
     }
-    emit finished(planId, active.plan.subtype, outcome.planResult, point, keepsPoint && active.newBunch,
-                  keepsPoint && active.newGeneration);
+    emit finished(planId, active.plan.subtype, outcome.planResult, point, madePoint && active.newBunch,
+                  madePoint && active.newGeneration);
+}
+
+void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>& kept)
+{
+    QDir plan(planFolder);
+    for (const QString& generation : plan.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
+        QDir folder(plan.filePath(generation));
+        for (const QString& run : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
+            if (!kept.contains(generation + QLatin1Char('/') + run))
+                QDir(folder.filePath(run)).removeRecursively();
+        }
+        folder.rmdir(QStringLiteral("."));
+        plan.rmdir(generation);
+    }
 }
 
 } // namespace NVB::Engine

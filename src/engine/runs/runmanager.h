@@ -8,6 +8,7 @@
 #include <QFutureWatcher>
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QTimer>
 #include <QUuid>
 
@@ -40,8 +41,14 @@ public:
     // start but cannot be carried out (no account, a provider this engine
     // cannot write to) starts and ends at once with a failed result and the
     // reason, so that the user finds it in the history.
-    QString start(const QUuid& planId, bool forceFull);
+    //
+    // `verify` runs a backup plan's verify run instead: its last restore
+    // point is read back and checked against the recorded checksums.
+    QString start(const QUuid& planId, bool forceFull, bool verify = false);
     bool stop(const QUuid& planId);
+    // The file a File System account's folder carries once the engine has
+    // prepared it, holding the account's id.
+    static QString markerFileName() { return QStringLiteral(".nvb-account"); }
     bool isRunning(const QUuid& planId) const { return m_runs.contains(planId); }
     int runningCount() const { return m_runs.size(); }
     // Stops every run and waits for the workers; used at shutdown.
@@ -76,8 +83,12 @@ private:
     using Work = std::function<RunOutcome(const std::atomic_bool&)>;
     QString prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base& record, bool forceFull, Work* work);
     QString prepareRestore(ActiveRun& active, const NVB::Info::Plan::Base& record, Work* work);
+    QString prepareVerify(ActiveRun& active, Work* work);
     void launch(const QUuid& planId, std::function<RunOutcome(const std::atomic_bool&)> work);
     void finish(const QUuid& planId, const RunOutcome& outcome);
+    // On the worker: writes the run's end (and restore point) to the store.
+    static void record(const QString& storeFile, const ActiveRun& active, RunOutcome* outcome);
+    static void sweepRunFolders(const QString& planFolder, const QSet<QString>& kept);
     void reportProgress(const QUuid& planId, const RunProgress& progress);
 
     EngineStore* m_store;

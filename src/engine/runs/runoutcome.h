@@ -18,6 +18,10 @@ struct RunOutcome
     QList<RunFileRecord> files;
     QList<StoredContent> content;
     RunProgress totals;
+    // Set by the worker once the run's end is in the store.
+    bool recorded = false;
+    QString recordError;
+    qint64 pointRowId = 0;
 };
 
 } // namespace NVB::Engine

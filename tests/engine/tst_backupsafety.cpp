@@ -1,0 +1,315 @@
+#include <fcntl.h>
+#include <sys/fsuid.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCryptographicHash>
+#include <QtTest>
+
+#include "records/plan/planresult.h"
+#include "runs/filebackupjob.h"
+#include "runs/filerestorejob.h"
+#include "runs/fileverifyjob.h"
+#include "testmain.h"
+
+using namespace NVB::Engine;
+using NVB::Info::Plan::PlanResult;
+
+// The ways a backup can claim more than it holds, or a restore can write
+// where it should not, each tried on real files.
+class TestBackupSafety : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_source;
+    QTemporaryDir m_storage;
+    std::atomic_bool m_stop{false};
+    int m_runs = 0;
+
+    static void write(const QString& path, const QByteArray& data, qint64 mtime = 0, long nsec = 0)
+    {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(data);
+        file.close();
+        if (mtime > 0) {
+            const struct timespec times[2] = {{mtime, nsec}, {mtime, nsec}};
+            QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+        }
+    }
+
+    static QByteArray read(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+    }
+
+    FileBackupJob::Result backup(const QStringList& roots, const QList<StoredContent>& previous = {},
+                                 const QString& storage = QString())
+    {
+        FileBackupJob::Spec spec;
+        spec.planId = QUuid::createUuid();
+        spec.storageRoot = storage.isEmpty() ? m_storage.path() : storage;
+        spec.objectPrefix = QStringLiteral("NVB_t/plan/run%1").arg(++m_runs);
+        for (const StoredContent& item : previous)
+            spec.previous.insert(item.path, item);
+        FileBackupJob job(spec, FileSelection(roots, {}, FileSelection::FilterType::All, {}, {}, false));
+        return job.run(m_stop, {});
+    }
+
+    FileRestoreJob::Result restore(const QList<StoredContent>& content, const QString& destination)
+    {
+        FileRestoreJob::Spec spec;
+        spec.storageRoot = m_storage.path();
+        spec.content = content;
+        spec.destination = destination;
+        FileRestoreJob job(spec);
+        return job.run(m_stop, {});
+    }
+
+    static const StoredContent* find(const QList<StoredContent>& content, const QString& path)
+    {
+        for (const StoredContent& item : content) {
+            if (item.path == path)
+                return &item;
+        }
+        return nullptr;
+    }
+
+private slots:
+    void init() { m_stop = false; }
+
+    void shouldKeepNamesApartFromTemporaryOnes()
+    {
+        const QString folder = m_source.filePath(QStringLiteral("names"));
+        const QString longName = QString(255, QLatin1Char('n'));
+        write(folder + QStringLiteral("/X"), "the file");
+        write(folder + QStringLiteral("/X.part"), "a download");
+        write(folder + QLatin1Char('/') + longName, "long");
+        const auto saved = backup({folder});
+        QCOMPARE(saved.planResult, int(PlanResult::Success));
+        QCOMPARE(saved.totals.copiedCount, 3);
+        for (const char* name : {"X", "X.part"}) {
+            const StoredContent* item = find(saved.content, folder + QLatin1Char('/') + QLatin1String(name));
+            QVERIFY(item);
+            QCOMPARE(read(m_storage.filePath(item->object)), read(folder + QLatin1Char('/') + QLatin1String(name)));
+        }
+        QCOMPARE(read(m_storage.filePath(find(saved.content, folder + QLatin1Char('/') + longName)->object)),
+                 QByteArray("long"));
+
+        // In place, beside the user's own X.part and over a link planted at
+        // X: the user's file and the link's target stay as they were.
+        QTemporaryDir target;
+        QTemporaryDir elsewhere;
+        const QString landing = target.path() + folder;
+        write(landing + QStringLiteral("/X.part"), "user's own");
+        write(elsewhere.filePath(QStringLiteral("victim")), "victim");
+        QVERIFY(QFile::link(elsewhere.filePath(QStringLiteral("victim")), landing + QStringLiteral("/X")));
+        const auto back = restore({*find(saved.content, folder + QStringLiteral("/X"))}, target.path());
+        QCOMPARE(back.planResult, int(PlanResult::Success));
+        QCOMPARE(read(landing + QStringLiteral("/X")), QByteArray("the file"));
+        QVERIFY(!QFileInfo(landing + QStringLiteral("/X")).isSymLink());
+        QCOMPARE(read(landing + QStringLiteral("/X.part")), QByteArray("user's own"));
+        QCOMPARE(read(elsewhere.filePath(QStringLiteral("victim"))), QByteArray("victim"));
+        QCOMPARE(QDir(landing).entryList(QDir::Files | QDir::Hidden).size(), 2);
+    }
+
+    void shouldNoticeEveryChange_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::newRow("same size, same second") << QStringLiteral("edit");
+        QTest::newRow("replaced with the old times") << QStringLiteral("replace");
+        QTest::newRow("stored copy cut short") << QStringLiteral("truncate");
+    }
+
+    void shouldNoticeEveryChange()
+    {
+        QFETCH(QString, change);
+        const QString folder = m_source.filePath(QStringLiteral("change-") + change);
+        const QString file = folder + QStringLiteral("/doc.txt");
+        write(file, "version one", 1700000000, 100);
+        const auto first = backup({folder});
+        QCOMPARE(first.totals.copiedCount, 1);
+        const StoredContent* stored = find(first.content, file);
+        QVERIFY(stored);
+        QCOMPARE(stored->checksum, QCryptographicHash::hash("version one", QCryptographicHash::Sha256));
+
+        if (change == QLatin1String("edit")) {
+            write(file, "version two", 1700000000, 100);
+        } else if (change == QLatin1String("replace")) {
+            write(folder + QStringLiteral("/new"), "version two", 1700000000, 100);
+            QVERIFY(::rename(QFile::encodeName(folder + QStringLiteral("/new")).constData(),
+                             QFile::encodeName(file).constData())
+                    == 0);
+        } else {
+            QVERIFY(::truncate(QFile::encodeName(m_storage.filePath(stored->object)).constData(), 3) == 0);
+        }
+        const auto second = backup({folder}, first.content);
+        QCOMPARE(second.planResult, int(PlanResult::Success));
+        QCOMPARE(second.totals.copiedCount, 1);
+        const StoredContent* again = find(second.content, file);
+        QCOMPARE(read(m_storage.filePath(again->object)), read(file));
+        QVERIFY(again->object != stored->object);
+    }
+
+    void shouldVerifyEveryCopyAgainstItsChecksum()
+    {
+        const QString folder = m_source.filePath(QStringLiteral("verify"));
+        write(folder + QStringLiteral("/good.txt"), "good data");
+        write(folder + QStringLiteral("/bad.txt"), "bad data!");
+        const auto saved = backup({folder});
+        const QString bad = folder + QStringLiteral("/bad.txt");
+
+        FileVerifyJob::Spec spec;
+        spec.storageRoot = m_storage.path();
+        spec.content = saved.content;
+        QCOMPARE(FileVerifyJob(spec).run(m_stop, {}).planResult, int(PlanResult::Success));
+
+        // Flip bytes without changing the size: only the checksum sees it.
+        write(m_storage.filePath(find(saved.content, bad)->object), "BAD DATA!");
+        const auto verified = FileVerifyJob(spec).run(m_stop, {});
+        QCOMPARE(verified.planResult, int(PlanResult::Failed));
+        QCOMPARE(verified.totals.failedCount, 1);
+        QCOMPARE(verified.files.size(), 1);
+        QCOMPARE(verified.files.first().file, bad);
+        QVERIFY(verified.files.first().message.contains(QStringLiteral("checksum")));
+
+        // A restore refuses the damaged copy and leaves the file on disk.
+        write(bad, "current");
+        const auto back = restore(saved.content, QString());
+        QCOMPARE(back.planResult, int(PlanResult::Warning));
+        QCOMPARE(back.totals.failedCount, 1);
+        QCOMPARE(read(bad), QByteArray("current"));
+        QVERIFY(back.message.contains(QStringLiteral("checksum")));
+    }
+
+    void shouldCountFailuresOnceAndStoreNothingFalse()
+    {
+        QTemporaryDir source;
+        QTemporaryDir storage;
+        const QString folder = source.filePath(QStringLiteral("unreadable"));
+        write(folder + QStringLiteral("/a"), "a");
+        write(folder + QStringLiteral("/b"), "b");
+        const auto open = QFileDevice::Permissions(0x7555);
+        for (const QString& path : {source.path(), folder})
+            QFile::setPermissions(path, open);
+        QFile::setPermissions(storage.path(), QFileDevice::Permissions(0x7777));
+        QFile::setPermissions(folder + QStringLiteral("/a"), QFileDevice::Permissions());
+        QFile::setPermissions(folder + QStringLiteral("/b"), QFileDevice::Permissions());
+        // Root reads everything; the job runs on this thread, which takes
+        // the rights of nobody for file access meanwhile.
+        const bool root = ::geteuid() == 0;
+        if (root)
+            ::setfsuid(65534);
+        const auto result = backup({folder}, {}, storage.path());
+        if (root)
+            ::setfsuid(0);
+        QCOMPARE(result.totals.scannedCount, 2);
+        QCOMPARE(result.totals.failedCount, 2);
+        QCOMPARE(result.planResult, int(PlanResult::Failed));
+        QVERIFY(result.content.isEmpty());
+        QVERIFY(!QFileInfo::exists(storage.filePath(QStringLiteral("NVB_t/plan/run%1").arg(m_runs))));
+    }
+
+    void shouldFollowChosenLinksAndKeepItsOwnFoldersOut()
+    {
+        const QString real = m_source.filePath(QStringLiteral("real"));
+        write(real + QStringLiteral("/inside.txt"), "inside");
+        const QString link = m_source.filePath(QStringLiteral("chosen-link"));
+        QVERIFY(QFile::link(real, link));
+        const auto followed = backup({link});
+        QCOMPARE(followed.planResult, int(PlanResult::Success));
+        QCOMPARE(followed.totals.copiedCount, 1);
+        QVERIFY(find(followed.content, link + QStringLiteral("/inside.txt")));
+
+        // The storage and the data folder below a source are never taken.
+        QTemporaryDir tree;
+        write(tree.filePath(QStringLiteral("mine.txt")), "mine");
+        write(tree.filePath(QStringLiteral("data/engine.db")), "db");
+        FileBackupJob::Spec spec;
+        spec.storageRoot = tree.filePath(QStringLiteral("storage"));
+        QDir().mkpath(spec.storageRoot);
+        spec.objectPrefix = QStringLiteral("NVB_t/p/1");
+        spec.neverTaken = QStringList{spec.storageRoot, tree.filePath(QStringLiteral("data"))};
+        const auto own = FileBackupJob(spec, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
+                             .run(m_stop, {});
+        QCOMPARE(own.planResult, int(PlanResult::Success));
+        QCOMPARE(own.totals.scannedCount, 1);
+
+        // Nothing to take is said, not passed off as a clean success.
+        QTemporaryDir empty;
+        const auto none = backup({empty.path()});
+        QCOMPARE(none.planResult, int(PlanResult::Warning));
+        QVERIFY(none.message.contains(QStringLiteral("no files")));
+    }
+
+    void shouldStayOnTheRootsFileSystemWhenAsked()
+    {
+        if (::geteuid() != 0)
+            QSKIP("Mounting a file system for this test needs root");
+        QTemporaryDir tree;
+        write(tree.filePath(QStringLiteral("here.txt")), "here");
+        const QString mountPoint = tree.filePath(QStringLiteral("other"));
+        QDir().mkpath(mountPoint);
+        if (::mount("nvbtest", QFile::encodeName(mountPoint).constData(), "tmpfs", 0, "size=1m") != 0)
+            QSKIP("tmpfs cannot be mounted here");
+        write(mountPoint + QStringLiteral("/there.txt"), "there");
+        FileBackupJob::Spec spec;
+        spec.storageRoot = m_storage.path();
+        const auto run = [&](std::optional<bool> oneFileSystem) {
+            spec.objectPrefix = QStringLiteral("NVB_t/fs/%1").arg(++m_runs);
+            spec.oneFileSystem = oneFileSystem;
+            return FileBackupJob(spec, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
+                .run(m_stop, {})
+                .totals.copiedCount;
+        };
+        const qint64 crossing = run(std::nullopt);
+        const qint64 staying = run(true);
+        ::umount2(QFile::encodeName(mountPoint).constData(), MNT_DETACH);
+        QCOMPARE(crossing, 2);
+        QCOMPARE(staying, 1);
+    }
+
+    void shouldRefuseStoredPathsThatLeaveTheirFolder_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("object");
+        QTest::newRow("climbing path") << QStringLiteral("/../../escaped.txt") << QStringLiteral("NVB_t/x/1/a");
+        QTest::newRow("relative path") << QStringLiteral("escaped.txt") << QStringLiteral("NVB_t/x/1/a");
+        QTest::newRow("climbing object") << QStringLiteral("/ok.txt") << QStringLiteral("../../etc/hostname");
+        QTest::newRow("absolute object") << QStringLiteral("/ok.txt") << QStringLiteral("/etc/hostname");
+    }
+
+    void shouldRefuseStoredPathsThatLeaveTheirFolder()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, object);
+        write(m_storage.filePath(QStringLiteral("NVB_t/x/1/a")), "data");
+        QTemporaryDir outer;
+        const QString destination = outer.filePath(QStringLiteral("a/b"));
+        QDir().mkpath(destination);
+        StoredContent item;
+        item.path = path;
+        item.object = object;
+        item.size = 4;
+        const auto result = restore({item}, destination);
+        QCOMPARE(result.planResult, int(PlanResult::Failed));
+        QVERIFY(result.message.contains(QStringLiteral("refused")));
+        QCOMPARE(QDir(outer.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"a"});
+        QVERIFY(QDir(destination).isEmpty());
+
+        // A folder of the destination that is a link is not gone through.
+        QTemporaryDir elsewhere;
+        QVERIFY(QFile::link(elsewhere.path(), destination + QStringLiteral("/home")));
+        item.path = QStringLiteral("/home/ok.txt");
+        item.object = QStringLiteral("NVB_t/x/1/a");
+        QCOMPARE(restore({item}, destination).planResult, int(PlanResult::Failed));
+        QVERIFY(QDir(elsewhere.path()).isEmpty());
+    }
+};
+
+NVB_TEST_GUILESS_MAIN(TestBackupSafety)
+#include "tst_backupsafety.moc"
