@@ -5,12 +5,15 @@
 #include <unistd.h>
 
 #include <QCryptographicHash>
+#include <QRandomGenerator>
 #include <QtTest>
 
 #include "records/plan/planresult.h"
 #include "runs/filebackupjob.h"
 #include "runs/filerestorejob.h"
 #include "runs/fileverifyjob.h"
+#include "runs/pathcodec.h"
+#include "store/enginestore.h"
 #include "testmain.h"
 
 using namespace NVB::Engine;
@@ -184,6 +187,73 @@ private slots:
         QCOMPARE(back.totals.failedCount, 1);
         QCOMPARE(read(bad), QByteArray("current"));
         QVERIFY(back.message.contains(QStringLiteral("checksum")));
+    }
+
+    void shouldKeepNamesAsBytes()
+    {
+        // Any byte string survives the trip through text.
+        QRandomGenerator random(7);
+        for (int n = 0; n < 2000; ++n) {
+            QByteArray name(int(random.bounded(1, 24)), Qt::Uninitialized);
+            for (char& byte : name)
+                byte = char(random.bounded(1, 256));
+            QCOMPARE(PathCodec::encode(PathCodec::decode(name)), name);
+        }
+        QCOMPARE(PathCodec::decode("Grüße"), QStringLiteral("Grüße"));
+
+        // Names that are not UTF-8, two that a lossy reading would merge,
+        // and one holding the codec's own escape character.
+        const QString folder = m_source.filePath(QStringLiteral("bytes"));
+        QDir().mkpath(folder);
+        const QList<QByteArray> names{"a\xff", "a\xfe", "caf\xe9", "x\xef\xa3\xbf", "plain"};
+        for (const QByteArray& name : names) {
+            const QByteArray path = QFile::encodeName(folder) + '/' + name;
+            const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+            QVERIFY(fd >= 0);
+            QCOMPARE(::write(fd, name.constData(), size_t(name.size())), ssize_t(name.size()));
+            ::close(fd);
+        }
+        const auto saved = backup({folder});
+        QCOMPARE(saved.planResult, int(PlanResult::Success));
+        QCOMPARE(saved.totals.copiedCount, names.size());
+
+        // The store keeps them apart.
+        EngineStore store;
+        QVERIFY(store.open(m_storage.filePath(QStringLiteral("bytes.db"))));
+        StoredPlan plan;
+        plan.id = QUuid::createUuid();
+        plan.name = QStringLiteral("Bytes");
+        plan.xml = QStringLiteral("<plan/>");
+        plan.storageId = QUuid::createUuid();
+        QVERIFY(store.savePlan(plan));
+        RunRecord run;
+        run.planId = plan.id;
+        run.startUtc = QDateTime::currentDateTimeUtc();
+        run.id = *store.beginRun(run);
+        StoredBunch bunch{plan.storageId, plan.id, plan.name, 0, plan.xml};
+        StoredRestorePoint point;
+        point.connectionId = plan.storageId;
+        point.bunchId = plan.id;
+        point.generationId = QUuid::createUuid();
+        point.sequenceNumber = 1;
+        point.startUtc = run.startUtc;
+        qint64 row = 0;
+        QVERIFY2(store.finishRun(run, {}, plan, &bunch, &point, saved.content, &row), qPrintable(store.lastError()));
+        const QList<StoredContent> kept = store.content(row);
+        QCOMPARE(kept.size(), saved.content.size());
+
+        QTemporaryDir target;
+        const auto back = restore(kept, target.path());
+        QCOMPARE(back.planResult, int(PlanResult::Success));
+        for (const QByteArray& name : names) {
+            const QByteArray path = QFile::encodeName(target.path() + folder) + '/' + name;
+            const int fd = ::open(path.constData(), O_RDONLY);
+            QVERIFY2(fd >= 0, path.toHex().constData());
+            char data[32] = {};
+            QCOMPARE(::read(fd, data, sizeof data), ssize_t(name.size()));
+            ::close(fd);
+            QCOMPARE(QByteArray(data, name.size()), name);
+        }
     }
 
     void shouldCountFailuresOnceAndStoreNothingFalse()

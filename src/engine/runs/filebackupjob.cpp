@@ -9,10 +9,10 @@
 #include <utility>
 
 #include <QDir>
-#include <QFile>
 
 #include "filecopier.h"
 #include "records/plan/planresult.h"
+#include "pathcodec.h"
 
 namespace NVB::Engine {
 
@@ -71,8 +71,8 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
     m_clock.start();
 
     QString error;
-    m_storage = FolderHandle::openAbsolute(QFile::encodeName(m_spec.storageRoot), &error);
-    const QByteArray runFolder = QFile::encodeName(m_spec.objectPrefix);
+    m_storage = FolderHandle::openAbsolute(PathCodec::encode(m_spec.storageRoot), &error);
+    const QByteArray runFolder = PathCodec::encode(m_spec.objectPrefix);
     if (m_storage.isValid()) {
         // The run's folder is new: an existing one belongs to another run
         // and is never written into.
@@ -106,7 +106,7 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
             continue;
         // A root was chosen on purpose: a link there is followed.
         struct stat info{};
-        if (::stat(QFile::encodeName(root).constData(), &info) != 0) {
+        if (::stat(PathCodec::encode(root).constData(), &info) != 0) {
             fail(root, QStringLiteral("The source %1 does not exist").arg(root));
             continue;
         }
@@ -171,7 +171,7 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
 
 void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_bool& stop)
 {
-    DIR* dir = ::opendir(QFile::encodeName(folder).constData());
+    DIR* dir = ::opendir(PathCodec::encode(folder).constData());
     if (!dir) {
         fail(folder, QStringLiteral("Cannot read the folder %1").arg(folder));
         return;
@@ -182,7 +182,7 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
             break;
         if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
             continue;
-        const QString name = QFile::decodeName(entry->d_name);
+        const QString name = PathCodec::decode(entry->d_name);
         const QString path = childPath(folder, name);
         struct stat info{};
         if (::fstatat(::dirfd(dir), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -242,7 +242,7 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
         return false;
     // The earlier copy must still be whole: a copy lost or cut short on the
     // storage is made again.
-    const QByteArray object = QFile::encodeName(previous.object);
+    const QByteArray object = PathCodec::encode(previous.object);
     if (!FolderHandle::isPlainRelative(object))
         return false;
     struct stat stored{};
@@ -278,7 +278,7 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
     }
 
     const qint64 started = m_clock.elapsed();
-    const QByteArray encoded = QFile::encodeName(path);
+    const QByteArray encoded = PathCodec::encode(path);
     const int slash = encoded.lastIndexOf('/');
     const QByteArray name = encoded.mid(slash + 1);
     const QByteArray folderBelow = encoded.mid(1, qMax(0, slash - 1));

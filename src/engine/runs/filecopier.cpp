@@ -10,10 +10,10 @@
 
 #include <openssl/evp.h>
 
-#include <QFile>
 #include <QRandomGenerator>
 
 #include "folderhandle.h"
+#include "pathcodec.h"
 
 namespace NVB::Engine {
 
@@ -160,7 +160,7 @@ FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const 
                                     const Options& options, const std::atomic_bool* stop, const QString& what)
 {
     Result result;
-    const QString target = QFile::decodeName(name);
+    const QString target = PathCodec::decode(name);
     PendingFile out(folder);
     if (!out.create()) {
         result.error = systemError(QStringLiteral("Cannot write"), target);

@@ -8,12 +8,12 @@
 #include <utility>
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include "filecopier.h"
 #include "folderhandle.h"
 #include "records/plan/planresult.h"
+#include "pathcodec.h"
 
 namespace NVB::Engine {
 
@@ -48,10 +48,10 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     m_clock.start();
     qint64 lastReport = -1;
     QString error;
-    m_storage = FolderHandle::openAbsolute(QFile::encodeName(m_spec.storageRoot), &error);
+    m_storage = FolderHandle::openAbsolute(PathCodec::encode(m_spec.storageRoot), &error);
     if (m_storage.isValid()) {
         m_target = FolderHandle::openAbsolute(
-            m_spec.destination.isEmpty() ? QByteArrayLiteral("/") : QFile::encodeName(m_spec.destination), &error);
+            m_spec.destination.isEmpty() ? QByteArrayLiteral("/") : PathCodec::encode(m_spec.destination), &error);
     }
     if (!m_target.isValid()) {
         m_result.planResult = PlanResult::Failed;
@@ -64,7 +64,7 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
         if (item.deleted || !isChosen(item.path))
             continue;
         if (item.type == StoredContent::Folder) {
-            const QByteArray folder = QFile::encodeName(item.path);
+            const QByteArray folder = PathCodec::encode(item.path);
             if (FolderHandle::isPlainAbsolute(folder) && folder != "/")
                 m_target.openBelow(folder.mid(1), true, nullptr);
             continue;
@@ -112,8 +112,8 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     };
     // A stored path or object that climbs out of its folder is never
     // followed, whatever wrote it into the store.
-    const QByteArray path = QFile::encodeName(file.path);
-    const QByteArray object = QFile::encodeName(file.object);
+    const QByteArray path = PathCodec::encode(file.path);
+    const QByteArray object = PathCodec::encode(file.object);
     if (!FolderHandle::isPlainAbsolute(path) || path == "/") {
         failed(QStringLiteral("The stored path %1 is refused: it is not a plain absolute path").arg(file.path));
         return;

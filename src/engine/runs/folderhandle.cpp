@@ -6,7 +6,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QFile>
+#include <QList>
+
+#include "pathcodec.h"
 
 namespace NVB::Engine {
 
@@ -59,7 +61,7 @@ FolderHandle FolderHandle::openAbsolute(const QByteArray& path, QString* error)
     const int fd = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0 && error) {
         *error = QStringLiteral("Cannot open the folder %1: %2")
-                     .arg(QFile::decodeName(path), QString::fromLocal8Bit(std::strerror(errno)));
+                     .arg(PathCodec::decode(path), QString::fromLocal8Bit(std::strerror(errno)));
     }
     return FolderHandle(fd);
 }
@@ -68,7 +70,7 @@ FolderHandle FolderHandle::openBelow(const QByteArray& relative, bool create, QS
 {
     if (!isPlainRelative(relative)) {
         if (error)
-            *error = QStringLiteral("The path %1 leaves its folder").arg(QFile::decodeName(relative));
+            *error = QStringLiteral("The path %1 leaves its folder").arg(PathCodec::decode(relative));
         return FolderHandle();
     }
     FolderHandle current = duplicate();
@@ -81,7 +83,7 @@ FolderHandle FolderHandle::openBelow(const QByteArray& relative, bool create, QS
         if (next < 0) {
             if (error) {
                 *error = QStringLiteral("Cannot open the folder %1: %2")
-                             .arg(QFile::decodeName(relative), QString::fromLocal8Bit(std::strerror(errno)));
+                             .arg(PathCodec::decode(relative), QString::fromLocal8Bit(std::strerror(errno)));
             }
             return FolderHandle();
         }
