@@ -256,6 +256,44 @@ private slots:
         }
     }
 
+    void shouldRestoreModesTimesLinksAndOwners()
+    {
+        const QString folder = m_source.filePath(QStringLiteral("meta"));
+        const QString sub = folder + QStringLiteral("/locked");
+        const QString file = sub + QStringLiteral("/secret.txt");
+        write(file, "secret", 1600000000, 5);
+        QVERIFY(QFile::link(QStringLiteral("../elsewhere/target"), folder + QStringLiteral("/link")));
+        const bool root = ::geteuid() == 0;
+        if (root)
+            QCOMPARE(::chown(QFile::encodeName(file).constData(), 1234, 2345), 0);
+        QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0640), 0);
+        QCOMPARE(::chmod(QFile::encodeName(sub).constData(), 0751), 0);
+        const struct timespec times[2] = {{1500000000, 0}, {1500000000, 700}};
+        QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(sub).constData(), times, 0), 0);
+        const auto saved = backup({folder});
+        QCOMPARE(saved.planResult, int(PlanResult::Success));
+
+        QTemporaryDir target;
+        const auto back = restore(saved.content, target.path());
+        QCOMPARE(back.planResult, int(PlanResult::Success));
+        struct stat info{};
+        QCOMPARE(::stat(QFile::encodeName(target.path() + sub).constData(), &info), 0);
+        QCOMPARE(info.st_mode & 07777, 0751u);
+        QCOMPARE(qint64(info.st_mtim.tv_sec), qint64(1500000000));
+        QCOMPARE(qint64(info.st_mtim.tv_nsec), qint64(700));
+        QCOMPARE(::stat(QFile::encodeName(target.path() + file).constData(), &info), 0);
+        QCOMPARE(info.st_mode & 07777, 0640u);
+        QCOMPARE(qint64(info.st_mtim.tv_nsec), qint64(5));
+        if (root) {
+            QCOMPARE(info.st_uid, uid_t(1234));
+            QCOMPARE(info.st_gid, gid_t(2345));
+        }
+        char linked[64] = {};
+        const QByteArray link = QFile::encodeName(target.path() + folder + QStringLiteral("/link"));
+        QVERIFY(::readlink(link.constData(), linked, sizeof linked - 1) > 0);
+        QCOMPARE(QByteArray(linked), QByteArray("../elsewhere/target"));
+    }
+
     void shouldCountFailuresOnceAndStoreNothingFalse()
     {
         QTemporaryDir source;

@@ -49,6 +49,13 @@ bool sameFile(const struct stat& a, const struct stat& b)
            && nanoseconds(a.st_mtim) == nanoseconds(b.st_mtim) && nanoseconds(a.st_ctim) == nanoseconds(b.st_ctim);
 }
 
+void takeOwnership(const struct stat& info, StoredContent* item)
+{
+    item->mode = info.st_mode & 07777;
+    item->owner = info.st_uid;
+    item->group = info.st_gid;
+}
+
 } // namespace
 
 FileBackupJob::FileBackupJob(Spec spec, FileSelection selection)
@@ -189,19 +196,23 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
             fail(path, QStringLiteral("Cannot read %1").arg(path));
             continue;
         }
+        if (m_selection.isExcludedPath(path) || isNeverTaken(path))
+            continue;
         bool followLink = false;
         if (S_ISLNK(info.st_mode)) {
             // Folders behind links are never entered: that is how loops and
-            // surprise trees stay out of a backup.
+            // surprise trees stay out of a backup. A link is kept as a link,
+            // unless links to files are to be followed.
             struct stat target{};
             if (!m_spec.followFileSymlinks || ::fstatat(::dirfd(dir), entry->d_name, &target, 0) != 0
-                || !S_ISREG(target.st_mode))
+                || !S_ISREG(target.st_mode)) {
+                if (m_selection.takesFile(name))
+                    takeLink(path, ::dirfd(dir), entry->d_name, info);
                 continue;
+            }
             info = target;
             followLink = true;
         }
-        if (m_selection.isExcludedPath(path) || isNeverTaken(path))
-            continue;
         if (S_ISDIR(info.st_mode)) {
             if (m_oneFileSystem && info.st_dev != device)
                 continue;
@@ -232,7 +243,27 @@ void FileBackupJob::takeFolder(const QString& path, const struct stat& info)
     folder.type = StoredContent::Folder;
     folder.modifiedUtc = fromTimespec(info.st_mtim);
     folder.modifiedNs = nanoseconds(info.st_mtim);
+    takeOwnership(info, &folder);
     m_result.content.append(folder);
+}
+
+void FileBackupJob::takeLink(const QString& path, int folder, const char* name, const struct stat& info)
+{
+    QByteArray target(int(info.st_size > 0 ? info.st_size : 255) + 1, Qt::Uninitialized);
+    const ssize_t length = ::readlinkat(folder, name, target.data(), size_t(target.size()));
+    if (length < 0 || length >= target.size()) {
+        fail(path, QStringLiteral("Cannot read the link %1").arg(path));
+        return;
+    }
+    target.resize(int(length));
+    StoredContent link;
+    link.path = path;
+    link.type = StoredContent::Link;
+    link.modifiedUtc = fromTimespec(info.st_mtim);
+    link.modifiedNs = nanoseconds(info.st_mtim);
+    link.linkTarget = PathCodec::decode(target);
+    takeOwnership(info, &link);
+    m_result.content.append(link);
 }
 
 bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent& now) const
@@ -266,6 +297,7 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
     file.modifiedNs = nanoseconds(seen.st_mtim);
     file.changedNs = nanoseconds(seen.st_ctim);
     file.inode = seen.st_ino;
+    takeOwnership(seen, &file);
 
     const auto previous = m_spec.previous.constFind(path);
     const bool forced = m_spec.reBackupModifiedSince.isValid() && file.modifiedUtc >= m_spec.reBackupModifiedSince;
@@ -326,6 +358,7 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
             file.modifiedNs = nanoseconds(before.st_mtim);
             file.changedNs = nanoseconds(before.st_ctim);
             file.inode = before.st_ino;
+            takeOwnership(before, &file);
             break;
         }
     }

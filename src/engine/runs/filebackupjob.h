@@ -70,6 +70,7 @@ public:
 private:
     void walk(const QString& folder, dev_t device, const std::atomic_bool& stop);
     void takeFolder(const QString& path, const struct stat& info);
+    void takeLink(const QString& path, int folder, const char* name, const struct stat& info);
     void takeFile(const QString& path, const struct stat& info, bool followLink, const std::atomic_bool& stop);
     bool reusable(const StoredContent& previous, const StoredContent& now) const;
     void report(bool force);

@@ -1,5 +1,7 @@
 #include "filerestorejob.h"
 
+#include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,6 +11,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRandomGenerator>
 
 #include "filecopier.h"
 #include "folderhandle.h"
@@ -58,6 +61,7 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
         m_result.message = error;
         return std::move(m_result);
     }
+    QList<const StoredContent*> folders;
     for (const StoredContent& item : std::as_const(m_spec.content)) {
         if (stop)
             break;
@@ -65,17 +69,30 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
             continue;
         if (item.type == StoredContent::Folder) {
             const QByteArray folder = PathCodec::encode(item.path);
-            if (FolderHandle::isPlainAbsolute(folder) && folder != "/")
+            if (FolderHandle::isPlainAbsolute(folder) && folder != "/") {
                 m_target.openBelow(folder.mid(1), true, nullptr);
+                folders.append(&item);
+            }
             continue;
         }
-        restoreFile(item, stop);
+        if (item.type == StoredContent::Link)
+            restoreLink(item);
+        else
+            restoreFile(item, stop);
         const qint64 now = m_clock.elapsed();
         if (progress && (lastReport < 0 || now - lastReport >= 100)) {
             lastReport = now;
             m_result.totals.elapsedMs = now;
             progress(m_result.totals);
         }
+    }
+    // Folders get their modes and times last, deepest first: restoring
+    // what lies in them changed their times, and a folder made read-only
+    // early could not take its files.
+    for (auto it = folders.crbegin(); it != folders.crend() && !stop; ++it) {
+        const FolderHandle folder = m_target.openBelow(PathCodec::encode((*it)->path).mid(1), false, nullptr);
+        if (folder.isValid())
+            applyOwnership(folder.fd(), nullptr, **it);
     }
     m_result.totals.scanning = false;
     m_result.totals.elapsedMs = m_clock.elapsed();
@@ -166,7 +183,10 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     ::fstat(from, &stored);
     FileCopier::Options options;
     options.replace = true;
-    options.mode = stored.st_mode;
+    options.mode = file.mode != 0 ? file.mode : stored.st_mode;
+    options.setOwner = ::geteuid() == 0 && file.owner >= 0 && file.group >= 0;
+    options.owner = uid_t(file.owner);
+    options.group = gid_t(file.group);
     options.times[0] = stored.st_atim;
     options.times[1] = stored.st_mtim;
     options.expectedChecksum = file.checksum;
@@ -181,6 +201,75 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     ++totals.copiedCount;
     totals.copiedSize += copied.size;
     record(file, RunFileRecord::Restored, QString());
+}
+
+void FileRestoreJob::applyOwnership(int folder, const char* name, const StoredContent& item)
+{
+    // `name` null: `folder` is the item itself.
+    const int flags = name ? AT_SYMLINK_NOFOLLOW : AT_EMPTY_PATH;
+    const char* what = name ? name : "";
+    if (::geteuid() == 0 && item.owner >= 0 && item.group >= 0)
+        ::fchownat(folder, what, uid_t(item.owner), gid_t(item.group), flags);
+    if (item.mode != 0 && item.type != StoredContent::Link)
+        ::fchmod(folder, item.mode & 07777);
+    const qint64 ns = item.modifiedNs > 0 ? item.modifiedNs : item.modifiedUtc.toMSecsSinceEpoch() * 1000000;
+    const struct timespec times[2] = {{0, UTIME_OMIT}, {time_t(ns / 1000000000), long(ns % 1000000000)}};
+    if (name)
+        ::utimensat(folder, name, times, AT_SYMLINK_NOFOLLOW);
+    else
+        ::futimens(folder, times);
+}
+
+void FileRestoreJob::restoreLink(const StoredContent& link)
+{
+    RunProgress& totals = m_result.totals;
+    ++totals.scannedCount;
+    totals.currentFile = link.path;
+    const QByteArray path = PathCodec::encode(link.path);
+    QString error;
+    if (!FolderHandle::isPlainAbsolute(path) || path == "/") {
+        error = QStringLiteral("The stored path %1 is refused: it is not a plain absolute path").arg(link.path);
+    } else {
+        const int slash = path.lastIndexOf('/');
+        const QByteArray name = path.mid(slash + 1);
+        const QByteArray parent = path.mid(1, qMax(0, slash - 1));
+        const FolderHandle folder = parent.isEmpty() ? m_target.duplicate() : m_target.openBelow(parent, true, &error);
+        struct stat existing{};
+        if (folder.isValid() && ::fstatat(folder.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0
+            && m_spec.skipExistingFiles) {
+            record(link, RunFileRecord::Skipped, QStringLiteral("The file exists"));
+            return;
+        }
+        if (folder.isValid()) {
+            // Made under a fresh name and renamed over whatever is there, so
+            // a link never lands half made and never follows the old entry.
+            const QByteArray target = PathCodec::encode(link.linkTarget);
+            QByteArray temporary;
+            for (int attempt = 0; attempt < 16 && temporary.isEmpty(); ++attempt) {
+                const QByteArray candidate =
+                    FileCopier::temporaryPrefix() + QByteArray::number(QRandomGenerator::global()->generate64(), 16);
+                if (::symlinkat(target.constData(), folder.fd(), candidate.constData()) == 0)
+                    temporary = candidate;
+                else if (errno != EEXIST)
+                    break;
+            }
+            if (!temporary.isEmpty()
+                && ::renameat(folder.fd(), temporary.constData(), folder.fd(), name.constData()) == 0) {
+                applyOwnership(folder.fd(), name.constData(), link);
+                ++totals.copiedCount;
+                record(link, RunFileRecord::Restored, QString());
+                return;
+            }
+            if (!temporary.isEmpty())
+                ::unlinkat(folder.fd(), temporary.constData(), 0);
+            error = QStringLiteral("Cannot make the link %1: %2")
+                        .arg(link.path, QString::fromLocal8Bit(std::strerror(errno)));
+        }
+    }
+    ++totals.failedCount;
+    if (m_result.message.isEmpty())
+        m_result.message = error;
+    record(link, RunFileRecord::Failed, error);
 }
 
 void FileRestoreJob::record(const StoredContent& file, int operation, const QString& message)

@@ -55,6 +55,10 @@ public:
 private:
     bool isChosen(const QString& path) const;
     void restoreFile(const StoredContent& file, const std::atomic_bool& stop);
+    void restoreLink(const StoredContent& link);
+    // Owner (when running as root), mode and modification time of a
+    // restored item: `name` in `folder`, or with `name` null `folder` itself.
+    static void applyOwnership(int folder, const char* name, const StoredContent& item);
     void record(const StoredContent& file, int operation, const QString& message);
 
     Spec m_spec;

@@ -35,6 +35,9 @@ const QString RestorePointColumns = QStringLiteral(
     "id, connection_id, bunch_id, generation_id, sequence, start_utc, backup_type, type, status, deep_sync, "
     "encrypted, size_on_storage");
 
+const QString ContentColumns = QStringLiteral("path, type, modified_utc, size, deleted, object, checksum, modified_ns, "
+                                              "changed_ns, inode, mode, owner, grp, link_target");
+
 StoredContent readContent(const QSqlQuery& q)
 {
     StoredContent c;
@@ -48,6 +51,10 @@ StoredContent readContent(const QSqlQuery& q)
     c.modifiedNs = q.value(7).toLongLong();
     c.changedNs = q.value(8).toLongLong();
     c.inode = quint64(q.value(9).toLongLong());
+    c.mode = uint(q.value(10).toLongLong());
+    c.owner = q.value(11).toLongLong();
+    c.group = q.value(12).toLongLong();
+    c.linkTarget = q.value(13).toString();
     return c;
 }
 
@@ -182,8 +189,7 @@ QList<StoredContent> RepositoryStore::content(qint64 restorePointRowId)
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
     q.setForwardOnly(true);
-    q.prepare(QStringLiteral("SELECT path, type, modified_utc, size, deleted, object, checksum, modified_ns, changed_ns, inode FROM contents "
-                             "WHERE restore_point=? ORDER BY path"));
+    q.prepare(QStringLiteral("SELECT %1 FROM contents WHERE restore_point=? ORDER BY path").arg(ContentColumns));
     q.addBindValue(restorePointRowId);
     if (!q.exec())
         return result;
@@ -197,8 +203,9 @@ QList<StoredContent> RepositoryStore::contentChildren(qint64 restorePointRowId, 
 {
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
-    q.prepare(QStringLiteral("SELECT path, type, modified_utc, size, deleted, object, checksum, modified_ns, changed_ns, inode FROM contents "
-                             "WHERE restore_point=? AND parent=? ORDER BY type, name LIMIT ? OFFSET ?"));
+    q.prepare(QStringLiteral("SELECT %1 FROM contents WHERE restore_point=? AND parent=? "
+                             "ORDER BY type, name LIMIT ? OFFSET ?")
+                  .arg(ContentColumns));
     q.addBindValue(restorePointRowId);
     q.addBindValue(parent);
     q.addBindValue(limit);
@@ -280,14 +287,15 @@ qint64 RepositoryStore::insertRestorePoint(const StoredBunch& bunch, const Store
 
     QSqlQuery c(db);
     c.prepare(QStringLiteral("INSERT INTO contents(restore_point, path, parent, name, type, modified_utc, size, "
-                             "deleted, object, checksum, modified_ns, changed_ns, inode) "
-                             "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?)"));
+                             "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target) "
+                             "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
     for (const StoredContent& item : content) {
         for (const QVariant& value :
              {QVariant(pointId), str(item.path), str(item.parentPath()), str(item.name()), QVariant(item.type),
               stamp(item.modifiedUtc), QVariant(item.size), QVariant(item.deleted), str(item.object),
               QVariant(item.checksum.isNull() ? QByteArray("") : item.checksum), QVariant(item.modifiedNs),
-              QVariant(item.changedNs), QVariant(qint64(item.inode))})
+              QVariant(item.changedNs), QVariant(qint64(item.inode)), QVariant(qint64(item.mode)),
+              QVariant(item.owner), QVariant(item.group), str(item.linkTarget)})
             c.addBindValue(value);
         if (!c.exec()) {
             m_db.fail(QStringLiteral("Cannot record the content of the restore point: %1").arg(c.lastError().text()));

@@ -10,7 +10,7 @@ namespace NVB::Engine {
 // and where the file's data lies in storage.
 struct StoredContent
 {
-    enum Type { Folder = 1, File = 2 };
+    enum Type { Folder = 1, File = 2, Link = 3 };
 
     QString path;   // absolute source path
     int type = File;
@@ -29,6 +29,13 @@ struct StoredContent
     qint64 modifiedNs = 0;
     qint64 changedNs = 0;
     quint64 inode = 0;
+    // Put back by a restore: permission bits (0: not known), owner and
+    // group (-1: not known; set only by an engine running as root), and
+    // for a link its target, as PathCodec text.
+    uint mode = 0;
+    qint64 owner = -1;
+    qint64 group = -1;
+    QString linkTarget;
 
     QString parentPath() const;
     QString name() const;

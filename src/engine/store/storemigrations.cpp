@@ -67,6 +67,13 @@ QVector<StoreMigrations::Migration> build()
                   {QStringLiteral("ALTER TABLE contents ADD COLUMN modified_ns INTEGER NOT NULL DEFAULT 0"),
                    QStringLiteral("ALTER TABLE contents ADD COLUMN changed_ns INTEGER NOT NULL DEFAULT 0"),
                    QStringLiteral("ALTER TABLE contents ADD COLUMN inode INTEGER NOT NULL DEFAULT 0")}});
+    // 4: what a restore puts back besides the data: permission bits, owner
+    // and group (-1: not known), and the target of a symbolic link.
+    steps.append({4,
+                  {QStringLiteral("ALTER TABLE contents ADD COLUMN mode INTEGER NOT NULL DEFAULT 0"),
+                   QStringLiteral("ALTER TABLE contents ADD COLUMN owner INTEGER NOT NULL DEFAULT -1"),
+                   QStringLiteral("ALTER TABLE contents ADD COLUMN grp INTEGER NOT NULL DEFAULT -1"),
+                   QStringLiteral("ALTER TABLE contents ADD COLUMN link_target TEXT NOT NULL DEFAULT ''")}});
     return steps;
 }
 
