@@ -1,5 +1,6 @@
 #include "runmanager.h"
 
+#include <algorithm>
 #include <limits>
 #include <unistd.h>
 
@@ -77,12 +78,20 @@ QString accountFolder(EngineStore* store, const QUuid& accountId, QString* prefi
             *error = QStringLiteral("The folder %1 carries the marker of another storage account").arg(home);
             return {};
         }
-    } else if (QFileInfo::exists(home) || !store->bunches(accountId).isEmpty()) {
-        *error = QStringLiteral("The folder %1 of storage account \"%2\" lacks its marker file %3; is the right "
-                                "drive mounted?")
-                     .arg(home, account->displayName, RunManager::markerFileName());
-        return {};
     } else {
+        // No marker yet. Data recorded for the account must be found in the
+        // folder (an older engine made it without a marker: it is adopted);
+        // recorded data with no folder at all is a drive that is missing.
+        const QList<StoredBunch> recorded = store->bunches(accountId);
+        const bool holdsRecorded = std::any_of(recorded.cbegin(), recorded.cend(), [&home](const StoredBunch& bunch) {
+            return QFileInfo(home + QLatin1Char('/') + noBraces(bunch.id)).isDir();
+        });
+        if (!recorded.isEmpty() && !holdsRecorded) {
+            *error = QStringLiteral("The folder %1 of storage account \"%2\" holds neither its marker file %3 nor its "
+                                    "backups; is the right drive mounted?")
+                         .arg(home, account->displayName, RunManager::markerFileName());
+            return {};
+        }
         if (!QDir().mkpath(home) || !marker.open(QIODevice::WriteOnly | QIODevice::NewOnly)
             || marker.write(expected + '\n') < 0 || !marker.flush() || ::fsync(marker.handle()) != 0) {
             *error = QStringLiteral("Cannot prepare the folder %1 of storage account \"%2\"")
