@@ -9,6 +9,7 @@
 #include "accounts/local/localadd.h"
 #include "accounts/storageseditlist.h"
 #include "app/delegates/storagenamedelegate.h"
+#include "app/icons/iconmanager.h"
 #include "engineprocess.h"
 #include "listing/filesystemlisting.h"
 #include "mainwindow.h"
@@ -28,14 +29,14 @@
 
 using NVB::Console::MainWindow;
 using NVB::GUI::BackupPlanEditWizard;
+using NVB::GUI::IconManager;
 namespace Column = NVB::GUI::Models::Table::NvbPlanBackupModelInfo::Column;
 
 namespace {
 
 // Acts on the next modal dialog of that class once it is open: the code that
 // opens it blocks in exec() meanwhile.
-template<class Dialog, class Action>
-void whenModal(Action action)
+template<class Dialog, class Action> void whenModal(Action action)
 {
     auto* timer = new QTimer;
     timer->setInterval(20);
@@ -51,6 +52,20 @@ void whenModal(Action action)
             guard->reject();
     });
     timer->start();
+}
+
+// Pictures for scripts/screenshot.sh, only when it asks for them.
+void keepPicture(QWidget* widget, const char* name)
+{
+    const QString dir = qEnvironmentVariable("NVB_SCREENSHOT_DIR");
+    if (!dir.isEmpty())
+        widget->grab().save(dir + QLatin1Char('/') + QLatin1String(name) + QStringLiteral(".png"));
+}
+
+bool sameIcon(const QVariant& shown, IconManager::Type type)
+{
+    return shown.canConvert<QIcon>()
+        && shown.value<QIcon>().pixmap(16).toImage() == IconManager::icon(type).pixmap(16).toImage();
 }
 
 } // namespace
@@ -134,23 +149,29 @@ private slots:
             QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
         });
         QVERIFY(QMetaObject::invokeMethod(cloud, "onAddDestination", Q_ARG(int, 1)));
-        QAbstractItemModel* storages =
-            NVB::GUI::ModelManager::instance()->create(NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Type);
+        QAbstractItemModel* storages
+            = NVB::GUI::ModelManager::instance()->create(NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Type);
         QCOMPARE(storages->rowCount(), 1);
-        cloud->list()->setCurrentIndex(cloud->list()->model()->index(0, 0));
+        // The new account is chosen without a further click.
+        QCOMPARE(cloud->field(QLatin1String(NVB::GUI::PlanWizardBase::PageCloud::Field_CloudName)).toString(),
+            QStringLiteral("Local disk"));
         QVERIFY(cloud->isComplete());
+        keepPicture(wizard, "wizard-storage");
         wizard->next();
         auto* name = qobject_cast<BackupPlanEditWizard::PageName*>(wizard->currentPage());
         QVERIFY(name);
         name->nameEdit()->setText(QStringLiteral("Console plan"));
+        keepPicture(wizard, "wizard-name");
         wizard->next();
         auto* page = qobject_cast<BackupPlanEditWizard::PageSource*>(wizard->currentPage());
         QVERIFY(page);
         QVERIFY(expand(page->model(), m_volume.path()));
         QVERIFY(page->model()->setData(page->model()->indexByPath(source()), 2, Qt::CheckStateRole));
         QVERIFY(QTest::qWaitFor([&] { return page->isComplete(); }));
+        keepPicture(wizard, "wizard-source");
         wizard->next();
         QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageSummaryId));
+        keepPicture(wizard, "wizard-summary");
         wizard->button(QWizard::FinishButton)->click();
 
         // The plan appears in the backup table.
@@ -165,7 +186,14 @@ private slots:
             },
             10000));
 
-        // Run it from the toolbar.
+        // Run it from the toolbar; while it runs its name carries the running
+        // icon, and the table told us so at least once.
+        bool sawRunning = false;
+        connect(list->model(), &QAbstractItemModel::dataChanged, this, [&] {
+            const QModelIndex name = list->model()->index(0, Column::Name);
+            if (list->model()->index(0, Column::Status).data().toInt() == 1)
+                sawRunning = sawRunning || sameIcon(name.data(Qt::DecorationRole), IconManager::BackupPlanRunning);
+        });
         list->selectRow(0);
         QVERIFY(!list->currentPlan().isNull());
         QAction* run = window.findChild<QAction*>(QStringLiteral("runPlan"));
@@ -174,7 +202,7 @@ private slots:
         QVERIFY(QTest::qWaitFor(
             [&] {
                 return list->model()->index(0, Column::LastRunStatus).data().toInt()
-                       == int(NVB::Info::Plan::PlanResult::Success);
+                    == int(NVB::Info::Plan::PlanResult::Success);
             },
             30000));
         QStringList copied;
@@ -182,11 +210,25 @@ private slots:
         while (files.hasNext())
             copied << QFileInfo(files.next()).fileName();
         copied.sort();
-        QCOMPARE(copied, (QStringList{QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
-        const QImage picture = window.grab().toImage();
-        QVERIFY(!picture.isNull());
-        if (!qEnvironmentVariableIsEmpty("NVB_SCREENSHOT_DIR"))
-            picture.save(qEnvironmentVariable("NVB_SCREENSHOT_DIR") + QStringLiteral("/console-main.png"));
+        QCOMPARE(copied, (QStringList {QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
+        QVERIFY(sawRunning);
+        QVERIFY(
+            sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));
+        keepPicture(&window, "console-main");
+
+        // With its source gone the next run fails, and the icon says so.
+        QVERIFY(QDir().rename(source(), source() + QStringLiteral("-gone")));
+        run->trigger();
+        const bool failed = QTest::qWaitFor(
+            [&] {
+                return list->model()->index(0, Column::LastRunStatus).data().toInt()
+                    == int(NVB::Info::Plan::PlanResult::Failed);
+            },
+            30000);
+        QVERIFY(QDir().rename(source() + QStringLiteral("-gone"), source()));
+        QVERIFY(failed);
+        QVERIFY(
+            sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanFailed));
     }
 };
 

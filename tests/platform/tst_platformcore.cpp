@@ -4,6 +4,8 @@
 #include "core/apppath.h"
 #include "core/defines.h"
 #include "core/filesoperations.h"
+#include "core/licenserestrictions.h"
+#include "core/mns.h"
 #include "core/nvldebug.h"
 #include "core/providerdefines.h"
 #include "core/timeduraton.h"
@@ -56,7 +58,7 @@ private slots:
         QVERIFY(SHARED::defines::common::is_mns());
         QVERIFY(!SHARED::defines::common::is_standalone());
         QCOMPARE(SHARED::functions::files_operations::get_attrib_from_file(conf, QStringLiteral("supportEmail")),
-                 QStringLiteral("help@reseller.test"));
+            QStringLiteral("help@reseller.test"));
 
         qputenv("NVB_EDITION", "standalone");
         QVERIFY(SHARED::defines::common::is_standalone());
@@ -67,6 +69,37 @@ private slots:
         QVERIFY(SHARED::defines::common::is_standalone());
         QFile::remove(conf);
         QCOMPARE(SHARED::functions::files_operations::get_attrib_from_file(conf, QStringLiteral("edition")), QString());
+    }
+
+    void shouldReadLicenceAndServicePrefixFromConfigFile()
+    {
+        using NVB::License::LicenseRestrictions;
+        const QString conf = AppPath::to().config() + QStringLiteral("/nvbBackup.conf");
+        QFile::remove(conf);
+        // An installation without a word about its licence loses nothing.
+        QVERIFY(!LicenseRestrictions::isFreeEdition());
+        QVERIFY(LicenseRestrictions::isCompressionAvailable() && LicenseRestrictions::isPrePostActionsAvailable());
+        QVERIFY(!LicenseRestrictions::isNetworkSharesLimited());
+        QCOMPARE(NVB::Defines::MNS::prefix(), QString());
+
+        writeFile(conf, R"(<nvbBackup license="FREE" mnsPrefix="  office-7 "/>)");
+        QVERIFY(LicenseRestrictions::isFreeEdition());
+        QVERIFY(!LicenseRestrictions::isCompressionAvailable());
+        QVERIFY(!LicenseRestrictions::isEncryptionAvailable());
+        QVERIFY(!LicenseRestrictions::isPrePostActionsAvailable());
+        QVERIFY(LicenseRestrictions::isNotificationsAvailable());
+        QCOMPARE(LicenseRestrictions::networkShareLimit(), 1);
+        QCOMPARE(NVB::Defines::MNS::prefix(), QStringLiteral("office-7"));
+
+        writeFile(conf, R"(<nvbBackup license="full" networkShareLimit="3"/>)");
+        QVERIFY(!LicenseRestrictions::isFreeEdition());
+        QCOMPARE(LicenseRestrictions::networkShareLimit(), 3);
+        writeFile(conf, R"(<nvbBackup license="free" networkShareLimit="-5"/>)");
+        QVERIFY(!LicenseRestrictions::isNetworkSharesLimited());
+        // A broken file reads as no file: the full licence.
+        writeFile(conf, "<nvbBackup license=");
+        QVERIFY(!LicenseRestrictions::isFreeEdition());
+        QFile::remove(conf);
     }
 
     void shouldFormatSizes_data()

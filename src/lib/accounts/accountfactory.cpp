@@ -11,6 +11,7 @@
 #include "core/nvldebug.h"
 #include "local/local.h"
 #include "local/localadd.h"
+#include "mns/mnsedit.h"
 #include "models/models.h"
 #include "sftp/sftp.h"
 #include "sftp/sftpadd.h"
@@ -33,11 +34,11 @@ void refuse(int type)
 bool AccountFactory::hasDialog(int type)
 {
     if (!Application::isStandalon())
-        return type == int(NVL::Cloud::Type::FileSystem);
+        return NVL::Cloud::isKnownType(type);
     return type == int(NVL::Cloud::Type::FileSystem) || type == int(NVL::Cloud::Type::Sftp);
 }
 
-Storages::Add* AccountFactory::add(int type, QWidget* parent)
+QDialog* AccountFactory::add(int type, QWidget* parent)
 {
     if (!NVL::Cloud::isKnownType(type)) {
         refuse(type);
@@ -46,12 +47,14 @@ Storages::Add* AccountFactory::add(int type, QWidget* parent)
     return add(NVL::Cloud::Type(type), parent);
 }
 
-Storages::Add* AccountFactory::add(NVL::Cloud::Type type, QWidget* parent)
+QDialog* AccountFactory::add(NVL::Cloud::Type type, QWidget* parent)
 {
     if (!hasDialog(int(type))) {
         refuse(int(type));
         return nullptr;
     }
+    if (!Application::isStandalon() && type != NVL::Cloud::Type::FileSystem)
+        return new MnsEdit(int(type), parent);
     switch (type) {
     case NVL::Cloud::Type::FileSystem:
         return new Local::Add(parent);
@@ -83,14 +86,16 @@ Storages::Info* AccountFactory::view(const QModelIndex& index)
     return info;
 }
 
-Storages::Add* AccountFactory::edit(const QModelIndex& index, QWidget* parent)
+QDialog* AccountFactory::edit(const QModelIndex& index, QWidget* parent)
 {
     if (!index.isValid())
         return nullptr;
     const int type = index.model()->index(index.row(), Column::Type, index.parent()).data().toInt();
-    Storages::Add* dialog = add(type, parent);
-    if (dialog)
-        dialog->setItem(index);
+    QDialog* dialog = add(type, parent);
+    if (auto* form = qobject_cast<Storages::Add*>(dialog))
+        form->setItem(index);
+    else if (auto* managed = qobject_cast<MnsEdit*>(dialog))
+        managed->setItem(index);
     return dialog;
 }
 

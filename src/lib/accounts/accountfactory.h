@@ -6,6 +6,7 @@
 #include "storages.h"
 
 class QAbstractItemModel;
+class QDialog;
 class QWidget;
 
 namespace NVB::GUI::Settings::Account {
@@ -15,13 +16,16 @@ class AccountFactory
 {
 public:
     // A new dialog for the type, owned by the caller; null, with a warning,
-    // for a type that has no dialog in this edition.
-    static Storages::Add* add(NVL::Cloud::Type type, QWidget* parent = nullptr);
-    static Storages::Add* add(int type, QWidget* parent = nullptr);
+    // for a type that has no dialog in this edition. Every dialog is also a
+    // Storages::AddBase, which gives the id of its account: a Storages::Add
+    // for the providers' forms, MnsEdit for the accounts the managed
+    // edition's service owns.
+    static QDialog* add(NVL::Cloud::Type type, QWidget* parent = nullptr);
+    static QDialog* add(int type, QWidget* parent = nullptr);
     // The read-only view of a row of the storage connection model, filled.
     static Storages::Info* view(const QModelIndex& index);
     // A dialog opened on a row of the storage connection model.
-    static Storages::Add* edit(const QModelIndex& index, QWidget* parent = nullptr);
+    static QDialog* edit(const QModelIndex& index, QWidget* parent = nullptr);
     // Asks, without blocking, whether to delete the account of a row; on yes
     // the model is asked to remove it and the engine does the rest.
     static void removeDialogExec(QAbstractItemModel* model, const QModelIndex& index, QWidget* parent = nullptr);

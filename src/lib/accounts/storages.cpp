@@ -16,6 +16,7 @@
 #include "selectstandalon.h"
 #include "storage/storageconnectionssortmodel.h"
 #include "storagesadd.h"
+#include "storagesaddbase.h"
 #include "storageseditlist.h"
 #include "storagesinfo.h"
 #include "storagesupdatewatcher.h"
@@ -141,16 +142,19 @@ void Storages::onAddItem()
         onCreateSelected(int(NVL::Cloud::Type::FileSystem));
 }
 
-void Storages::runDialog(Add* dialog, int watch)
+void Storages::runDialog(QDialog* dialog, int watch)
 {
-    if (!dialog)
+    const auto* account = dynamic_cast<AddBase*>(dialog);
+    if (!account) {
+        delete dialog;
         return;
+    }
     if (dialog->exec() == QDialog::Accepted) {
-        UpdateWatcher watcher(dialog->id(), UpdateWatcher::Type(watch), this);
+        UpdateWatcher watcher(account->id(), UpdateWatcher::Type(watch), this);
         if (watcher.isWatching() && watcher.exec() == QDialog::Accepted) {
             // Show the account the user just saved.
             const QModelIndexList found = m_sortModel->match(m_sortModel->index(0, ConnectionInfo::Column::ID),
-                Qt::DisplayRole, dialog->id().toString(), 1, Qt::MatchExactly);
+                Qt::DisplayRole, account->id().toString(), 1, Qt::MatchExactly);
             if (!found.isEmpty())
                 m_list->setCurrentIndex(m_sortModel->index(found.first().row(), ConnectionInfo::Column::DisplayName));
         }

@@ -5,6 +5,7 @@
 #include <QUuid>
 #include <QWidget>
 
+class QDialog;
 class QStackedLayout;
 class QToolButton;
 
@@ -53,7 +54,7 @@ private slots:
     void onRowsRemoved();
 
 private:
-    void runDialog(Add* dialog, int watch);
+    void runDialog(QDialog* dialog, int watch);
 
     EditList* m_list = nullptr;
     QStackedLayout* m_stack = nullptr;

@@ -3,8 +3,10 @@
 #include <utility>
 
 #include <QQueue>
+#include <QVector>
 
 #include "core/nvldebug.h"
+#include "models/filenode.h"
 #include "models/models.h"
 
 namespace NVB::GUI {
@@ -25,7 +27,7 @@ const char* const BaseFilesModel::Load = NVB::GUI::Key;
 
 BaseFilesModel::BaseFilesModel(QObject* parent)
     : QAbstractItemModel(parent)
-    , m_root(new QObject())
+    , m_root(new FileNode())
 {
     m_columns.insert(FileColumn::Name, Name);
     m_columns.insert(FileColumn::Path, Path);
@@ -42,6 +44,7 @@ BaseFilesModel::BaseFilesModel(QObject* parent)
 BaseFilesModel::~BaseFilesModel()
 {
     m_items.clear();
+    m_forgetting = true;
     delete m_root;
 }
 
@@ -262,8 +265,10 @@ void BaseFilesModel::onResult(const QString& rootPath, const QList<QObject*>& ob
     const int first = duplicates - objects.size() + childCount;
     const int last = childCount > 0 ? childCount - 1 : 0;
     const int added = childCount - qMax(first, 0);
-    // An empty folder has no row 0 to announce.
-    if (childCount == 0)
+    // A listing that adds nothing (an empty folder, or only paths the tree
+    // already holds) would give a range whose first row lies past its last,
+    // which Qt refuses in debug builds; views have nothing to learn from it.
+    if (added <= 0 || first > last)
         return;
     const QModelIndex parentIndex = indexOfNode(node);
     m_announcing = node;
@@ -279,10 +284,37 @@ void BaseFilesModel::onDestoryedItem(QObject* item)
     QObject* node = item ? item : sender();
     if (!node)
         return;
+    if (m_forgetting)
+        return;
+    // A node of declared properties has lost them by the time destroyed() is
+    // sent; only a plain QObject still tells its path here. The model's own
+    // deletions forget their nodes beforehand (forgetSubtree), so the search
+    // by pointer below serves nodes that someone else deletes.
     const QString realPath = node->property(RealPath).toString();
     auto found = m_items.find(realPath);
-    if (found != m_items.end() && found.value() == node)
+    if (found != m_items.end() && found.value() == node) {
         m_items.erase(found);
+        return;
+    }
+    for (auto it = m_items.begin(); it != m_items.end(); ++it) {
+        if (it.value() == node) {
+            m_items.erase(it);
+            return;
+        }
+    }
+}
+
+void BaseFilesModel::forgetSubtree(QObject* top)
+{
+    QVector<QObject*> pending {top};
+    while (!pending.isEmpty()) {
+        QObject* node = pending.takeLast();
+        auto found = m_items.find(node->property(RealPath).toString());
+        if (found != m_items.end() && found.value() == node)
+            m_items.erase(found);
+        for (QObject* child : node->children())
+            pending.append(child);
+    }
 }
 
 void BaseFilesModel::onCollapse(const QModelIndex& index)
@@ -295,7 +327,11 @@ void BaseFilesModel::onCollapse(const QModelIndex& index)
     // Front to back: each child leaves its parent's list at the front.
     const QObjectList children = node->children();
     for (QObject* child : children)
+        forgetSubtree(child);
+    m_forgetting = true;
+    for (QObject* child : children)
         delete child;
+    m_forgetting = false;
     node->setProperty(Load, LoadNone);
     endRemoveRows();
 }
@@ -453,10 +489,9 @@ void BaseFilesModel::setDataUncheckedParent(const QModelIndex& index)
             setStateOf(up, StateUnchecked);
             continue;
         }
-        // A checked folder that lost one of its marks is now only partly
-        // taken, and so is every checked folder above it.
-        if (state(up) == StateChecked)
-            setData(upIndex, StatePartiallyChecked, Qt::CheckStateRole);
+        // A folder with a marked child keeps its own mark: a checked folder
+        // stays checked, so that what is created in it later is still taken,
+        // and the child it lost goes to the exclusions.
         break;
     }
 }

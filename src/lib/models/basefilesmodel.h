@@ -109,6 +109,9 @@ private:
     void setStateOf(QObject* node, int state);
     void setDescendants(QObject* node, int state);
     void flushChanges();
+    // Takes a node and all below it out of the path hash while they can
+    // still tell their paths.
+    void forgetSubtree(QObject* top);
 
     QObject* m_root = nullptr;
     QHash<int, const char*> m_columns;
@@ -130,6 +133,8 @@ private:
     };
     QHash<QObject*, ChangedRows> m_changed;
     int m_setDataDepth = 0;
+    // Set while the model deletes nodes it has already forgotten.
+    bool m_forgetting = false;
 };
 
 } // namespace NVB::GUI

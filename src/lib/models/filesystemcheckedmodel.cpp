@@ -9,6 +9,7 @@
 #include "core/nvldebug.h"
 #include "listing/filesystemlisting.h"
 #include "listing/filesystemobjectitems.h"
+#include "models/filenode.h"
 #include "models/models.h"
 
 namespace NVB::GUI {
@@ -171,7 +172,7 @@ QList<QObject*> FileSystemCheckedModel::toObjectList(const QJsonArray& array) co
 
 QObject* FileSystemCheckedModel::objectFromJson(const QJsonObject& object) const
 {
-    auto* node = new QObject();
+    auto* node = new FileNode();
     const int type = object.value(QLatin1String(Items::Type::Key)).toInt();
     node->setProperty(IsChangeable, true);
     node->setProperty(IsExpandable, type != Items::Type::File);

@@ -187,9 +187,13 @@ QVariant PlanFullTableModel::viewData(const QModelIndex& index, int role, int su
 {
     if (!index.isValid() || m_proxy.isNull() || index.column() < 0 || index.column() > ViewColumn::ProgressSteps)
         return {};
+    const int column = index.column();
+    // The table's own columns go through with whatever role is asked, so that
+    // its running and result icons reach the views.
+    if (column != ViewColumn::ProgressSteps && column != ViewColumn::StorageID && column != ViewColumn::PlanXML)
+        return m_proxy->index(index.row(), tableColumn(column)).data(role);
     if (role != Qt::DisplayRole)
         return {};
-    const int column = index.column();
     if (column == ViewColumn::ProgressSteps) {
         // The proxy stops at the table's column count; the progress steps
         // are read from the table itself, by number.
@@ -198,8 +202,6 @@ QVariant PlanFullTableModel::viewData(const QModelIndex& index, int role, int su
             return {};
         return source.model()->index(source.row(), TableColumn::ProgressSteps).data(role);
     }
-    if (column != ViewColumn::StorageID && column != ViewColumn::PlanXML)
-        return m_proxy->index(index.row(), tableColumn(column)).data(role);
 
     // Storage and XML come from the plan itself and stay blank until its XML
     // is held; onPlanXmlLoad fills them in.

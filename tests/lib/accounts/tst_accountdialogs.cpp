@@ -104,7 +104,6 @@ private slots:
     void shouldForgetListingCancelledWhileRunning();
     void shouldWriteEachFormWithItsOwnKeys_data();
     void shouldWriteEachFormWithItsOwnKeys();
-    void shouldTakeScreenshots();
 
 private:
     bool requireSftp();
@@ -526,60 +525,6 @@ void TestAccountDialogs::shouldWriteEachFormWithItsOwnKeys()
         const auto own = dialog.cloudConfig();
         QVERIFY(own.value(NVL::Cloud::Config::Network::UseProxy).toBool());
         QVERIFY(!own.contains(QStringLiteral("UseProy")));
-    }
-}
-
-void TestAccountDialogs::shouldTakeScreenshots()
-{
-    const QString target = qEnvironmentVariable("NVB_SCREENSHOT_DIR");
-    if (target.isEmpty())
-        QSKIP("Set NVB_SCREENSHOT_DIR to save pictures of the page and the dialogs");
-    QTemporaryDir folder;
-    Storages page;
-    page.resize(760, 520);
-    page.show();
-    whenModal<Local::Add>([&](Local::Add* dialog) {
-        type(dialog->displayNameEdit(), QStringLiteral("USB backup disk"));
-        type(dialog->pathEdit(), folder.path());
-        QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
-    });
-    QTest::mouseClick(tile(page, NVL::Cloud::Type::FileSystem), Qt::LeftButton);
-    QVERIFY(page.grab().save(target + QStringLiteral("/storage-page-local.png")));
-    if (m_sftpReason.isEmpty()) {
-        whenModal<Sftp::Add>([&](Sftp::Add* dialog) {
-            fillSftp(dialog, QStringLiteral("Office NAS"), false, m_password);
-            QTest::mouseClick(dialog->testButton(), Qt::LeftButton);
-            QVERIFY(QTest::qWaitFor([dialog] { return dialog->okButton()->isEnabled(); }, 60000));
-            QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
-        });
-        QTest::mouseClick(tile(page, NVL::Cloud::Type::Sftp), Qt::LeftButton);
-        QVERIFY(page.grab().save(target + QStringLiteral("/storage-page-sftp.png")));
-    }
-    page.editList()->setCurrentIndex(QModelIndex());
-    QVERIFY(page.grab().save(target + QStringLiteral("/storage-page.png")));
-
-    Local::Add local;
-    local.show();
-    type(local.displayNameEdit(), QStringLiteral("USB backup disk"));
-    type(local.pathEdit(), QStringLiteral("/media/backup"));
-    QVERIFY(local.grab().save(target + QStringLiteral("/dialog-local.png")));
-
-    Sftp::Add sftp;
-    sftp.show();
-    if (m_sftpReason.isEmpty()) {
-        fillSftp(&sftp, QStringLiteral("Office NAS"), false, m_password);
-        QTest::mouseClick(sftp.testButton(), Qt::LeftButton);
-        QTRY_VERIFY_WITH_TIMEOUT(sftp.isTested(), 60000);
-    }
-    QVERIFY(sftp.grab().save(target + QStringLiteral("/dialog-sftp.png")));
-    Advanced advanced(sftp, false);
-    advanced.show();
-    QVERIFY(advanced.grab().save(target + QStringLiteral("/dialog-advanced.png")));
-
-    while (m_model->rowCount() > 0) {
-        page.editList()->setCurrentIndex(page.editList()->view()->model()->index(0, 0));
-        whenModal<QMessageBox>([](QMessageBox* box) { box->button(QMessageBox::Yes)->click(); });
-        QTest::mouseClick(page.editList()->removeButton(), Qt::LeftButton);
     }
 }
 

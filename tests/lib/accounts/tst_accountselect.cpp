@@ -1,4 +1,5 @@
 #include <QAction>
+#include <QDialogButtonBox>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStandardItemModel>
@@ -6,6 +7,7 @@
 
 #include "accounts/accountfactory.h"
 #include "accounts/local/localadd.h"
+#include "accounts/mns/mnsedit.h"
 #include "accounts/selectitem.h"
 #include "accounts/selectmns.h"
 #include "accounts/selectstandalon.h"
@@ -33,6 +35,7 @@ private slots:
     void shouldGiveNoDialogForUnofferedTypes_data();
     void shouldGiveNoDialogForUnofferedTypes();
     void shouldGiveEachProviderItsDialog();
+    void shouldGiveServiceAccountsTheManagedDialog();
     void shouldOfferLocalStorageInManagedSelector();
     void shouldRemoveTheAskedRowEvenAfterRowsMoved();
     void shouldKeepRowWhenRemovalIsRefused();
@@ -125,14 +128,51 @@ void TestAccountSelect::shouldGiveNoDialogForUnofferedTypes()
 
 void TestAccountSelect::shouldGiveEachProviderItsDialog()
 {
-    QScopedPointer<Storages::Add> local(AccountFactory::add(NVL::Cloud::Type::FileSystem));
-    QVERIFY(qobject_cast<Local::Add*>(local.data()));
+    QScopedPointer<QDialog> dialog(AccountFactory::add(NVL::Cloud::Type::FileSystem));
+    auto* local = qobject_cast<Local::Add*>(dialog.data());
+    QVERIFY(local);
     QCOMPARE(local->windowTitle(), QStringLiteral("Add Account"));
     QVERIFY(!local->okButton()->isEnabled());
-    QScopedPointer<Storages::Add> sftp(AccountFactory::add(33));
-    QVERIFY(qobject_cast<Sftp::Add*>(sftp.data()));
+    QScopedPointer<QDialog> other(AccountFactory::add(33));
+    auto* sftp = qobject_cast<Sftp::Add*>(other.data());
+    QVERIFY(sftp);
     QVERIFY(local->id() != sftp->id());
     QVERIFY(!AccountFactory::view(QModelIndex()));
+}
+
+void TestAccountSelect::shouldGiveServiceAccountsTheManagedDialog()
+{
+    qputenv("NVB_EDITION", "managed");
+    const auto restore = qScopeGuard([] { qunsetenv("NVB_EDITION"); });
+    QScopedPointer<QDialog> local(AccountFactory::add(NVL::Cloud::Type::FileSystem));
+    QVERIFY(qobject_cast<Local::Add*>(local.data()));
+
+    QStandardItemModel model(1, Column::Count);
+    const QUuid id = QUuid::createUuid();
+    model.setData(model.index(0, Column::ID), id.toString());
+    model.setData(model.index(0, Column::DisplayName), QStringLiteral("Service bucket"));
+    model.setData(model.index(0, Column::Prefix), QStringLiteral("office-7"));
+    for (int type : {2, 3, 33, 38}) {
+        model.setData(model.index(0, Column::Type), type);
+        QScopedPointer<QDialog> dialog(AccountFactory::edit(model.index(0, 0)));
+        auto* managed = qobject_cast<MnsEdit*>(dialog.data());
+        QVERIFY2(managed, qPrintable(QString::number(type)));
+        QVERIFY(qobject_cast<NVB::GUI::ProcessDialog*>(dialog.data()));
+        QCOMPARE(managed->id(), id);
+        QCOMPARE(managed->windowTitle(), QStringLiteral("Edit Account"));
+        QCOMPARE(managed->displayName(), QStringLiteral("Service bucket"));
+        QCOMPARE(managed->prefix(), QStringLiteral("office-7"));
+        QCOMPARE(managed->type(), type);
+        // Nothing can be saved, so no caller ever waits for a change.
+        QVERIFY(!managed->buttonBox()->button(QDialogButtonBox::Ok));
+        QTimer::singleShot(0, managed->buttonBox()->button(QDialogButtonBox::Close), &QPushButton::click);
+        QCOMPARE(managed->exec(), int(QDialog::Rejected));
+    }
+    // A new one carries a fresh id, as every account dialog does.
+    QScopedPointer<QDialog> fresh(AccountFactory::add(2));
+    QVERIFY(qobject_cast<MnsEdit*>(fresh.data()));
+    QVERIFY(!qobject_cast<MnsEdit*>(fresh.data())->id().isNull());
+    QVERIFY(!AccountFactory::add(-4));
 }
 
 void TestAccountSelect::shouldOfferLocalStorageInManagedSelector()

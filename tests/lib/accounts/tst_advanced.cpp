@@ -1,6 +1,10 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHostInfo>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -16,7 +20,9 @@
 #include "accounts/s3/amazons3compatibleadvancedstorage.h"
 #include "accounts/storagesadd.h"
 #include "cloud/operationmanager.h"
+#include "core/apppath.h"
 #include "testmain.h"
+#include "widgets/progresswheel.h"
 
 using namespace NVB::GUI::Settings;
 using namespace NVB::GUI::Settings::Account;
@@ -41,6 +47,20 @@ protected:
     void onAdvancedClicked() override { }
 };
 
+// The computer's name as the system gives it, independent of the dialog.
+QString hostName()
+{
+    return QHostInfo::localHostName().trimmed();
+}
+
+void writeConfig(const QByteArray& attributes)
+{
+    QFile file(NVB::Defines::AppPath::to().config() + QStringLiteral("/nvbBackup.conf"));
+    QVERIFY(QDir().mkpath(QFileInfo(file).path()));
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("<nvbBackup " + attributes + "/>");
+}
+
 QPushButton* ok(Advanced& dialog)
 {
     return dialog.buttonBox()->button(QDialogButtonBox::Ok);
@@ -54,6 +74,8 @@ class TestAdvanced : public QObject
 
 private slots:
     void shouldRefuseFolderCharacters_data();
+    void shouldTakeServicePrefixInManagedEdition();
+    void shouldTurnWheelOfItsFrameWhileListing();
     void shouldRefuseFolderCharacters();
     void shouldRemoveSlashAsItIsTyped();
     void shouldEnableOkOnlyForNonBlankPrefix_data();
@@ -131,8 +153,8 @@ void TestAdvanced::shouldEnableOkOnlyForNonBlankPrefix()
 
 void TestAdvanced::shouldStartFromGivenOrDefaultPrefix()
 {
-    const QString computer = Advanced::defaultPrefix();
-    QVERIFY(!computer.isEmpty());
+    const QString computer = hostName();
+    QCOMPARE(Advanced::defaultPrefix(), computer);
     Advanced given(QStringLiteral("laptop"), {QStringLiteral("nas")}, false);
     QCOMPARE(given.prefix(), QStringLiteral("laptop"));
     QVERIFY(given.prefixCombo()->findText(computer) >= 0);
@@ -140,6 +162,39 @@ void TestAdvanced::shouldStartFromGivenOrDefaultPrefix()
     Advanced blank(QStringList {computer}, false);
     QCOMPARE(blank.prefix(), computer);
     QCOMPARE(blank.prefixCombo()->count(), 1);
+}
+
+void TestAdvanced::shouldTakeServicePrefixInManagedEdition()
+{
+    const auto restore
+        = qScopeGuard([] { QFile::remove(NVB::Defines::AppPath::to().config() + QStringLiteral("/nvbBackup.conf")); });
+    writeConfig(R"(edition="managed" mnsPrefix=" office-7 ")");
+    QCOMPARE(Advanced::defaultPrefix(), QStringLiteral("office-7"));
+    Advanced managed(QStringList {}, false);
+    QCOMPARE(managed.prefix(), QStringLiteral("office-7"));
+    QScopedPointer<Local::Add> account(new Local::Add);
+    QCOMPARE(account->prefix(), QStringLiteral("office-7"));
+    // Without a prefix from the service, or outside its edition, the
+    // computer's name stands.
+    writeConfig(R"(edition="managed")");
+    QCOMPARE(Advanced::defaultPrefix(), hostName());
+    writeConfig(R"(edition="standalone" mnsPrefix="office-7")");
+    QCOMPARE(Advanced::defaultPrefix(), hostName());
+}
+
+void TestAdvanced::shouldTurnWheelOfItsFrameWhileListing()
+{
+    PrefixSource source;
+    Advanced dialog(source, false);
+    QVERIFY(qobject_cast<NVB::GUI::ProcessDialog*>(&dialog));
+    dialog.show();
+    QVERIFY(!dialog.progressWheel()->isAnimated());
+    QTest::mouseClick(dialog.prefixCombo(), Qt::LeftButton);
+    QVERIFY(dialog.progressWheel()->isAnimated());
+    QVERIFY(dialog.buttonBox()->button(QDialogButtonBox::Cancel)->isEnabled());
+    source.answer({});
+    QTRY_VERIFY(!dialog.progressWheel()->isAnimated());
+    dialog.prefixCombo()->hidePopup();
 }
 
 void TestAdvanced::shouldNotListWhenPrefixDisabled()
@@ -168,7 +223,7 @@ void TestAdvanced::shouldListOnceAndMergeTheComputerName()
     for (int i = 0; i < dialog.prefixCombo()->count(); ++i)
         items.append(dialog.prefixCombo()->itemText(i));
     items.sort();
-    QStringList expected {QStringLiteral("laptop"), QStringLiteral("nas"), Advanced::defaultPrefix()};
+    QStringList expected {QStringLiteral("laptop"), QStringLiteral("nas"), hostName()};
     expected.sort();
     QCOMPARE(items, expected);
     QCOMPARE(dialog.prefix(), QStringLiteral("office"));
@@ -207,7 +262,7 @@ void TestAdvanced::shouldListPrefixesOfLocalFolder()
     QTRY_VERIFY_WITH_TIMEOUT(advanced.prefixCombo()->count() == 3, 10000);
     QVERIFY(advanced.prefixCombo()->findText(QStringLiteral("alpha")) >= 0);
     QVERIFY(advanced.prefixCombo()->findText(QStringLiteral("beta")) >= 0);
-    QVERIFY(advanced.prefixCombo()->findText(Advanced::defaultPrefix()) >= 0);
+    QVERIFY(advanced.prefixCombo()->findText(hostName()) >= 0);
     QCOMPARE(advanced.prefix(), dialog.prefix());
     advanced.prefixCombo()->hidePopup();
     QVERIFY(NVL::Cloud::OperationManager::instance().waitForDone(10000));

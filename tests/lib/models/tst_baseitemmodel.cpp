@@ -97,7 +97,6 @@ private slots:
     void shouldNotEmitForSameStatus();
     void shouldReportUpdatesAsDataChanged();
     void shouldPassErrorsToRoot();
-    void shouldGiveHeaders();
 };
 
 void TestBaseItemModel::shouldGiveNothingWithoutRoot()
@@ -257,16 +256,6 @@ void TestBaseItemModel::shouldPassErrorsToRoot()
     QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("cannot list a"));
     QCOMPARE(itemA->loadStatus(), BaseModelItem::NotLoaded);
     QVERIFY(model.canFetchMore(model.index(0, 0)));
-}
-
-void TestBaseItemModel::shouldGiveHeaders()
-{
-    PlannedModel model(samplePlan());
-    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("Display Name"));
-    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("SelectIndex"));
-    QCOMPARE(model.headerData(2, Qt::Horizontal).toString(), QStringLiteral("Status"));
-    QCOMPARE(model.headerData(3, Qt::Horizontal).toString(), QStringLiteral("ItemUpdated"));
-    QCOMPARE(model.headerData(0, Qt::Vertical).toInt(), 1);
 }
 
 NVB_TEST_MAIN(TestBaseItemModel)

@@ -63,7 +63,6 @@ private slots:
     void shouldGiveFolderInIncludeAndChildInExclude();
     void shouldRestoreMarksWithInitChecked();
     void shouldLoadTopLevelForEmptyInclude();
-    void shouldForgetChildrenAndMarksOnCollapse();
     void shouldChangeNothingForResultOfGonePath();
     void shouldListSiblingsOfFolderThatFails();
     void shouldReplaceOnlyWholePathSteps_data();
@@ -204,7 +203,7 @@ void TestFileSystemCheckedModel::shouldGiveFolderInIncludeAndChildInExclude()
     // Saved in a plan below the shown path of the volume.
     QCOMPARE(model.includePath(true), QStringList {QStringLiteral("/NVB_VOLUMES") + vol(QStringLiteral("folder"))});
     QCOMPARE(model.excludePath(true), QStringList {QStringLiteral("/NVB_VOLUMES") + vol(QStringLiteral("folder/b"))});
-    QCOMPARE(stateOf(model, vol(QStringLiteral("folder"))), 1);
+    QCOMPARE(stateOf(model, vol(QStringLiteral("folder"))), 2);
     QCOMPARE(stateOf(model, m_vol), 1001);
 }
 
@@ -255,22 +254,6 @@ void TestFileSystemCheckedModel::shouldLoadTopLevelForEmptyInclude()
     QTRY_VERIFY(model.indexByPath(vol(QStringLiteral("folder"))).isValid());
     QTRY_VERIFY(model.indexByPath(m_share + QStringLiteral("/docs")).isValid());
     QVERIFY(!model.indexByPath(vol(QStringLiteral("folder/a"))).isValid());
-    QVERIFY(model.includePath(false).isEmpty());
-}
-
-void TestFileSystemCheckedModel::shouldForgetChildrenAndMarksOnCollapse()
-{
-    FileSystemCheckedModel model;
-    QVERIFY(expand(model, m_vol));
-    QVERIFY(expand(model, vol(QStringLiteral("folder"))));
-    const int loaded = model.nodeCount();
-    QVERIFY(model.setData(model.indexByPath(vol(QStringLiteral("folder/a"))), 2, Qt::CheckStateRole));
-    model.onCollapse(model.indexByPath(vol(QStringLiteral("folder"))));
-    QCOMPARE(model.nodeCount(), loaded - 5);
-    QVERIFY(!model.indexByPath(vol(QStringLiteral("folder/a"))).isValid());
-    QCOMPARE(stateOf(model, vol(QStringLiteral("folder"))), 1001);
-    QVERIFY(expand(model, vol(QStringLiteral("folder"))));
-    QCOMPARE(stateOf(model, vol(QStringLiteral("folder/a"))), 0);
     QVERIFY(model.includePath(false).isEmpty());
 }
 

@@ -198,8 +198,17 @@ void TestPlanBackupModel::shouldSwapRunTimeAndMessageColumns()
     const QDateTime next = QDateTime(QDate(2030, 5, 7), QTime(7, 8, 9), Qt::UTC).toLocalTime();
     QCOMPARE(view.index(0, ViewColumn::NextRunTime).data().toString(),
         QLocale::system().toString(next, QLocale::ShortFormat));
-    // Only the display role goes on.
-    QVERIFY(!view.index(0, ViewColumn::Name).data(Qt::DecorationRole).isValid());
+    // The status icon comes through with its role: the same picture as the
+    // table's, and the table has none for the plain display columns.
+    const QVariant icon = view.index(0, ViewColumn::Name).data(Qt::DecorationRole);
+    QCOMPARE(icon.userType(), int(QMetaType::QIcon));
+    QCOMPARE(icon.value<QIcon>().pixmap(16).toImage(),
+        m_table->index(0, Models::Table::NvbPlanModelInfo::Column::Name)
+            .data(Qt::DecorationRole)
+            .value<QIcon>()
+            .pixmap(16)
+            .toImage());
+    QVERIFY(!icon.value<QIcon>().isNull());
 }
 
 void TestPlanBackupModel::shouldFillStorageAndXmlOnceXmlArrives()

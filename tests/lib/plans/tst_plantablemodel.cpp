@@ -40,7 +40,6 @@ private slots:
     void shouldGiveNextRunTimeAsLocalText();
     void shouldGiveNoValueForEmptyOrBadTimes_data();
     void shouldGiveNoValueForEmptyOrBadTimes();
-    void shouldHideStorageHeader();
     void shouldReachProgressStepsOnlyByNumber();
     void shouldPickStatusIcon_data();
     void shouldPickStatusIcon();
@@ -288,13 +287,6 @@ void TestPlanTableModel::shouldGiveNoValueForEmptyOrBadTimes()
     plan.insert(key, text);
     load({plan});
     QVERIFY(!m_model->index(0, column).data().isValid());
-}
-
-void TestPlanTableModel::shouldHideStorageHeader()
-{
-    QVERIFY(!m_model->headerData(Column::StorageID, Qt::Horizontal).isValid());
-    QCOMPARE(m_model->headerData(Column::Name, Qt::Horizontal).toString(), QStringLiteral("Name"));
-    QCOMPARE(m_model->headerData(Column::Type, Qt::Horizontal).toString(), QStringLiteral("Type"));
 }
 
 void TestPlanTableModel::shouldReachProgressStepsOnlyByNumber()

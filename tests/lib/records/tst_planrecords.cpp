@@ -211,8 +211,6 @@ class TestPlanRecords : public QObject
     Q_OBJECT
 
 private slots:
-    void shouldCrossTypeAndSubtypeGetters();
-    void shouldOfferUsefulDefaultsForANewBackup();
     void shouldRoundTripBackupFile();
     void shouldRoundTripBackupDiskImage();
     void shouldRoundTripRestoreFile();
@@ -220,49 +218,12 @@ private slots:
     void shouldKeepInvalidDatesInvalid();
     void shouldDecodeHintFromBase64();
     void shouldCopyScheduleThroughNonConstCopy();
-    void shouldAnswerTextOfEnumerations();
     void shouldIgnoreUnknownElementsOfNewerVersions();
     void shouldRefuseBrokenDocuments_data();
     void shouldRefuseBrokenDocuments();
     void shouldRefuseOtherDocuments_data();
     void shouldRefuseOtherDocuments();
 };
-
-void TestPlanRecords::shouldCrossTypeAndSubtypeGetters()
-{
-    QCOMPARE(BackupFile().type(), 0);
-    QCOMPARE(BackupFile().subtype(), 1);
-    QCOMPARE(BackupDiskImage().type(), 1);
-    QCOMPARE(BackupDiskImage().subtype(), 1);
-    QCOMPARE(RestoreFile().type(), 0);
-    QCOMPARE(RestoreFile().subtype(), 2);
-    QCOMPARE(RestoreDiskImage().type(), int(SubType::DiskImage));
-    QCOMPARE(RestoreDiskImage().subtype(), int(Type::Restore));
-}
-
-void TestPlanRecords::shouldOfferUsefulDefaultsForANewBackup()
-{
-    const BackupFile plan;
-    QVERIFY(!plan.id().isNull());
-    QVERIFY(plan.id() != BackupFile().id());
-    QVERIFY(plan.isArchive());
-    QVERIFY(plan.runMuissedPlan());
-    QVERIFY(plan.useCompression());
-    QVERIFY(!plan.encryption().isEnabled());
-    QCOMPARE(plan.encryption().encryptionType(), Backup::Encyption::AES256);
-    QVERIFY(plan.schedule().isEnable());
-    QCOMPARE(plan.schedule().type(), Schedule::Recurring);
-    QCOMPARE(plan.schedule().stopAfter(), 0ULL);
-    QCOMPARE(plan.schedule().weeklyFrequency().size(), 7);
-    QVERIFY(!plan.forceFullSchedule().isEnable());
-    QCOMPARE(plan.retentionPolicy().type(), Backup::RetentionPolicy::Default);
-    QCOMPARE(plan.storageInfo().storageClassAmazonS3(), Backup::StorageInfo::Standard);
-    QCOMPARE(plan.filterType(), BackupFile::AllFiles);
-    QVERIFY(!plan.reBackupModifiedSince().isValid());
-    QCOMPARE(plan.notification().type(), Notification::OnFailure);
-    QVERIFY(RestoreFile().syncBeforeRun());
-    QVERIFY(RestoreFile().restoreToOriginalLocation());
-}
 
 void TestPlanRecords::shouldRoundTripBackupFile()
 {
@@ -427,15 +388,6 @@ void TestPlanRecords::shouldCopyScheduleThroughNonConstCopy()
     copy.setWeeklyFrequency(three);
     QCOMPARE(copy.weeklyFrequency().size(), 7);
     QCOMPARE(copy.weeklyFrequency().count(true), 3);
-}
-
-void TestPlanRecords::shouldAnswerTextOfEnumerations()
-{
-    QCOMPARE(Backup::Encyption::typeToStr(Backup::Encyption::TripleDES168), QStringLiteral("3DES 168"));
-    QCOMPARE(Backup::Encyption::typeToStr(Backup::Encyption::AES128), QStringLiteral("AES 128"));
-    QCOMPARE(
-        Backup::StorageInfo::amazonS3StorageClassToStr(Backup::StorageInfo::StandardIA), QStringLiteral("Standard-IA"));
-    QCOMPARE(DiskImageFileFormat::Type2String(DiskImageFileFormat::Vhdx), QStringLiteral("VHDX"));
 }
 
 void TestPlanRecords::shouldIgnoreUnknownElementsOfNewerVersions()

@@ -24,9 +24,6 @@ private slots:
     void shouldRoundTripConnection();
     void shouldRefuseBrokenRecords_data();
     void shouldRefuseBrokenRecords();
-    void shouldNameBackupAndBrokenTypes();
-    void shouldPickImagesByKind_data();
-    void shouldPickImagesByKind();
 };
 
 void TestRepositoryRecords::shouldRoundTripBunchWithAndWithoutPlan()
@@ -235,43 +232,6 @@ void TestRepositoryRecords::shouldRefuseBrokenRecords()
         read = NVB::Info::Storage::Connection::fromJson(object);
     QVERIFY(!read);
     QVERIFY2(log.text().contains(logged), qPrintable(log.text()));
-}
-
-void TestRepositoryRecords::shouldNameBackupAndBrokenTypes()
-{
-    QCOMPARE(NVL::Archive::BackupTypeToString.value(0), QStringLiteral("Full"));
-    QCOMPARE(NVL::Archive::BackupTypeToString.value(1), QStringLiteral("SyntheticFull"));
-    QCOMPARE(NVL::Archive::BackupTypeToString.value(2), QStringLiteral("Incremental"));
-    QCOMPARE(NVL::Archive::BackupTypeToString.value(1000), QStringLiteral("Unknown"));
-    QCOMPARE(NVL::Archive::BackupTypeToString.value(3), QString());
-    QCOMPARE(NVL::Archive::BrokenTypeToString.size(), 4);
-    QCOMPARE(NVL::Archive::BrokenTypeToString.value(10), QStringLiteral("ToPurgeAfterSync"));
-    QCOMPARE(NVL::Archive::BrokenTypeToString.value(11), QStringLiteral("ToPurgeRemoved"));
-}
-
-void TestRepositoryRecords::shouldPickImagesByKind_data()
-{
-    QTest::addColumn<bool>("bunch");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("image");
-    QTest::newRow("file") << true << 0 << "://images/folder.svg";
-    QTest::newRow("disk") << true << 2 << "://images/diskimage.svg";
-    QTest::newRow("hyper-v") << true << 5 << "://images/hyper-v.svg";
-    QTest::newRow("esx") << true << 6 << "://images/vmware-esx.svg";
-    QTest::newRow("other kind") << true << 1 << "://images/archive.svg";
-    QTest::newRow("full") << false << 0 << "://images/restore-point-full.svg";
-    QTest::newRow("synthetic") << false << 1 << "://images/restore-point-full.svg";
-    QTest::newRow("incremental") << false << 2 << "://images/restore-point-diff.svg";
-    QTest::newRow("unknown") << false << 1000 << "://images/restore-point-empty.svg";
-    QTest::newRow("other") << false << 7 << "://images/restore-point-empty.svg";
-}
-
-void TestRepositoryRecords::shouldPickImagesByKind()
-{
-    QFETCH(bool, bunch);
-    QFETCH(int, value);
-    QFETCH(QString, image);
-    QCOMPARE(bunch ? NVL::Archive::TypeImage(value) : NVL::Archive::BackupTypeImage(value), image);
 }
 
 NVB_TEST_GUILESS_MAIN(TestRepositoryRecords)

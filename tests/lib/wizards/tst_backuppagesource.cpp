@@ -9,6 +9,7 @@
 
 #include "app/delegates/incompletestatedelegate.h"
 #include "models/filesystemcheckedproxymodel.h"
+#include "models/filesystemcheckedsharecontrolmodel.h"
 #include "records/plan/backupdiskimage.h"
 #include "records/plan/backupfile.h"
 #include "testmain.h"
@@ -36,6 +37,7 @@ private slots:
     void shouldShowHiddenFilesOnlyWhenAsked();
     void shouldHideLegendForEmptyTree();
     void shouldOpenLegendWithTreesOwnPictures();
+    void shouldCountSharesUnderFreeLicence();
 
 private:
     QScopedPointer<WizardVolume> m_volume;
@@ -116,7 +118,9 @@ void TestBackupPageSource::shouldMarkTreeFromPlan()
     QVERIFY(!complete.isEmpty());
     auto state
         = [&](const QString& path) { return model->indexByPath(m_volume->vol(path)).data(Qt::CheckStateRole).toInt(); };
-    QCOMPARE(state(QStringLiteral("docs")), 1);
+    // The folder keeps its own mark, so that files made in it later are
+    // taken too; the file left out is its one exclusion.
+    QCOMPARE(state(QStringLiteral("docs")), 2);
     QCOMPARE(state(QStringLiteral("docs/a.txt")), 2);
     QCOMPARE(state(QStringLiteral("docs/b.txt")), 0);
     QCOMPARE(model->includePath(false), plan.items());
@@ -131,7 +135,7 @@ void TestBackupPageSource::shouldSummariseIncludedAndExcludedPaths()
     QVERIFY(WizardVolume::mark(model, m_volume->vol(QStringLiteral("music")), 2));
     QCOMPARE(page.summary(),
         QStringLiteral("<tr><td>Backup source:</td><td></td></tr><tr><td></td><td>Include:</td></tr>"
-                       "<tr><td></td><td>%1</td></tr>")
+                       "<tr><td></td><td>%1</td></tr><tr><td></td><td>Exclude:</td></tr>")
             .arg(m_volume->vol(QStringLiteral("music"))));
 }
 
@@ -198,6 +202,25 @@ void TestBackupPageSource::shouldOpenLegendWithTreesOwnPictures()
     std::sort(pictured.begin(), pictured.end());
     QCOMPARE(pictured, (QList<int> {0, 1, 2, 1001}));
     QVERIFY(title.endsWith(QStringLiteral(" Legend")));
+}
+
+void TestBackupPageSource::shouldCountSharesUnderFreeLicence()
+{
+    using NVB::GUI::FileSystemCheckedShareControlModel;
+    {
+        BackupPlanEditWizard::PageSource full;
+        QVERIFY(!qobject_cast<FileSystemCheckedShareControlModel*>(full.model()));
+    }
+    WizardLicence free("free");
+    BackupPlanEditWizard::PageSource page;
+    auto* shares = qobject_cast<FileSystemCheckedShareControlModel*>(page.model());
+    QVERIFY(shares);
+    QCOMPARE(shares->shareLimit(), 1);
+    // The tree and the plan's marks work as with the plain model.
+    BackupFile plan;
+    plan.setItems({m_volume->vol(QStringLiteral("music"))});
+    QVERIFY(page.fromPlan(&plan));
+    QTRY_COMPARE(shares->includePath(false), plan.items());
 }
 
 NVB_TEST_MAIN(TestBackupPageSource)

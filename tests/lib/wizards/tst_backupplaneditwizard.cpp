@@ -136,8 +136,9 @@ private slots:
     void shouldTitleByEditState();
     void shouldGiveNoWizardForNullPlan();
     void shouldWalkFromSourceStraightToSummary();
-    void shouldFollowEveryPagesRule_data();
-    void shouldFollowEveryPagesRule();
+    void shouldFollowLicenceAfterRetention();
+    void shouldGiveStoragePageTheFormatAsSecondFlag_data();
+    void shouldGiveStoragePageTheFormatAsSecondFlag();
     void shouldOfferProviderOptionsWhileCompressionShows();
     void shouldNotCompleteBlankName_data();
     void shouldNotCompleteBlankName();
@@ -240,44 +241,37 @@ void TestBackupPlanEditWizard::shouldWalkFromSourceStraightToSummary()
     QCOMPARE(summaryPage(wizard)->title(), QStringLiteral("Backup plan: Summary"));
 }
 
-void TestBackupPlanEditWizard::shouldFollowEveryPagesRule_data()
+void TestBackupPlanEditWizard::shouldFollowLicenceAfterRetention()
 {
-    QTest::addColumn<bool>("isArchive");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<int>("next");
-    using W = BackupPlanEditWizard;
-    QTest::newRow("storage to name") << false << int(W::PageCloudId) << int(W::PageNameId);
-    QTest::newRow("name to source") << false << int(W::PageNameId) << int(W::PageSourceId);
-    QTest::newRow("source to filter") << false << int(W::PageSourceId) << int(W::PageAdvancedFilterId);
-    QTest::newRow("legacy compression to schedule")
-        << false << int(W::PageCompressionEndEncryptionId) << int(W::PageScheduleId);
-    QTest::newRow("new compression to check")
-        << true << int(W::PageCompressionEndEncryptionId) << int(W::PageConsistencyCheckId);
-    QTest::newRow("check to schedule") << true << int(W::PageConsistencyCheckId) << int(W::PageScheduleId);
-    QTest::newRow("legacy schedule, no block level")
-        << false << int(W::PageScheduleId) << int(W::PageRetentionPolicyId);
-    QTest::newRow("full schedule to retention") << false << int(W::PageFullScheduleId) << int(W::PageRetentionPolicyId);
-    QTest::newRow("retention to actions") << false << int(W::PageRetentionPolicyId) << int(W::PageBackupActionsId);
-    QTest::newRow("actions to notification")
-        << false << int(W::PageBackupActionsId) << int(W::PageNotificationStandaloneId);
-    QTest::newRow("notification to summary") << false << int(W::PageNotificationStandaloneId) << int(W::PageSummaryId);
-    QTest::newRow("summary ends") << false << int(W::PageSummaryId) << -1;
-    QTest::newRow("image source") << true << int(W::PageBackupDiskImageSourceId)
-                                  << int(W::PageBackupDiskImageSourceViewId);
-    QTest::newRow("image view") << true << int(W::PageBackupDiskImageSourceViewId)
-                                << int(W::PageBackupDiskImageAdvancedOptionsId);
-    QTest::newRow("image options") << true << int(W::PageBackupDiskImageAdvancedOptionsId)
-                                   << int(W::PageCompressionEndEncryptionId);
-    QTest::newRow("unknown") << false << 42 << -1;
+    BackupPlanEditWizard wizard(false);
+    QCOMPARE(wizard.designNextId(BackupPlanEditWizard::PageRetentionPolicyId),
+        int(BackupPlanEditWizard::PageBackupActionsId));
+    {
+        // The free edition runs no commands around a backup.
+        WizardLicence free("free");
+        QCOMPARE(wizard.designNextId(BackupPlanEditWizard::PageRetentionPolicyId),
+            int(BackupPlanEditWizard::PageNotificationStandaloneId));
+    }
+    WizardLicence full("full");
+    QCOMPARE(wizard.designNextId(BackupPlanEditWizard::PageRetentionPolicyId),
+        int(BackupPlanEditWizard::PageBackupActionsId));
 }
 
-void TestBackupPlanEditWizard::shouldFollowEveryPagesRule()
+void TestBackupPlanEditWizard::shouldGiveStoragePageTheFormatAsSecondFlag_data()
+{
+    QTest::addColumn<bool>("isArchive");
+    QTest::newRow("legacy") << false;
+    QTest::newRow("new format") << true;
+}
+
+void TestBackupPlanEditWizard::shouldGiveStoragePageTheFormatAsSecondFlag()
 {
     QFETCH(bool, isArchive);
-    QFETCH(int, page);
-    QFETCH(int, next);
     BackupPlanEditWizard wizard(isArchive);
-    QCOMPARE(wizard.designNextId(page), next);
+    auto* cloud = qobject_cast<PlanWizardBase::PageCloud*>(wizard.page(BackupPlanEditWizard::PageCloudId));
+    QVERIFY(cloud);
+    QVERIFY(!cloud->isArchive());
+    QCOMPARE(cloud->skipsOpenStack(), isArchive);
 }
 
 void TestBackupPlanEditWizard::shouldOfferProviderOptionsWhileCompressionShows()

@@ -1,11 +1,16 @@
 #include <QAbstractButton>
+#include <QDir>
 #include <QLineEdit>
 #include <QPointer>
+#include <QScopeGuard>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "app/application.h"
+#include "app/icons/imagemanager.h"
 #include "records/plan/backupfile.h"
 #include "testmain.h"
 #include "wizards/common/pagename.h"
@@ -79,7 +84,7 @@ class TestPlanWizardBase : public QObject
 
 private slots:
     void shouldExposeKindEditAndIdAsProperties();
-    void shouldFrameWizardTheSameWay();
+    void shouldTakeBackgroundFromImagesOfInstallation();
     void shouldRefuseSecondExecWhileOneIsOpen_data();
     void shouldRefuseSecondExecWhileOneIsOpen();
     void shouldTitlePageByWizardKind_data();
@@ -112,25 +117,30 @@ void TestPlanWizardBase::shouldExposeKindEditAndIdAsProperties()
     QCOMPARE(wizard.getPlanId(), id);
 }
 
-void TestPlanWizardBase::shouldFrameWizardTheSameWay()
+void TestPlanWizardBase::shouldTakeBackgroundFromImagesOfInstallation()
 {
-    PlanWizardBase wizard(PlanWizardBase::PlanTypeBackup);
-    QCOMPARE(wizard.wizardStyle(), QWizard::MacStyle);
-    const QPixmap side = wizard.pixmap(QWizard::BackgroundPixmap);
-    QVERIFY(!side.isNull());
-    QCOMPARE(wizard.minimumWidth(), 655);
-    QCOMPARE(wizard.minimumHeight(), qRound(side.height() / side.devicePixelRatioF()));
-    // Cancel left of Back, Next and Finish, all pushed to the right.
-    wizard.addPage(new PlanWizardBase::PageName());
-    wizard.resize(700, 500);
-    wizard.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&wizard));
-    QAbstractButton* cancel = wizard.button(QWizard::CancelButton);
-    QAbstractButton* back = wizard.button(QWizard::BackButton);
-    QAbstractButton* next = wizard.button(QWizard::NextButton);
-    QVERIFY(cancel->x() > wizard.width() / 3);
-    QVERIFY(cancel->x() < back->x());
-    QVERIFY(back->x() < next->x());
+    // The built-in picture, and the wizard no lower than it.
+    const PlanWizardBase plain(PlanWizardBase::PlanTypeBackup);
+    const QImage builtIn = plain.pixmap(QWizard::BackgroundPixmap).toImage();
+    QVERIFY(!builtIn.isNull());
+    QCOMPARE(plain.minimumHeight(), qRound(builtIn.height() / builtIn.devicePixelRatioF()));
+
+    // A reseller's picture of the same name replaces it.
+    QTemporaryDir share;
+    qputenv("NVB_SHARE_DIR", share.path().toUtf8());
+    const auto restore = qScopeGuard([] { qunsetenv("NVB_SHARE_DIR"); });
+    const QString images = NVB::GUI::Application::getImagesPath();
+    QVERIFY(QDir().mkpath(images));
+    const QString file
+        = images + QLatin1Char('/') + NVB::GUI::ImageManager::fileName(NVB::GUI::ImageManager::WizardBackground);
+    QImage reseller(120, 500, QImage::Format_RGB32);
+    reseller.fill(Qt::darkRed);
+    QVERIFY(reseller.save(file));
+    const PlanWizardBase branded(PlanWizardBase::PlanTypeBackup);
+    const QImage shown = branded.pixmap(QWizard::BackgroundPixmap).toImage();
+    QCOMPARE(shown.size(), QSize(120, 500));
+    QCOMPARE(shown.pixelColor(10, 10), QColor(Qt::darkRed));
+    QCOMPARE(branded.minimumHeight(), 500);
 }
 
 void TestPlanWizardBase::shouldRefuseSecondExecWhileOneIsOpen_data()

@@ -11,12 +11,31 @@
 #include <QWizard>
 
 #include "accounts/storageseditlist.h"
+#include "core/apppath.h"
 #include "listing/filesystemlisting.h"
 #include "models/filesystemcheckedmodel.h"
 #include "models/modelcreator.h"
 #include "models/modelmanager.h"
 #include "models/models.h"
 #include "wizards/common/pagecloud.h"
+
+// The installation's licence for one test: "free" or "full", written into the
+// configuration file the licence stand-in reads; removed again at the end.
+class WizardLicence
+{
+public:
+    explicit WizardLicence(const char* licence)
+    {
+        QDir().mkpath(NVB::Defines::AppPath::to().config());
+        QFile file(path());
+        file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+        file.write(QByteArray("<nvbBackup license=\"") + licence + "\"/>");
+    }
+    ~WizardLicence() { QFile::remove(path()); }
+
+private:
+    static QString path() { return NVB::Defines::AppPath::to().config() + QStringLiteral("/nvbBackup.conf"); }
+};
 
 // A machine of one volume, a real temporary folder tree, for the file trees
 // of the wizard:
@@ -112,8 +131,8 @@ private:
                 m_model = new QStandardItemModel(0, 10);
                 QList<QStandardItem*> row;
                 for (const QString& text : {QStringLiteral("Local disk"), WizardStorage::accountId().toString(),
-                                            QStringLiteral("/backup/"), QStringLiteral("host"), QString(),
-                                            QStringLiteral("1"), QString(), QString(), QString(), QString()})
+                         QStringLiteral("/backup/"), QStringLiteral("host"), QString(), QStringLiteral("1"), QString(),
+                         QString(), QString(), QString()})
                     row << new QStandardItem(text);
                 m_model->appendRow(row);
             }

@@ -16,26 +16,27 @@
 #include "accounts/accountutility.h"
 #include "accounts/storagesadd.h"
 #include "app/application.h"
+#include "core/mns.h"
 #include "prefixvalidator.h"
 #include "widgets/progresswheel.h"
 
 namespace NVB::GUI::Settings::Account {
 
 Advanced::Advanced(Storages::Add& dialog, bool prefixDisabled, QWidget* parent)
-    : QDialog(parent)
+    : ProcessDialog(parent)
     , m_dialog(&dialog)
 {
     build(dialog.prefix(), QStringList(), prefixDisabled);
 }
 
 Advanced::Advanced(const QStringList& items, bool prefixDisabled, QWidget* parent)
-    : QDialog(parent)
+    : ProcessDialog(parent)
 {
     build(QString(), items, prefixDisabled);
 }
 
 Advanced::Advanced(const QString& prefix, const QStringList& items, bool prefixDisabled, QWidget* parent)
-    : QDialog(parent)
+    : ProcessDialog(parent)
 {
     build(prefix, items, prefixDisabled);
 }
@@ -44,6 +45,12 @@ Advanced::~Advanced() = default;
 
 QString Advanced::defaultPrefix()
 {
+    // The managed edition names the computer the way its service knows it.
+    if (Application::isMns()) {
+        const QString managed = NVB::Defines::MNS::prefix();
+        if (!managed.isEmpty())
+            return managed;
+    }
     return AccountUtility::computerName();
 }
 
@@ -51,7 +58,8 @@ void Advanced::build(const QString& prefix, const QStringList& items, bool prefi
 {
     m_givenPrefix = prefix;
     setWindowTitle(tr("Advanced settings"));
-    m_layout = new QVBoxLayout(this);
+    m_layout = new QVBoxLayout;
+    setCentralLayout(m_layout);
 
     m_prefix = new QComboBox(this);
     m_prefix->setEditable(true);
@@ -85,13 +93,8 @@ void Advanced::build(const QString& prefix, const QStringList& items, bool prefi
     note->setFont(small);
     m_layout->addWidget(note);
 
-    auto* bottom = new QHBoxLayout;
-    m_wheel = new ProgressWheel(this);
-    bottom->addWidget(m_wheel);
-    bottom->addStretch(1);
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    bottom->addWidget(m_buttons);
-    m_layout->addLayout(bottom);
+    addDialogButtons(m_buttons);
 
     connect(m_buttons, &QDialogButtonBox::accepted, this, &Advanced::onAccept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &Advanced::onReject);
@@ -124,7 +127,7 @@ void Advanced::repairPrefix()
 
 void Advanced::appendLayout(QHBoxLayout* layout)
 {
-    m_layout->insertLayout(m_layout->count() - 1, layout);
+    m_layout->addLayout(layout);
 }
 
 void Advanced::appendWidget(QWidget* widget)
@@ -168,7 +171,7 @@ bool Advanced::eventFilter(QObject* watched, QEvent* event)
         m_dialog->loadPrefixes();
         return true;
     }
-    return QDialog::eventFilter(watched, event);
+    return ProcessDialog::eventFilter(watched, event);
 }
 
 void Advanced::wrapperOnLoadPrefixes(const QStringList& prefixes)
@@ -210,16 +213,16 @@ void Advanced::process(bool on)
     if (on) {
         setCursor(Qt::WaitCursor);
         for (QWidget* child : children) {
-            if (!child->isWindow() && child != m_wheel)
+            if (!child->isWindow() && child != progressWheel())
                 child->setEnabled(false);
         }
         m_buttons->setEnabled(true);
         m_buttons->button(QDialogButtonBox::Ok)->setEnabled(false);
         m_buttons->button(QDialogButtonBox::Cancel)->setEnabled(true);
         m_buttons->button(QDialogButtonBox::Cancel)->setCursor(Qt::ArrowCursor);
-        m_wheel->startAnimate();
+        startWaitProcess(true);
     } else {
-        m_wheel->stopAnimate();
+        startWaitProcess(false);
         for (QWidget* child : children) {
             if (!child->isWindow())
                 child->setEnabled(true);

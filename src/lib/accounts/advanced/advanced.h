@@ -1,25 +1,21 @@
 #pragma once
 
-#include <QDialog>
 #include <QPointer>
 #include <QStringList>
 
 #include "accounts/storages.h"
+#include "widgets/processdialog.h"
 
 class QComboBox;
 class QDialogButtonBox;
 class QHBoxLayout;
 class QVBoxLayout;
 
-namespace NVB::GUI {
-class ProgressWheel;
-}
-
 namespace NVB::GUI::Settings::Account {
 
 // "Advanced settings" of an account: the backup prefix, with the prefixes the
 // destination already holds offered on the first click into the list.
-class Advanced : public QDialog
+class Advanced : public ProcessDialog
 {
     Q_OBJECT
 
@@ -60,7 +56,6 @@ private:
     QComboBox* m_prefix = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
     QVBoxLayout* m_layout = nullptr;
-    ProgressWheel* m_wheel = nullptr;
     QPointer<Storages::Add> m_dialog;
     QStringList m_loaded;
     bool m_prefixesRequested = false;

@@ -1,6 +1,7 @@
 #include "wizards/backup/backupplaneditwizard.h"
 
 #include "app/application.h"
+#include "core/licenserestrictions.h"
 #include "records/plan/backupfile.h"
 #include "stores/rebranding.h"
 #include "stores/rebrandingkeys.h"
@@ -25,18 +26,6 @@ bool rebranding(const char* key)
 {
     const NVB::Defines::Rebranding* values = NVB::Defines::Rebranding::instance();
     return values && values->value(key).toBool();
-}
-
-// This build's licence grants every feature (see Application); the rules keep
-// the checks by name so that a licence with limits only changes them here.
-bool isPrePostActionsAvailable()
-{
-    return true;
-}
-
-bool isNotificationsAvailable()
-{
-    return true;
 }
 
 } // namespace
@@ -73,7 +62,7 @@ QWizardPage* BackupPlanEditWizard::createPage(int id)
     switch (id) {
     case PageCloudId:
         // The new format cannot write to OpenStack accounts yet.
-        return new PageCloud(m_isArchive, m_isArchive, this);
+        return new PageCloud(false, m_isArchive, this);
     case PageNameId:
         return new PageName(m_isArchive, this);
     case PageSourceId:
@@ -208,14 +197,14 @@ int BackupPlanEditWizard::scheduleNextId() const
 
 int BackupPlanEditWizard::retentionNextId() const
 {
-    if (planType() == PlanTypeBackup && isPrePostActionsAvailable())
+    if (planType() == PlanTypeBackup && NVB::License::LicenseRestrictions::isPrePostActionsAvailable())
         return PageBackupActionsId;
     return actionsNextId();
 }
 
 int BackupPlanEditWizard::actionsNextId() const
 {
-    return isNotificationsAvailable() ? PageNotificationStandaloneId : PageSummaryId;
+    return NVB::License::LicenseRestrictions::isNotificationsAvailable() ? PageNotificationStandaloneId : PageSummaryId;
 }
 
 } // namespace NVB::GUI

@@ -9,19 +9,36 @@
 #include <QWizard>
 
 #include "app/delegates/incompletestatedelegate.h"
+#include "core/licenserestrictions.h"
 #include "models/filesystemcheckedmodel.h"
 #include "models/filesystemcheckedproxymodel.h"
+#include "models/filesystemcheckedsharecontrolmodel.h"
 #include "records/plan/backupfile.h"
 #include "wizards/common/pagecheckboxlegenddialog.h"
 
 namespace NVB::GUI {
+
+namespace {
+
+// A licence that limits network shares gets the tree that counts them.
+FileSystemCheckedModel* makeModel(QObject* parent)
+{
+    using NVB::License::LicenseRestrictions;
+    if (!LicenseRestrictions::isNetworkSharesLimited())
+        return new FileSystemCheckedModel(parent);
+    auto* model = new FileSystemCheckedShareControlModel(parent);
+    model->setShareLimit(LicenseRestrictions::networkShareLimit());
+    return model;
+}
+
+} // namespace
 
 BackupPlanEditWizard::PageSource::PageSource(QWidget* parent)
     : PlanWizardBase::PageSource(tr("Backup source"), parent)
     , m_showHidden(new QCheckBox(tr("Show hidden files and folders"), this))
     , m_legend(new QLabel(QStringLiteral("<a href=#><span>%1</span></a>").arg(tr("Legend")), this))
     , m_delegate(new IncompleteStateDelegate(this))
-    , m_model(new FileSystemCheckedModel(this))
+    , m_model(makeModel(this))
     , m_proxy(new FileSystemCheckedProxyModel(this))
 {
     setSubTitle(tr("Specify files and folders you want to backup"));
@@ -45,6 +62,9 @@ BackupPlanEditWizard::PageSource::PageSource(QWidget* parent)
     connect(m_model, &QAbstractItemModel::rowsInserted, this, &PageSource::completeChanged);
     connect(m_model, &QAbstractItemModel::modelReset, this, &PageSource::completeChanged);
     connect(m_showHidden, &QCheckBox::clicked, m_proxy, &FileSystemCheckedProxyModel::setIsShowHidden);
+    if (auto* shares = qobject_cast<FileSystemCheckedShareControlModel*>(m_model))
+        connect(shares, &FileSystemCheckedShareControlModel::shareControlAttention, this,
+            &PageSource::onShareControlAttention);
 }
 
 bool BackupPlanEditWizard::PageSource::validatePage()
@@ -68,12 +88,11 @@ QString BackupPlanEditWizard::PageSource::summary()
     rows += detailRow(tr("Include:"));
     for (const QString& path : m_model->includePath(false))
         rows += detailRow(path.toHtmlEscaped());
-    const QStringList exclude = m_model->excludePath(false);
-    if (!exclude.isEmpty()) {
-        rows += detailRow(tr("Exclude:"));
-        for (const QString& path : exclude)
-            rows += detailRow(path.toHtmlEscaped());
-    }
+    // The exclusion heading stands even over an empty list, so that the user
+    // sees that nothing is left out.
+    rows += detailRow(tr("Exclude:"));
+    for (const QString& path : m_model->excludePath(false))
+        rows += detailRow(path.toHtmlEscaped());
     return rows;
 }
 
@@ -92,7 +111,11 @@ bool BackupPlanEditWizard::PageSource::fromPlan(NVB::Info::Plan::Base* plan)
     auto* file = dynamic_cast<NVB::Info::Plan::BackupFile*>(plan);
     if (!file)
         return false;
-    m_model->initChecked(file->items(), file->excludeItems());
+    // The plan's own shares don't count against the licence's limit.
+    if (auto* shares = qobject_cast<FileSystemCheckedShareControlModel*>(m_model))
+        shares->initChecked(file->id(), file->items(), file->excludeItems());
+    else
+        m_model->initChecked(file->items(), file->excludeItems());
     emit completeChanged();
     return true;
 }

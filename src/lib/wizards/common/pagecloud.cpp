@@ -9,7 +9,7 @@
 
 #include "accounts/accountfactory.h"
 #include "accounts/selectstandalonmenu.h"
-#include "accounts/storagesadd.h"
+#include "accounts/storagesaddbase.h"
 #include "accounts/storageseditlist.h"
 #include "accounts/storagesupdatewatcher.h"
 #include "app/application.h"
@@ -75,6 +75,11 @@ PlanWizardBase::PageCloud::PageCloud(bool isArchive, bool skipOpenStack, QWidget
     m_single = Application::isMns() && source && source->rowCount() == 1 && !fileSystemAccountsEnabled();
 }
 
+bool PlanWizardBase::PageCloud::skipsOpenStack() const
+{
+    return m_model && m_model->skipOpenStack();
+}
+
 QLineEdit* PlanWizardBase::PageCloud::hiddenField(const char* name)
 {
     auto* edit = new QLineEdit(this);
@@ -115,7 +120,7 @@ int PlanWizardBase::PageCloud::nextId() const
 QString PlanWizardBase::PageCloud::summary()
 {
     return valueRow(tr("Backup storage:"), field(QLatin1String(Field_CloudName)).toString().toHtmlEscaped())
-           + valueRow(tr("Backup prefix:"), field(QLatin1String(Field_CloudPrefix)).toString().toHtmlEscaped());
+        + valueRow(tr("Backup prefix:"), field(QLatin1String(Field_CloudPrefix)).toString().toHtmlEscaped());
 }
 
 bool PlanWizardBase::PageCloud::initPlan(NVB::Info::Plan::Base* plan)
@@ -134,8 +139,8 @@ bool PlanWizardBase::PageCloud::fromPlan(NVB::Info::Plan::Base* plan)
     if (!model)
         return true;
     if (!plan->storage().isNull()) {
-        const QModelIndexList hits = model->match(model->index(0, 1), Qt::DisplayRole, plan->storage().toString(), 1,
-                                                  Qt::MatchExactly);
+        const QModelIndexList hits
+            = model->match(model->index(0, 1), Qt::DisplayRole, plan->storage().toString(), 1, Qt::MatchExactly);
         if (!hits.isEmpty())
             m_list->setCurrentIndex(model->index(hits.first().row(), 0));
     } else if (m_single && Application::isMns()) {
@@ -159,25 +164,37 @@ void PlanWizardBase::PageCloud::onAddDestinationClicked()
 
 void PlanWizardBase::PageCloud::onAddDestination(int type)
 {
-    Settings::Storages::Add* dialog = Settings::Account::AccountFactory::add(type, QApplication::activeWindow());
-    if (!dialog)
-        return;
-    if (dialog->exec() == QDialog::Accepted) {
-        Settings::Storages::UpdateWatcher watcher(dialog->id(), Settings::Storages::UpdateWatcher::Add,
-                                                  QApplication::activeWindow());
+    QDialog* dialog = Settings::Account::AccountFactory::add(type, QApplication::activeWindow());
+    const auto* account = dynamic_cast<Settings::Storages::AddBase*>(dialog);
+    if (account && dialog->exec() == QDialog::Accepted) {
+        Settings::Storages::UpdateWatcher watcher(
+            account->id(), Settings::Storages::UpdateWatcher::Add, QApplication::activeWindow());
         watcher.exec();
+        // Whoever adds an account here means to back up to it.
+        selectAccount(account->id());
     }
     delete dialog;
 }
 
+void PlanWizardBase::PageCloud::selectAccount(const QUuid& id)
+{
+    QAbstractItemModel* model = m_list->model();
+    if (!model || id.isNull() || model->rowCount() == 0)
+        return;
+    const QModelIndexList hits = model->match(model->index(0, 1), Qt::DisplayRole, id.toString(), 1, Qt::MatchExactly);
+    if (hits.isEmpty())
+        return;
+    m_list->setCurrentIndex(model->index(hits.first().row(), 0));
+    onCurrentItem(m_list->currentIndex());
+}
+
 void PlanWizardBase::PageCloud::onEditDestinationClicked(const QModelIndex& index)
 {
-    Settings::Storages::Add* dialog = Settings::Account::AccountFactory::edit(index, QApplication::activeWindow());
-    if (!dialog)
-        return;
-    if (dialog->exec() == QDialog::Accepted) {
-        Settings::Storages::UpdateWatcher watcher(dialog->id(), Settings::Storages::UpdateWatcher::Update,
-                                                  QApplication::activeWindow());
+    QDialog* dialog = Settings::Account::AccountFactory::edit(index, QApplication::activeWindow());
+    const auto* account = dynamic_cast<Settings::Storages::AddBase*>(dialog);
+    if (account && dialog->exec() == QDialog::Accepted) {
+        Settings::Storages::UpdateWatcher watcher(
+            account->id(), Settings::Storages::UpdateWatcher::Update, QApplication::activeWindow());
         watcher.exec();
     }
     delete dialog;
@@ -189,7 +206,7 @@ void PlanWizardBase::PageCloud::onRemoveDestinationClicked(const QModelIndex& in
         return;
     const QString name = index.model()->index(index.row(), 0).data().toString();
     const auto answer = QMessageBox::question(this, tr("Are you sure?"), tr("Delete \"%1\" account?").arg(name),
-                                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+        QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     if (answer != QMessageBox::Yes)
         return;
     NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Remove local account:") << name;

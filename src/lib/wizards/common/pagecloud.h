@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QUuid>
+
 #include "accounts/storages.h"
 #include "wizards/common/pagebase.h"
 
@@ -26,6 +28,9 @@ public:
 
     PageCloud(bool isArchive, bool skipOpenStack, QWidget* parent = nullptr);
 
+    bool isArchive() const { return m_isArchive; }
+    // Whether accounts of the OpenStack family are left out of the list.
+    bool skipsOpenStack() const;
     bool isSingle() const { return m_single; }
     void setSingle(bool single) { m_single = single; }
 
@@ -49,6 +54,7 @@ private slots:
 
 private:
     QLineEdit* hiddenField(const char* name);
+    void selectAccount(const QUuid& id);
 
     bool m_isArchive;
     bool m_single = false;

@@ -49,8 +49,6 @@ public slots:
     int exec() override;
 
 private:
-    static QPixmap sidePixmap();
-
     const int m_planType;
     bool m_isEdit = false;
     QUuid m_planId;

@@ -36,50 +36,6 @@ class TestValueDelegates : public QObject
     Q_OBJECT
 
 private slots:
-    void shouldNameCodes_data()
-    {
-        QTest::addColumn<QString>("delegate");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("archive 0") << "archive" << QVariant(0) << "Incomplete";
-        QTest::newRow("archive 1") << "archive" << QVariant(1) << "CompleteWithErrors";
-        QTest::newRow("archive 2") << "archive" << QVariant(2) << "Succeed";
-        QTest::newRow("archive 3") << "archive" << QVariant(3) << NA;
-        QTest::newRow("consistency 0") << "consistency" << QVariant(0) << NA;
-        QTest::newRow("consistency 1") << "consistency" << QVariant(1) << "Successfully";
-        QTest::newRow("consistency 3") << "consistency" << QVariant(3) << "FilesListSizeDidNotMatch";
-        QTest::newRow("consistency 5") << "consistency" << QVariant(5) << "Forbidden";
-        QTest::newRow("consistency 6") << "consistency" << QVariant(6) << NA;
-        QTest::newRow("verification 2") << "verification" << QVariant(2) << "Warnings";
-        QTest::newRow("verification 4") << "verification" << QVariant(4) << NA;
-        QTest::newRow("plan type 0") << "plantype" << QVariant(0) << NA;
-        QTest::newRow("plan type 1") << "plantype" << QVariant(1) << "Backup";
-        QTest::newRow("plan type 2") << "plantype" << QVariant(2) << "Restore";
-        QTest::newRow("quick status 1") << "quick" << QVariant(1) << "Run";
-        QTest::newRow("quick status 2") << "quick" << QVariant(2) << "Stop";
-        QTest::newRow("quick status text") << "quick" << QVariant(QStringLiteral("x")) << NA;
-        QTest::newRow("true false 0") << "truefalse" << QVariant(0) << "no";
-        QTest::newRow("true false 1") << "truefalse" << QVariant(1) << "yes";
-        QTest::newRow("true false 2") << "truefalse" << QVariant(2) << NA;
-        QTest::newRow("true false null") << "truefalse" << QVariant() << NA;
-    }
-
-    void shouldNameCodes()
-    {
-        QFETCH(QString, delegate);
-        QFETCH(QVariant, value);
-        QFETCH(QString, text);
-        const QMap<QString, QString (*)(const QVariant&, const QLocale&)> toText = {
-            {QStringLiteral("archive"), &ArchiveBackupStatusDelegate::toText},
-            {QStringLiteral("consistency"), &ConsistencyCheckResultDelegate::toText},
-            {QStringLiteral("verification"), &RestoreVerificationResultDelegate::toText},
-            {QStringLiteral("plantype"), &PlanTypeDelegate::toText},
-            {QStringLiteral("quick"), &PlanQuickPlanStatus::toText},
-            {QStringLiteral("truefalse"), &TrueFalseDelegate::toText},
-        };
-        QCOMPARE(toText.value(delegate)(value, QLocale()), text);
-    }
-
     void shouldFormatNumbers_data()
     {
         QTest::addColumn<QString>("delegate");
@@ -99,8 +55,10 @@ private slots:
         QTest::newRow("percent text") << "percent" << QVariant(QStringLiteral("half")) << NA;
         QTest::newRow("duration null") << "duration" << QVariant() << NA;
         QTest::newRow("duration") << "duration" << QVariant(3725) << "01:02:05";
-        QTest::newRow("xml") << "xml" << QVariant(QStringLiteral("<?xml version=\"1.0\"?><a/>")) << "Click to view details";
-        QTest::newRow("xml upper case") << "xml" << QVariant(QStringLiteral("<?XML version=\"1.0\"?>")) << "<?XML version=\"1.0\"?>";
+        QTest::newRow("xml") << "xml" << QVariant(QStringLiteral("<?xml version=\"1.0\"?><a/>"))
+                             << "Click to view details";
+        QTest::newRow("xml upper case") << "xml" << QVariant(QStringLiteral("<?XML version=\"1.0\"?>"))
+                                        << "<?XML version=\"1.0\"?>";
         QTest::newRow("xml prefix only") << "xml" << QVariant(QStringLiteral("<?xm")) << "<?xm";
         QTest::newRow("xml leading blank") << "xml" << QVariant(QStringLiteral(" <?xml")) << " <?xml";
         QTest::newRow("plain text") << "xml" << QVariant(QStringLiteral("Disk full")) << "Disk full";
@@ -127,12 +85,14 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("otherText");
         const QString other = QStringLiteral("unknown");
-        QTest::newRow("zero") << QVariant(0) << "0 bytes" << "0 bytes";
-        QTest::newRow("MB") << QVariant(1048576.0) << "1.00 MB" << "1.00 MB";
+        QTest::newRow("zero") << QVariant(0) << "0 bytes"
+                              << "0 bytes";
+        QTest::newRow("MB") << QVariant(1048576.0) << "1.00 MB"
+                            << "1.00 MB";
         QTest::newRow("negative") << QVariant(-5.0) << NA << "-5 bytes";
         QTest::newRow("qint64 max") << QVariant(std::numeric_limits<qint64>::max()) << NA << other;
-        QTest::newRow("qint64 max less one")
-            << QVariant(std::numeric_limits<qint64>::max() - 1) << "8.00 EB" << "8.00 EB";
+        QTest::newRow("qint64 max less one") << QVariant(std::numeric_limits<qint64>::max() - 1) << "8.00 EB"
+                                             << "8.00 EB";
         QTest::newRow("quint64 max") << QVariant(std::numeric_limits<quint64>::max()) << NA << other;
         QTest::newRow("qint64 max as double") << QVariant(double(std::numeric_limits<qint64>::max())) << NA << other;
         QTest::newRow("text") << QVariant(QStringLiteral("big")) << NA << other;
@@ -145,30 +105,6 @@ private slots:
         QFETCH(QString, otherText);
         QCOMPARE(SizeDelegate::toText(value, QLocale()), text);
         QCOMPARE(SizeDelegate::toText(value, QStringLiteral("unknown")), otherText);
-    }
-
-    void shouldColourPlanResults_data()
-    {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QColor>("colour");
-        QTest::newRow("invalid") << QVariant() << QColor();
-        QTest::newRow("failed") << QVariant(8) << QColor(Qt::red);
-        QTest::newRow("interrupted") << QVariant(5) << QColor(Qt::darkYellow);
-        QTest::newRow("warning") << QVariant(7) << QColor(Qt::darkYellow);
-        QTest::newRow("completed") << QVariant(2) << QColor(Qt::darkGreen);
-        QTest::newRow("success") << QVariant(6) << QColor(Qt::darkGreen);
-        for (int blue : {9, 10, 100, 101, 102})
-            QTest::newRow(qPrintable(QStringLiteral("blue %1").arg(blue))) << QVariant(blue) << QColor(Qt::blue);
-        QTest::newRow("running") << QVariant(1) << QColor(Qt::black);
-        QTest::newRow("no result") << QVariant(-1) << QColor(Qt::black);
-        QTest::newRow("unknown") << QVariant(4711) << QColor(Qt::black);
-    }
-
-    void shouldColourPlanResults()
-    {
-        QFETCH(QVariant, value);
-        QFETCH(QColor, colour);
-        QCOMPARE(PlanResultDelegate::color(value), colour);
     }
 
     void shouldNamePlanResults()
@@ -196,11 +132,11 @@ private slots:
 
     void shouldListPlanItemsWithoutVirtualRoots()
     {
-        const QString html = PlanItemsDelegate::toText(
-            QStringList{QStringLiteral("/NVB_VOLUMES/home/ann"), QStringLiteral("/NVB_SHARES/server/docs"),
-                        QStringLiteral("/srv/a<b")});
-        QCOMPARE(html, QStringLiteral("<table><tr><td>home/ann</tb</tr><tr><td>server/docs</tb</tr>"
-                                      "<tr><td>/srv/a&lt;b</tb</tr></table>"));
+        const QString html = PlanItemsDelegate::toText(QStringList {QStringLiteral("/NVB_VOLUMES/home/ann"),
+            QStringLiteral("/NVB_SHARES/server/docs"), QStringLiteral("/srv/a<b")});
+        QCOMPARE(html,
+            QStringLiteral("<table><tr><td>home/ann</tb</tr><tr><td>server/docs</tb</tr>"
+                           "<tr><td>/srv/a&lt;b</tb</tr></table>"));
         QCOMPARE(PlanItemsDelegate::toText(QStringList()), QStringLiteral("<table></table>"));
     }
 

@@ -1,0 +1,11 @@
+#include "models/filenode.h"
+
+namespace NVB::GUI {
+
+FileNode::FileNode(QObject* parent)
+    : QObject(parent)
+{ }
+
+FileNode::~FileNode() = default;
+
+} // namespace NVB::GUI
