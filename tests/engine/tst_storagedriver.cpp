@@ -5,8 +5,12 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
+#include <algorithm>
+#include <atomic>
 #include <functional>
 #include <memory>
+#include <thread>
+#include <vector>
 
 #include "storage/filesystemdriver.h"
 #include "storage/memorydriver.h"
@@ -146,6 +150,32 @@ private slots:
         QVERIFY(!m_driver->stat(key).ok());
         QVERIFY(!m_driver->remove(key).ok());
         QVERIFY(m_driver->list(QString()).objects.isEmpty());
+    }
+
+    void shouldNeverShowAHalfWrittenObject()
+    {
+        // Writers race on one key while a reader watches: every read must see
+        // one whole version, never a mix or a prefix.
+        const QByteArray versions[] = {QByteArray(3 << 20, 'a'), QByteArray(2 << 20, 'b'), QByteArray(1 << 20, 'c')};
+        QVERIFY(m_driver->write(QStringLiteral("hot/object"), versions[0]).ok());
+        std::atomic<int> failures {0};
+        std::vector<std::thread> writers;
+        for (const QByteArray& version : versions) {
+            writers.emplace_back([&, version] {
+                for (int i = 0; i < 8; ++i)
+                    failures += m_driver->write(QStringLiteral("hot/object"), version).ok() ? 0 : 1;
+            });
+        }
+        int torn = 0;
+        for (int i = 0; i < 40; ++i) {
+            const QByteArray seen = m_driver->read(QStringLiteral("hot/object")).data;
+            torn += std::find(std::begin(versions), std::end(versions), seen) == std::end(versions) ? 1 : 0;
+        }
+        for (std::thread& writer : writers)
+            writer.join();
+        QCOMPARE(failures.load(), 0);
+        QCOMPARE(torn, 0);
+        QCOMPARE(m_driver->list(QStringLiteral("hot")).objects.size(), 1);
     }
 
     void shouldKeepLargeObjects()
