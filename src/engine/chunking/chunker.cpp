@@ -62,15 +62,37 @@ QVector<qint64> Chunker::push(const char* data, qint64 size)
             i += skip;
             continue;
         }
-        m_hash = (m_hash << 1) + m_gear[bytes[i]];
-        ++m_length;
-        ++i;
-        const quint64 mask = m_length < m_average ? m_strictMask : m_looseMask;
-        if ((m_hash & mask) == 0 || m_length >= m_maximum) {
-            lengths.append(m_length);
-            m_length = 0;
-            m_hash = 0;
+        // Two tight loops, one per mask, keep the per-byte work to a shift,
+        // an add and a test.
+        quint64 hash = m_hash;
+        qint64 length = m_length;
+        bool cut = false;
+        for (const qint64 end = qMin(size, i + (m_average - 1 - length)); i < end;) {
+            hash = (hash << 1) + m_gear[bytes[i++]];
+            ++length;
+            if ((hash & m_strictMask) == 0) {
+                cut = true;
+                break;
+            }
         }
+        if (!cut) {
+            for (const qint64 end = qMin(size, i + (m_maximum - length)); i < end;) {
+                hash = (hash << 1) + m_gear[bytes[i++]];
+                ++length;
+                if ((hash & m_looseMask) == 0) {
+                    cut = true;
+                    break;
+                }
+            }
+            cut = cut || length >= m_maximum;
+        }
+        if (cut) {
+            lengths.append(length);
+            hash = 0;
+            length = 0;
+        }
+        m_hash = hash;
+        m_length = length;
     }
     return lengths;
 }
