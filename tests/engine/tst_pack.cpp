@@ -186,6 +186,8 @@ private slots:
         QCOMPARE(packs.size(), 1);
         const PackReader reader(&driver, &m_transform, &m_identifier);
         QCOMPARE(reader.readChunk(packs.first().key, packs.first().entries.at(1)).data, large);
+        // The failed attempt left nothing of its trailer behind.
+        QCOMPARE(reader.verify(packs.first().key), QStringList());
     }
 };
 

@@ -42,18 +42,22 @@ StorageStatus PackWriter::flush()
     const TransformResult trailer = m_transform->encode(PackTrailer::serialize(m_entries));
     if (!trailer.ok())
         return {QStringLiteral("Cannot encode a pack trailer with %1: %2").arg(m_transform->name(), trailer.error)};
-    QByteArray pack = m_body;
-    pack.append(trailer.data);
-    pack.append(PackTrailer::footer(quint32(trailer.data.size())));
-    const QString name = QString::fromLatin1(ChunkIdentifier().id(pack).toHex());
-    if (name.isEmpty())
-        return {QStringLiteral("Cannot name a pack: the hash function failed.")};
+    // The trailer goes onto the pending body itself (no copy of 8 MiB) and
+    // comes off again when the write fails, so a retry starts clean.
+    const int bodySize = m_body.size();
+    m_body.append(trailer.data);
+    m_body.append(PackTrailer::footer(quint32(trailer.data.size())));
+    const QString name = QString::fromLatin1(ChunkIdentifier().id(m_body).toHex());
     const QString key = QStringLiteral("%1%2/%3").arg(
         m_folder.isEmpty() ? QString() : m_folder + QLatin1Char('/'), name.left(2), name);
-    const StorageStatus status = m_driver->write(key, pack);
-    if (!status.ok())
+    const StorageStatus status = name.isEmpty()
+        ? StorageStatus {QStringLiteral("Cannot name a pack: the hash function failed.")}
+        : m_driver->write(key, m_body);
+    if (!status.ok()) {
+        m_body.truncate(bodySize);
         return status;
-    m_written.append({key, pack.size(), m_entries});
+    }
+    m_written.append({key, m_body.size(), m_entries});
     m_entries.clear();
     m_body.clear();
     return status;
