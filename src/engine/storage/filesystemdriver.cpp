@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include <dirent.h>
@@ -176,7 +177,14 @@ StorageRead FileSystemDriver::read(const QString& key, qint64 offset, qint64 len
         return result;
     }
     const qint64 available = qMax<qint64>(0, info.st_size - offset);
-    result.data.resize(int(length < 0 ? available : qMin(length, available)));
+    const qint64 wanted = length < 0 ? available : qMin(length, available);
+    // Repository objects are packs of a few MiB; a byte array holds at most 2 GiB.
+    if (wanted > std::numeric_limits<int>::max() - 64) {
+        result.error
+            = QStringLiteral("Cannot read %1 bytes of \"%2\" at once; read it in ranges.").arg(wanted).arg(key);
+        return result;
+    }
+    result.data.resize(int(wanted));
     qint64 done = 0;
     while (done < result.data.size()) {
         const ssize_t got
