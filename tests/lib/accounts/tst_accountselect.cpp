@@ -14,6 +14,7 @@
 #include "accounts/selectstandalonmenu.h"
 #include "accounts/sftp/sftpadd.h"
 #include "accounts/storagesadd.h"
+#include "accounts/storagesinfo.h"
 #include "cloud/cloudtype.h"
 #include "models/models.h"
 #include "testmain.h"
@@ -167,6 +168,9 @@ void TestAccountSelect::shouldGiveServiceAccountsTheManagedDialog()
         QVERIFY(!managed->buttonBox()->button(QDialogButtonBox::Ok));
         QTimer::singleShot(0, managed->buttonBox()->button(QDialogButtonBox::Close), &QPushButton::click);
         QCOMPARE(managed->exec(), int(QDialog::Rejected));
+        QScopedPointer<Storages::Info> view(AccountFactory::view(model.index(0, 0)));
+        QVERIFY(view);
+        QCOMPARE(view->title(), QStringLiteral("Service bucket"));
     }
     // A new one carries a fresh id, as every account dialog does.
     QScopedPointer<QDialog> fresh(AccountFactory::add(2));
