@@ -28,7 +28,6 @@ class TestAccountSelect : public QObject
     Q_OBJECT
 
 private slots:
-    void shouldOfferTilesInSelectorOrder();
     void shouldRaiseTypeOfClickedTile();
     void shouldOfferOnlyProvidersWithDialog();
     void shouldDoubleAmpersandOnlyInMenu();
@@ -41,22 +40,6 @@ private slots:
     void shouldRemoveTheAskedRowEvenAfterRowsMoved();
     void shouldKeepRowWhenRemovalIsRefused();
 };
-
-void TestAccountSelect::shouldOfferTilesInSelectorOrder()
-{
-    SelectStandalon select;
-    QCOMPARE(select.items().size(), 22);
-    QStringList names;
-    for (const Select::Item* item : select.items())
-        names.append(item->name());
-    QCOMPARE(names.first(), QStringLiteral("Amazon S3 & Glacier"));
-    QCOMPARE(names.at(2), QStringLiteral("File System"));
-    QCOMPARE(names.last(), QStringLiteral("SFTP"));
-    for (int i = 0; i < select.items().size(); ++i)
-        QCOMPARE(select.items().at(i)->type(), int(NVL::Cloud::SelectorOrder.at(i)));
-    QCOMPARE(SelectStandalon::storageName(10), QString());
-    QCOMPARE(SelectStandalon::storageName(32), QString());
-}
 
 void TestAccountSelect::shouldRaiseTypeOfClickedTile()
 {
