@@ -77,6 +77,10 @@ Storages::Info* AccountFactory::view(const QModelIndex& index)
             info = new Local();
         else if (type == int(NVL::Cloud::Type::Sftp))
             info = new Sftp();
+        else if (!Application::isStandalon())
+            // The service's accounts carry no fields the user may read here;
+            // the view names the account and its provider.
+            info = new Storages::Info(NVL::Cloud::Type(type));
     }
     if (!info) {
         refuse(type);

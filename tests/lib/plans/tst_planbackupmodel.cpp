@@ -29,7 +29,6 @@ private slots:
     void shouldFillStorageAndXmlOnceXmlArrives();
     void shouldKeepStorageBlankForPlanOfOtherKind();
     void shouldReadProgressStepsByNumber();
-    void shouldNameEveryColumnButProgressSteps();
     void shouldForwardErrors();
 
 private:
@@ -268,15 +267,6 @@ void TestPlanBackupModel::shouldReadProgressStepsByNumber()
     QVERIFY(view.init());
     QCOMPARE(view.index(0, ViewColumn::ProgressSteps).data().toInt(), 4);
     QVERIFY(!view.index(0, 16).isValid());
-}
-
-void TestPlanBackupModel::shouldNameEveryColumnButProgressSteps()
-{
-    PlanBackupModel view;
-    QCOMPARE(view.headerData(ViewColumn::StorageID, Qt::Horizontal).toString(), QStringLiteral("Storage name"));
-    QCOMPARE(view.headerData(ViewColumn::LastRunTime, Qt::Horizontal).toString(), QStringLiteral("Last run time"));
-    QCOMPARE(view.headerData(ViewColumn::PlanXML, Qt::Horizontal).toString(), QStringLiteral("Plan XML"));
-    QVERIFY(!view.headerData(ViewColumn::ProgressSteps, Qt::Horizontal).isValid());
 }
 
 void TestPlanBackupModel::shouldForwardErrors()
