@@ -28,7 +28,7 @@ class TestBackupSafety : public QObject
 private:
     QTemporaryDir m_source;
     QTemporaryDir m_storage;
-    std::atomic_bool m_stop{false};
+    std::atomic_bool m_stop {false};
     int m_runs = 0;
 
     static void write(const QString& path, const QByteArray& data, qint64 mtime = 0, long nsec = 0)
@@ -50,8 +50,8 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
     }
 
-    FileBackupJob::Result backup(const QStringList& roots, const QList<StoredContent>& previous = {},
-                                 const QString& storage = QString())
+    FileBackupJob::Result backup(
+        const QStringList& roots, const QList<StoredContent>& previous = {}, const QString& storage = QString())
     {
         FileBackupJob::Spec spec;
         spec.planId = QUuid::createUuid();
@@ -101,7 +101,7 @@ private slots:
             QCOMPARE(read(m_storage.filePath(item->object)), read(folder + QLatin1Char('/') + QLatin1String(name)));
         }
         QCOMPARE(read(m_storage.filePath(find(saved.content, folder + QLatin1Char('/') + longName)->object)),
-                 QByteArray("long"));
+            QByteArray("long"));
 
         // In place, beside the user's own X.part and over a link planted at
         // X: the user's file and the link's target stay as they were.
@@ -145,8 +145,8 @@ private slots:
         } else if (change == QLatin1String("replace")) {
             write(folder + QStringLiteral("/new"), "version two", 1700000000, 100);
             QVERIFY(::rename(QFile::encodeName(folder + QStringLiteral("/new")).constData(),
-                             QFile::encodeName(file).constData())
-                    == 0);
+                        QFile::encodeName(file).constData())
+                == 0);
         } else {
             QVERIFY(::truncate(QFile::encodeName(m_storage.filePath(stored->object)).constData(), 3) == 0);
         }
@@ -205,7 +205,7 @@ private slots:
         // and one holding the codec's own escape character.
         const QString folder = m_source.filePath(QStringLiteral("bytes"));
         QDir().mkpath(folder);
-        const QList<QByteArray> names{"a\xff", "a\xfe", "caf\xe9", "x\xef\xa3\xbf", "plain"};
+        const QList<QByteArray> names {"a\xff", "a\xfe", "caf\xe9", "x\xef\xa3\xbf", "plain"};
         for (const QByteArray& name : names) {
             const QByteArray path = QFile::encodeName(folder) + '/' + name;
             const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
@@ -230,7 +230,7 @@ private slots:
         run.planId = plan.id;
         run.startUtc = QDateTime::currentDateTimeUtc();
         run.id = *store.beginRun(run);
-        StoredBunch bunch{plan.storageId, plan.id, plan.name, 0, plan.xml};
+        StoredBunch bunch {plan.storageId, plan.id, plan.name, 0, plan.xml};
         StoredRestorePoint point;
         point.connectionId = plan.storageId;
         point.bunchId = plan.id;
@@ -276,7 +276,9 @@ private slots:
         QTemporaryDir target;
         const auto back = restore(saved.content, target.path());
         QCOMPARE(back.planResult, int(PlanResult::Success));
-        struct stat info{};
+        struct stat info
+        {
+        };
         QCOMPARE(::stat(QFile::encodeName(target.path() + sub).constData(), &info), 0);
         QCOMPARE(info.st_mode & 07777, 0751u);
         QCOMPARE(qint64(info.st_mtim.tv_sec), qint64(1500000000));
@@ -341,9 +343,10 @@ private slots:
         spec.storageRoot = tree.filePath(QStringLiteral("storage"));
         QDir().mkpath(spec.storageRoot);
         spec.objectPrefix = QStringLiteral("NVB_t/p/1");
-        spec.neverTaken = QStringList{spec.storageRoot, tree.filePath(QStringLiteral("data"))};
-        const auto own = FileBackupJob(spec, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
-                             .run(m_stop, {});
+        spec.neverTaken = QStringList {spec.storageRoot, tree.filePath(QStringLiteral("data"))};
+        const auto own
+            = FileBackupJob(spec, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
+                  .run(m_stop, {});
         QCOMPARE(own.planResult, int(PlanResult::Success));
         QCOMPARE(own.totals.scannedCount, 1);
 
@@ -406,7 +409,7 @@ private slots:
         const auto result = restore({item}, destination);
         QCOMPARE(result.planResult, int(PlanResult::Failed));
         QVERIFY(result.message.contains(QStringLiteral("refused")));
-        QCOMPARE(QDir(outer.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"a"});
+        QCOMPARE(QDir(outer.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList {"a"});
         QVERIFY(QDir(destination).isEmpty());
 
         // A folder of the destination that is a link is not gone through.

@@ -33,7 +33,7 @@ private slots:
         account.displayName = QStringLiteral("Disk");
         account.type = 1;
         account.prefix = QStringLiteral("rm");
-        account.params = QJsonObject{{QStringLiteral("Path"), storage.path()}};
+        account.params = QJsonObject {{QStringLiteral("Path"), storage.path()}};
         QVERIFY(store.saveAccount(account));
         NVB::Info::Plan::BackupFile record;
         record.setId(QUuid::createUuid());
@@ -69,7 +69,7 @@ private slots:
         QVERIFY(point.has_value());
         QCOMPARE(finished.first().at(3).value<StoredRestorePoint>().rowId, point->rowId);
         QCOMPARE(store.content(point->rowId).size(), 21);
-        QCOMPARE(store.runs(HistoryQuery{}).first().result, int(PlanResult::Success));
+        QCOMPARE(store.runs(HistoryQuery {}).first().result, int(PlanResult::Success));
         QCOMPARE(store.plan(plan.id)->lastResult, int(PlanResult::Success));
     }
 };

@@ -31,7 +31,7 @@ public:
     {
         QUuid planId;
         QString planName;
-        QString storageRoot;  // the account's folder
+        QString storageRoot; // the account's folder
         QString objectPrefix; // this run's own folder, relative to storageRoot; must not exist yet
         // The previous restore point's content by path; a file whose size,
         // times and inode match keeps its copy.

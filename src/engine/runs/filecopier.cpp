@@ -61,8 +61,7 @@ class PendingFile
 public:
     explicit PendingFile(const FolderHandle& folder)
         : m_folder(folder.fd())
-    {
-    }
+    { }
     ~PendingFile()
     {
         if (m_fd >= 0)
@@ -157,7 +156,7 @@ QByteArray FileCopier::checksum(int fd, const std::atomic_bool* stop)
 }
 
 FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const QByteArray& name,
-                                    const Options& options, const std::atomic_bool* stop, const QString& what)
+    const Options& options, const std::atomic_bool* stop, const QString& what)
 {
     Result result;
     const QString target = PathCodec::decode(name);

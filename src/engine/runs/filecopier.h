@@ -57,7 +57,7 @@ public:
     // `what` names the source in messages. `stop` is checked between blocks,
     // so a large file is abandoned within a fraction of a second.
     static Result copy(int from, const FolderHandle& folder, const QByteArray& name, const Options& options,
-                       const std::atomic_bool* stop, const QString& what);
+        const std::atomic_bool* stop, const QString& what);
 
     // SHA-256 of everything `fd` holds from its current offset; empty on a
     // read error or when stopped.

@@ -39,8 +39,7 @@ public:
 private:
     explicit FolderHandle(int fd)
         : m_fd(fd)
-    {
-    }
+    { }
     int m_fd = -1;
 };
 

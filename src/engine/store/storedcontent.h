@@ -12,7 +12,7 @@ struct StoredContent
 {
     enum Type { Folder = 1, File = 2, Link = 3 };
 
-    QString path;   // absolute source path
+    QString path; // absolute source path
     int type = File;
     QDateTime modifiedUtc;
     qint64 size = 0;
