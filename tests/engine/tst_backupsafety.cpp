@@ -334,6 +334,10 @@ private slots:
         QCOMPARE(followed.planResult, int(PlanResult::Success));
         QCOMPARE(followed.totals.copiedCount, 1);
         QVERIFY(find(followed.content, link + QStringLiteral("/inside.txt")));
+        // Back in place through the same link, which is the system's own.
+        write(real + QStringLiteral("/inside.txt"), "edited");
+        QCOMPARE(restore(followed.content, QString()).planResult, int(PlanResult::Success));
+        QCOMPARE(read(real + QStringLiteral("/inside.txt")), QByteArray("inside"));
 
         // The storage and the data folder below a source are never taken.
         QTemporaryDir tree;

@@ -53,8 +53,9 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     QString error;
     m_storage = FolderHandle::openAbsolute(PathCodec::encode(m_spec.storageRoot), &error);
     if (m_storage.isValid()) {
-        m_target = FolderHandle::openAbsolute(
-            m_spec.destination.isEmpty() ? QByteArrayLiteral("/") : PathCodec::encode(m_spec.destination), &error);
+        const bool inPlace = m_spec.destination.isEmpty();
+        m_target = FolderHandle::openAbsolute(inPlace ? QByteArrayLiteral("/") : PathCodec::encode(m_spec.destination),
+                                              &error, inPlace);
     }
     if (!m_target.isValid()) {
         m_result.planResult = PlanResult::Failed;
