@@ -100,10 +100,10 @@ public:
             char procPath[64];
             std::snprintf(procPath, sizeof procPath, "/proc/self/fd/%d", m_fd);
             if (!replace)
-                return ::linkat(AT_FDCWD, procPath, m_folder, name.constData(), AT_SYMLINK_FOLLOW) == 0;
+                return link(procPath, name);
             for (int attempt = 0; attempt < 16; ++attempt) {
                 const QByteArray temporary = randomName();
-                if (::linkat(AT_FDCWD, procPath, m_folder, temporary.constData(), AT_SYMLINK_FOLLOW) == 0) {
+                if (link(procPath, temporary)) {
                     m_name = temporary;
                     break;
                 }
@@ -121,6 +121,14 @@ public:
     }
 
 private:
+    bool link(const char* procPath, const QByteArray& name) const
+    {
+        if (::linkat(AT_FDCWD, procPath, m_folder, name.constData(), AT_SYMLINK_FOLLOW) == 0)
+            return true;
+        // Without /proc, root can still link the descriptor itself.
+        return errno == ENOENT && ::linkat(m_fd, "", m_folder, name.constData(), AT_EMPTY_PATH) == 0;
+    }
+
     int m_folder;
     int m_fd = -1;
     QByteArray m_name;

@@ -155,6 +155,11 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     spec.reBackupModifiedSince = plan->reBackupModifiedSince();
     spec.backupEmptyFolders = plan->backupEmptyFolders();
     spec.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
+    // "StayOnOneFileSystem": "true" or "false" for every root; unset, only
+    // the root "/" stays on its file system.
+    const QString oneFileSystem = NVB::DefaultSettings::instance()->value(QStringLiteral("StayOnOneFileSystem"));
+    if (oneFileSystem == QLatin1String("true") || oneFileSystem == QLatin1String("false"))
+        spec.oneFileSystem = oneFileSystem == QLatin1String("true");
     spec.neverTaken = QStringList {spec.storageRoot, QFileInfo(m_store->filePath()).absolutePath()};
     // Run folders that no restore point names are what killed or failed runs
     // left behind; they are removed before this run starts.
