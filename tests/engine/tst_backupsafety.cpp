@@ -4,6 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <thread>
+
 #include <QCryptographicHash>
 #include <QRandomGenerator>
 #include <QtTest>
@@ -294,6 +297,34 @@ private slots:
         const QByteArray link = QFile::encodeName(target.path() + folder + QStringLiteral("/link"));
         QVERIFY(::readlink(link.constData(), linked, sizeof linked - 1) > 0);
         QCOMPARE(QByteArray(linked), QByteArray("../elsewhere/target"));
+    }
+
+    void shouldWarnAboutFilesChangingWhileRead()
+    {
+        const QString folder = m_source.filePath(QStringLiteral("busy"));
+        const QString log = folder + QStringLiteral("/growing.log");
+        write(log, QByteArray());
+        QVERIFY(::truncate(QFile::encodeName(log).constData(), qint64(32) << 20) == 0);
+        std::atomic_bool done{false};
+        // Something keeps writing to the file during both reads of it.
+        std::thread writer([&] {
+            QFile file(log);
+            if (!file.open(QIODevice::Append))
+                return;
+            while (!done) {
+                file.write("x");
+                file.flush();
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+        });
+        const auto result = backup({folder});
+        done = true;
+        writer.join();
+        QCOMPARE(result.planResult, int(PlanResult::Warning));
+        QCOMPARE(result.totals.copiedCount, 1);
+        QCOMPARE(result.files.size(), 1);
+        QVERIFY2(result.files.first().message.contains(log), qPrintable(result.files.first().message));
+        QVERIFY(result.message.contains(QStringLiteral("changed while it was read")));
     }
 
     void shouldCountFailuresOnceAndStoreNothingFalse()
