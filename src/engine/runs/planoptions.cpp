@@ -21,8 +21,8 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
         return QStringLiteral("scheduled full backup");
     if (plan.forceFullDiffSizeConditionEnable())
         return QStringLiteral("full backup when the changes exceed a size");
-    if (plan.useDifferentialUpload())
-        return QStringLiteral("block-level (differential) upload");
+    // Block-level upload only saves transfer: whole files make the same
+    // restore point, so a plan asking for it runs with whole files.
     if (plan.actions().pre().isEnabled())
         return QStringLiteral("action before the backup");
     if (plan.actions().post().isEnabled())
