@@ -17,12 +17,9 @@
 #include "models/models.h"
 #include "planlistview.h"
 #include "plantablecreator.h"
-#include "records/plan/backup.h"
-#include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "service/connectionmanager.h"
 #include "storage/storageconnectionsmodelcreator.h"
-#include "synccommand.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/pagename.h"
@@ -167,20 +164,6 @@ private slots:
                 return NVB::GUI::StorageNameDelegate::toText(cell.data(), QLocale()) == QLatin1String("Local disk");
             },
             10000));
-
-        // The wizard asks for compression by default, which the engine does
-        // not perform yet and so refuses; the plan asks for none here.
-        {
-            const QString id = list->model()->index(0, Column::ID).data().toString();
-            const auto xml = NvbTest::SyncCommand::run(QStringLiteral("PlanGetXML"), {{QStringLiteral("ID"), id}});
-            const auto record = NVB::Info::Plan::Factory::create(xml.data.value(QStringLiteral("planXML")).toString());
-            auto* backup = dynamic_cast<NVB::Info::Plan::Backup*>(record.data());
-            QVERIFY(backup);
-            backup->setUseCompression(false);
-            QVERIFY(!NvbTest::SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-                                               {{QStringLiteral("ID"), id}, {QStringLiteral("planXML"), backup->toXml()}})
-                         .isError);
-        }
 
         // Run it from the toolbar.
         list->selectRow(0);

@@ -53,10 +53,11 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
     }
 
-    FileBackupJob::Result backup(
-        const QStringList& roots, const QList<StoredContent>& previous = {}, const QString& storage = QString())
+    FileBackupJob::Result backup(const QStringList& roots, const QList<StoredContent>& previous = {},
+        const QString& storage = QString(), bool compress = false)
     {
         FileBackupJob::Spec spec;
+        spec.compress = compress;
         spec.planId = QUuid::createUuid();
         spec.storageRoot = storage.isEmpty() ? m_storage.path() : storage;
         spec.objectPrefix = QStringLiteral("NVB_t/plan/run%1").arg(++m_runs);
@@ -190,6 +191,60 @@ private slots:
         QCOMPARE(back.totals.failedCount, 1);
         QCOMPARE(read(bad), QByteArray("current"));
         QVERIFY(back.message.contains(QStringLiteral("checksum")));
+    }
+
+    void shouldCompressAndRestoreExactly()
+    {
+        const QString folder = m_source.filePath(QStringLiteral("compress"));
+        const QString text = folder + QStringLiteral("/text.log");
+        const QString noise = folder + QStringLiteral("/noise.bin");
+        QByteArray lines;
+        for (int i = 0; lines.size() < (3 << 20); ++i)
+            lines += "line " + QByteArray::number(i % 977) + " of a log that repeats itself\n";
+        QByteArray random(300000, Qt::Uninitialized);
+        for (char& byte : random)
+            byte = char(QRandomGenerator::global()->generate());
+        write(text, lines);
+        write(noise, random);
+
+        const auto first = backup({folder}, {}, QString(), true);
+        QCOMPARE(first.planResult, int(PlanResult::Success));
+        const StoredContent* stored = find(first.content, text);
+        QVERIFY(stored);
+        QVERIFY(QFileInfo(m_storage.filePath(stored->object)).size() < lines.size() / 10);
+        QCOMPARE(stored->storedSize, QFileInfo(m_storage.filePath(stored->object)).size());
+
+        const QString back = m_source.filePath(QStringLiteral("compress-back"));
+        QDir().mkpath(back);
+        const auto restored = restore(first.content, back);
+        QVERIFY2(restored.planResult == int(PlanResult::Success), qPrintable(restored.message));
+        QCOMPARE(read(back + text), lines);
+        QCOMPARE(read(back + noise), random);
+
+        // Switching compression off keeps the unchanged compressed copies.
+        const auto second = backup({folder}, first.content);
+        QCOMPARE(second.planResult, int(PlanResult::Success));
+        QCOMPARE(second.totals.copiedCount, 0);
+        QCOMPARE(find(second.content, text)->object, stored->object);
+
+        // A damaged frame fails its own file, loudly, on restore and verify.
+        QFile object(m_storage.filePath(stored->object));
+        QVERIFY(object.open(QIODevice::ReadWrite));
+        object.seek(object.size() / 2);
+        object.write("\xff\x00\xff\x00");
+        object.close();
+        const QString again = m_source.filePath(QStringLiteral("compress-again"));
+        QDir().mkpath(again);
+        const auto damaged = restore(second.content, again);
+        QCOMPARE(damaged.planResult, int(PlanResult::Warning));
+        QCOMPARE(damaged.totals.failedCount, 1);
+        FileVerifyJob::Spec spec;
+        spec.storageRoot = m_storage.path();
+        spec.content = second.content;
+        const auto verified = FileVerifyJob(spec).run(m_stop, {});
+        QCOMPARE(verified.planResult, int(PlanResult::Failed));
+        QCOMPARE(verified.files.size(), 1);
+        QCOMPARE(verified.files.first().file, text);
     }
 
     void shouldKeepNamesAsBytes()

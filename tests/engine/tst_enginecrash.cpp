@@ -136,7 +136,7 @@ private slots:
         plan.setName(QStringLiteral("Crash loop"));
         plan.setStorage(m_account);
         plan.setItems({m_source.path()});
-        plan.setUseCompression(false);
+        plan.setUseCompression(true); // the default, and the harder path for a kill
         m_plan = plan.id();
         QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
             {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})

@@ -287,7 +287,7 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
     {
     };
     return ::fstatat(m_storage.fd(), object.constData(), &stored, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(stored.st_mode)
-        && stored.st_size == previous.size;
+        && stored.st_size == (previous.storedSize >= 0 ? previous.storedSize : previous.size);
 }
 
 void FileBackupJob::takeFile(
@@ -313,6 +313,8 @@ void FileBackupJob::takeFile(
     if (!forced && previous != m_spec.previous.cend() && reusable(*previous, file)) {
         file.object = previous->object;
         file.checksum = previous->checksum;
+        file.encoding = previous->encoding;
+        file.storedSize = previous->storedSize;
         m_result.content.append(file);
         report(false);
         return;
@@ -352,6 +354,8 @@ void FileBackupJob::takeFile(
         options.times[0] = before.st_atim;
         options.times[1] = before.st_mtim;
         options.mode = before.st_mode;
+        if (m_spec.compress)
+            options.writeEncoding = ObjectEncoding::Zstd;
         // The first read of a file that changes under it is thrown away and
         // made again; the second is kept, with a warning that names it.
         const bool lastAttempt = attempt == 1;
@@ -388,6 +392,8 @@ void FileBackupJob::takeFile(
     }
     file.object = m_spec.objectPrefix + path;
     file.checksum = copied.checksum;
+    file.encoding = int(m_spec.compress ? ObjectEncoding::Zstd : ObjectEncoding::Plain);
+    file.storedSize = m_spec.compress ? copied.storedSize : -1;
     ++totals.copiedCount;
     totals.copiedSize += copied.size;
     m_result.content.append(file);

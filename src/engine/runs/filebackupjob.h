@@ -38,6 +38,7 @@ public:
         QHash<QString, StoredContent> previous;
         QDateTime reBackupModifiedSince;
         bool backupEmptyFolders = false;
+        bool compress = false; // new copies are zstd objects
         bool followFileSymlinks = false;
         // Folders never taken, whatever the selection says: the storage and
         // the engine's own data.

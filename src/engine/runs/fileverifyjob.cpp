@@ -44,15 +44,16 @@ FileVerifyJob::Verdict FileVerifyJob::check(
     struct stat info
     {
     };
-    if (::fstat(fd, &info) != 0 || info.st_size != file.size) {
+    const qint64 expectedSize = file.storedSize >= 0 ? file.storedSize : file.size;
+    if (::fstat(fd, &info) != 0 || info.st_size != expectedSize) {
         ::close(fd);
         *problem = QStringLiteral("The stored data of %1 has %2 bytes instead of %3")
                        .arg(file.path)
                        .arg(qint64(info.st_size))
-                       .arg(file.size);
+                       .arg(expectedSize);
         return Verdict::Broken;
     }
-    const QByteArray sum = FileCopier::checksum(fd, &stop);
+    const QByteArray sum = FileCopier::checksum(fd, ObjectEncoding(file.encoding), &stop);
     ::close(fd);
     if (stop)
         return Verdict::Whole;

@@ -10,8 +10,6 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
 {
     if (plan.encryption().isEnabled())
         return QStringLiteral("encryption");
-    if (plan.useCompression())
-        return QStringLiteral("compression");
     const auto& retention = plan.retentionPolicy();
     // Keeping the last version needs nothing done: this engine deletes
     // nothing. Anything that deletes is a retention policy it cannot honour.

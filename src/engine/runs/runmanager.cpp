@@ -154,6 +154,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                             .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
     spec.reBackupModifiedSince = plan->reBackupModifiedSince();
     spec.backupEmptyFolders = plan->backupEmptyFolders();
+    spec.compress = plan->useCompression();
     spec.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
     // "StayOnOneFileSystem": "true" or "false" for every root; unset, only
     // the root "/" stays on its file system.

@@ -36,7 +36,7 @@ const QString RestorePointColumns = QStringLiteral(
     "encrypted, size_on_storage");
 
 const QString ContentColumns = QStringLiteral("path, type, modified_utc, size, deleted, object, checksum, modified_ns, "
-                                              "changed_ns, inode, mode, owner, grp, link_target");
+                                              "changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size");
 
 StoredContent readContent(const QSqlQuery& q)
 {
@@ -55,6 +55,8 @@ StoredContent readContent(const QSqlQuery& q)
     c.owner = q.value(11).toLongLong();
     c.group = q.value(12).toLongLong();
     c.linkTarget = q.value(13).toString();
+    c.encoding = q.value(14).toInt();
+    c.storedSize = q.value(15).toLongLong();
     return c;
 }
 
@@ -288,14 +290,15 @@ qint64 RepositoryStore::insertRestorePoint(
     QSqlQuery c(db);
     c.prepare(
         QStringLiteral("INSERT INTO contents(restore_point, path, parent, name, type, modified_utc, size, "
-                       "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target) "
-                       "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
+                       "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, "
+                       "encoding, stored_size) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
     for (const StoredContent& item : content) {
         for (const QVariant& value : {QVariant(pointId), str(item.path), str(item.parentPath()), str(item.name()),
                  QVariant(item.type), stamp(item.modifiedUtc), QVariant(item.size), QVariant(item.deleted),
                  str(item.object), QVariant(item.checksum.isNull() ? QByteArray("") : item.checksum),
                  QVariant(item.modifiedNs), QVariant(item.changedNs), QVariant(qint64(item.inode)),
-                 QVariant(qint64(item.mode)), QVariant(item.owner), QVariant(item.group), str(item.linkTarget)})
+                 QVariant(qint64(item.mode)), QVariant(item.owner), QVariant(item.group), str(item.linkTarget),
+                 QVariant(item.encoding), QVariant(item.storedSize)})
             c.addBindValue(value);
         if (!c.exec()) {
             m_db.fail(QStringLiteral("Cannot record the content of the restore point: %1").arg(c.lastError().text()));

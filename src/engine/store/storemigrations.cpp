@@ -74,6 +74,12 @@ QVector<StoreMigrations::Migration> build()
             QStringLiteral("ALTER TABLE contents ADD COLUMN owner INTEGER NOT NULL DEFAULT -1"),
             QStringLiteral("ALTER TABLE contents ADD COLUMN grp INTEGER NOT NULL DEFAULT -1"),
             QStringLiteral("ALTER TABLE contents ADD COLUMN link_target TEXT NOT NULL DEFAULT ''")}});
+    // 5: how each object holds its file's data (0 plain, 1 zstd) and the
+    // object's own size, which a compressed copy's reuse check compares
+    // (-1: as the file's size, for rows written before).
+    steps.append({5,
+        {QStringLiteral("ALTER TABLE contents ADD COLUMN encoding INTEGER NOT NULL DEFAULT 0"),
+            QStringLiteral("ALTER TABLE contents ADD COLUMN stored_size INTEGER NOT NULL DEFAULT -1")}});
     return steps;
 }
 

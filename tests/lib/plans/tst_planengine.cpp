@@ -72,7 +72,6 @@ void TestPlanEngine::shouldShowSavedPlanAndItsRun()
     plan.setName(QStringLiteral("Notes"));
     plan.setStorage(m_account);
     plan.setItems({m_source.path()});
-    plan.setUseCompression(false); // the engine refuses what it cannot do
     const int rows = m_table->rowCount();
 
     // Saved and started as the wizard does it; the dialog returns only once
