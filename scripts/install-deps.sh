@@ -5,9 +5,10 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ pkg-config ccache
     qtbase5-dev libqt5svg5-dev libqt5sql5-sqlite qttools5-dev qttools5-dev-tools
-    fonts-dejavu-core libssl-dev libssh-dev
+    fonts-dejavu-core libssl-dev libssh-dev libzstd-dev
     xvfb xauth
     openssh-server openssh-client
+    mount e2fsprogs
 )
 
 missing=()

@@ -4,6 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <thread>
+
 #include <QCryptographicHash>
 #include <QRandomGenerator>
 #include <QtTest>
@@ -28,7 +31,7 @@ class TestBackupSafety : public QObject
 private:
     QTemporaryDir m_source;
     QTemporaryDir m_storage;
-    std::atomic_bool m_stop{false};
+    std::atomic_bool m_stop {false};
     int m_runs = 0;
 
     static void write(const QString& path, const QByteArray& data, qint64 mtime = 0, long nsec = 0)
@@ -51,9 +54,10 @@ private:
     }
 
     FileBackupJob::Result backup(const QStringList& roots, const QList<StoredContent>& previous = {},
-                                 const QString& storage = QString())
+        const QString& storage = QString(), bool compress = false)
     {
         FileBackupJob::Spec spec;
+        spec.compress = compress;
         spec.planId = QUuid::createUuid();
         spec.storageRoot = storage.isEmpty() ? m_storage.path() : storage;
         spec.objectPrefix = QStringLiteral("NVB_t/plan/run%1").arg(++m_runs);
@@ -101,7 +105,7 @@ private slots:
             QCOMPARE(read(m_storage.filePath(item->object)), read(folder + QLatin1Char('/') + QLatin1String(name)));
         }
         QCOMPARE(read(m_storage.filePath(find(saved.content, folder + QLatin1Char('/') + longName)->object)),
-                 QByteArray("long"));
+            QByteArray("long"));
 
         // In place, beside the user's own X.part and over a link planted at
         // X: the user's file and the link's target stay as they were.
@@ -145,8 +149,8 @@ private slots:
         } else if (change == QLatin1String("replace")) {
             write(folder + QStringLiteral("/new"), "version two", 1700000000, 100);
             QVERIFY(::rename(QFile::encodeName(folder + QStringLiteral("/new")).constData(),
-                             QFile::encodeName(file).constData())
-                    == 0);
+                        QFile::encodeName(file).constData())
+                == 0);
         } else {
             QVERIFY(::truncate(QFile::encodeName(m_storage.filePath(stored->object)).constData(), 3) == 0);
         }
@@ -189,6 +193,60 @@ private slots:
         QVERIFY(back.message.contains(QStringLiteral("checksum")));
     }
 
+    void shouldCompressAndRestoreExactly()
+    {
+        const QString folder = m_source.filePath(QStringLiteral("compress"));
+        const QString text = folder + QStringLiteral("/text.log");
+        const QString noise = folder + QStringLiteral("/noise.bin");
+        QByteArray lines;
+        for (int i = 0; lines.size() < (3 << 20); ++i)
+            lines += "line " + QByteArray::number(i % 977) + " of a log that repeats itself\n";
+        QByteArray random(300000, Qt::Uninitialized);
+        for (char& byte : random)
+            byte = char(QRandomGenerator::global()->generate());
+        write(text, lines);
+        write(noise, random);
+
+        const auto first = backup({folder}, {}, QString(), true);
+        QCOMPARE(first.planResult, int(PlanResult::Success));
+        const StoredContent* stored = find(first.content, text);
+        QVERIFY(stored);
+        QVERIFY(QFileInfo(m_storage.filePath(stored->object)).size() < lines.size() / 10);
+        QCOMPARE(stored->storedSize, QFileInfo(m_storage.filePath(stored->object)).size());
+
+        const QString back = m_source.filePath(QStringLiteral("compress-back"));
+        QDir().mkpath(back);
+        const auto restored = restore(first.content, back);
+        QVERIFY2(restored.planResult == int(PlanResult::Success), qPrintable(restored.message));
+        QCOMPARE(read(back + text), lines);
+        QCOMPARE(read(back + noise), random);
+
+        // Switching compression off keeps the unchanged compressed copies.
+        const auto second = backup({folder}, first.content);
+        QCOMPARE(second.planResult, int(PlanResult::Success));
+        QCOMPARE(second.totals.copiedCount, 0);
+        QCOMPARE(find(second.content, text)->object, stored->object);
+
+        // A damaged frame fails its own file, loudly, on restore and verify.
+        QFile object(m_storage.filePath(stored->object));
+        QVERIFY(object.open(QIODevice::ReadWrite));
+        object.seek(object.size() / 2);
+        object.write("\xff\x00\xff\x00");
+        object.close();
+        const QString again = m_source.filePath(QStringLiteral("compress-again"));
+        QDir().mkpath(again);
+        const auto damaged = restore(second.content, again);
+        QCOMPARE(damaged.planResult, int(PlanResult::Warning));
+        QCOMPARE(damaged.totals.failedCount, 1);
+        FileVerifyJob::Spec spec;
+        spec.storageRoot = m_storage.path();
+        spec.content = second.content;
+        const auto verified = FileVerifyJob(spec).run(m_stop, {});
+        QCOMPARE(verified.planResult, int(PlanResult::Failed));
+        QCOMPARE(verified.files.size(), 1);
+        QCOMPARE(verified.files.first().file, text);
+    }
+
     void shouldKeepNamesAsBytes()
     {
         // Any byte string survives the trip through text.
@@ -205,7 +263,7 @@ private slots:
         // and one holding the codec's own escape character.
         const QString folder = m_source.filePath(QStringLiteral("bytes"));
         QDir().mkpath(folder);
-        const QList<QByteArray> names{"a\xff", "a\xfe", "caf\xe9", "x\xef\xa3\xbf", "plain"};
+        const QList<QByteArray> names {"a\xff", "a\xfe", "caf\xe9", "x\xef\xa3\xbf", "plain"};
         for (const QByteArray& name : names) {
             const QByteArray path = QFile::encodeName(folder) + '/' + name;
             const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
@@ -230,7 +288,7 @@ private slots:
         run.planId = plan.id;
         run.startUtc = QDateTime::currentDateTimeUtc();
         run.id = *store.beginRun(run);
-        StoredBunch bunch{plan.storageId, plan.id, plan.name, 0, plan.xml};
+        StoredBunch bunch {plan.storageId, plan.id, plan.name, 0, plan.xml};
         StoredRestorePoint point;
         point.connectionId = plan.storageId;
         point.bunchId = plan.id;
@@ -276,7 +334,9 @@ private slots:
         QTemporaryDir target;
         const auto back = restore(saved.content, target.path());
         QCOMPARE(back.planResult, int(PlanResult::Success));
-        struct stat info{};
+        struct stat info
+        {
+        };
         QCOMPARE(::stat(QFile::encodeName(target.path() + sub).constData(), &info), 0);
         QCOMPARE(info.st_mode & 07777, 0751u);
         QCOMPARE(qint64(info.st_mtim.tv_sec), qint64(1500000000));
@@ -292,6 +352,34 @@ private slots:
         const QByteArray link = QFile::encodeName(target.path() + folder + QStringLiteral("/link"));
         QVERIFY(::readlink(link.constData(), linked, sizeof linked - 1) > 0);
         QCOMPARE(QByteArray(linked), QByteArray("../elsewhere/target"));
+    }
+
+    void shouldWarnAboutFilesChangingWhileRead()
+    {
+        const QString folder = m_source.filePath(QStringLiteral("busy"));
+        const QString log = folder + QStringLiteral("/growing.log");
+        write(log, QByteArray());
+        QVERIFY(::truncate(QFile::encodeName(log).constData(), qint64(32) << 20) == 0);
+        std::atomic_bool done{false};
+        // Something keeps writing to the file during both reads of it.
+        std::thread writer([&] {
+            QFile file(log);
+            if (!file.open(QIODevice::Append))
+                return;
+            while (!done) {
+                file.write("x");
+                file.flush();
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+        });
+        const auto result = backup({folder});
+        done = true;
+        writer.join();
+        QCOMPARE(result.planResult, int(PlanResult::Warning));
+        QCOMPARE(result.totals.copiedCount, 1);
+        QCOMPARE(result.files.size(), 1);
+        QVERIFY2(result.files.first().message.contains(log), qPrintable(result.files.first().message));
+        QVERIFY(result.message.contains(QStringLiteral("changed while it was read")));
     }
 
     void shouldCountFailuresOnceAndStoreNothingFalse()
@@ -332,6 +420,10 @@ private slots:
         QCOMPARE(followed.planResult, int(PlanResult::Success));
         QCOMPARE(followed.totals.copiedCount, 1);
         QVERIFY(find(followed.content, link + QStringLiteral("/inside.txt")));
+        // Back in place through the same link, which is the system's own.
+        write(real + QStringLiteral("/inside.txt"), "edited");
+        QCOMPARE(restore(followed.content, QString()).planResult, int(PlanResult::Success));
+        QCOMPARE(read(real + QStringLiteral("/inside.txt")), QByteArray("inside"));
 
         // The storage and the data folder below a source are never taken.
         QTemporaryDir tree;
@@ -341,9 +433,10 @@ private slots:
         spec.storageRoot = tree.filePath(QStringLiteral("storage"));
         QDir().mkpath(spec.storageRoot);
         spec.objectPrefix = QStringLiteral("NVB_t/p/1");
-        spec.neverTaken = QStringList{spec.storageRoot, tree.filePath(QStringLiteral("data"))};
-        const auto own = FileBackupJob(spec, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
-                             .run(m_stop, {});
+        spec.neverTaken = QStringList {spec.storageRoot, tree.filePath(QStringLiteral("data"))};
+        const auto own
+            = FileBackupJob(spec, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
+                  .run(m_stop, {});
         QCOMPARE(own.planResult, int(PlanResult::Success));
         QCOMPARE(own.totals.scannedCount, 1);
 
@@ -406,7 +499,7 @@ private slots:
         const auto result = restore({item}, destination);
         QCOMPARE(result.planResult, int(PlanResult::Failed));
         QVERIFY(result.message.contains(QStringLiteral("refused")));
-        QCOMPARE(QDir(outer.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"a"});
+        QCOMPARE(QDir(outer.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList {"a"});
         QVERIFY(QDir(destination).isEmpty());
 
         // A folder of the destination that is a link is not gone through.

@@ -92,7 +92,7 @@ private:
         spec.content = content;
         QTemporaryDir target;
         spec.destination = target.path();
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
         const auto result = FileRestoreJob(spec).run(stop, {});
         QVERIFY2(result.totals.failedCount == 0, qPrintable(result.message));
 
@@ -125,22 +125,21 @@ private slots:
         QVERIFY(engine->isRunning());
         QVERIFY(QTest::qWaitFor(connected, 10000));
         QVERIFY(!SyncCommand::run(QStringLiteral("SaveStorage"),
-                                  {{QStringLiteral("ID"), m_account.toString()},
-                                   {QStringLiteral("displayName"), QStringLiteral("Crash disk")},
-                                   {QStringLiteral("type"), 1},
-                                   {QStringLiteral("prefix"), QStringLiteral("crash")},
-                                   {QStringLiteral("params"),
-                                    QJsonObject{{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}})
+            {{QStringLiteral("ID"), m_account.toString()},
+                {QStringLiteral("displayName"), QStringLiteral("Crash disk")}, {QStringLiteral("type"), 1},
+                {QStringLiteral("prefix"), QStringLiteral("crash")},
+                {QStringLiteral("params"),
+                    QJsonObject {{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}})
                      .isError);
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
         plan.setName(QStringLiteral("Crash loop"));
         plan.setStorage(m_account);
         plan.setItems({m_source.path()});
-        plan.setUseCompression(false);
+        plan.setUseCompression(true); // the default, and the harder path for a kill
         m_plan = plan.id();
         QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-                                  {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
+            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
                      .isError);
 
         Tree tree;
@@ -150,7 +149,8 @@ private slots:
         for (int round = 0; round < 20; ++round) {
             change(random, &tree);
             recorded.append({QDateTime::currentDateTimeUtc(), tree});
-            const auto started = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), m_plan.toString()}});
+            const auto started
+                = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), m_plan.toString()}});
             QVERIFY2(started.answered && !started.isError, qPrintable(started.errorString));
             QTest::qWait(int(random.bounded(250)));
             engine->kill();

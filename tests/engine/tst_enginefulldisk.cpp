@@ -14,9 +14,9 @@
 #include "synccommand.h"
 #include "testmain.h"
 
+using NVB::Info::Plan::PlanResult;
 using NvbTest::EngineProcess;
 using NvbTest::SyncCommand;
-using NVB::Info::Plan::PlanResult;
 using namespace NVB::Engine;
 
 // A File System account on a small volume of its own that runs full in the
@@ -36,7 +36,8 @@ private:
     {
         QProcess process;
         process.start(program, arguments);
-        if (!process.waitForFinished(30000) || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+        if (!process.waitForFinished(30000) || process.exitStatus() != QProcess::NormalExit
+            || process.exitCode() != 0) {
             qWarning() << program << arguments << process.readAllStandardError();
             return false;
         }
@@ -63,7 +64,8 @@ private:
 
     int runPlan(const QUuid& plan, QString* message)
     {
-        const auto started = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
+        const auto started
+            = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
         if (started.isError)
             return -1;
         QJsonObject info;
@@ -119,11 +121,9 @@ private slots:
 
         const QUuid account = QUuid::createUuid();
         QVERIFY(!SyncCommand::run(QStringLiteral("SaveStorage"),
-                                  {{QStringLiteral("ID"), account.toString()},
-                                   {QStringLiteral("displayName"), QStringLiteral("Small drive")},
-                                   {QStringLiteral("type"), 1},
-                                   {QStringLiteral("prefix"), QStringLiteral("full")},
-                                   {QStringLiteral("params"), QJsonObject{{QStringLiteral("Path"), m_mount + QLatin1Char('/')}}}})
+            {{QStringLiteral("ID"), account.toString()}, {QStringLiteral("displayName"), QStringLiteral("Small drive")},
+                {QStringLiteral("type"), 1}, {QStringLiteral("prefix"), QStringLiteral("full")},
+                {QStringLiteral("params"), QJsonObject {{QStringLiteral("Path"), m_mount + QLatin1Char('/')}}}})
                      .isError);
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
@@ -132,7 +132,7 @@ private slots:
         plan.setItems({source.path()});
         plan.setUseCompression(false);
         QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-                                  {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
+            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
                      .isError);
 
         QMap<QString, QByteArray> first;
@@ -155,7 +155,7 @@ private slots:
         // no restore point names, so the space is back.
         QStringList stored;
         QDirIterator it(m_mount + QStringLiteral("/NVB_full"), QDir::Files | QDir::Hidden | QDir::System,
-                        QDirIterator::Subdirectories);
+            QDirIterator::Subdirectories);
         while (it.hasNext())
             stored << it.next();
         QCOMPARE(stored.size(), first.size() + 1); // and the account's marker
@@ -171,7 +171,7 @@ private slots:
         spec.content = store.content(points.first().rowId);
         QTemporaryDir target;
         spec.destination = target.path();
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
         QCOMPARE(FileRestoreJob(spec).run(stop, {}).planResult, int(PlanResult::Success));
         for (auto it = first.cbegin(); it != first.cend(); ++it) {
             QFile file(target.path() + it.key());

@@ -330,7 +330,6 @@ private slots:
         // leaves nothing on the storage.
         const QList<QPair<QString, std::function<void(NVB::Info::Plan::BackupFile&)>>> options{
             {QStringLiteral("encryption"), [](auto& plan) { plan.encryption().setEnabled(true); }},
-            {QStringLiteral("compression"), [](auto& plan) { plan.setUseCompression(true); }},
             {QStringLiteral("retention policy"), [](auto& plan) { plan.retentionPolicy().setUseKeepVersion(true); }},
         };
         for (const auto& [name, tweak] : options) {

@@ -51,8 +51,8 @@ private slots:
         account.displayName = QStringLiteral("Local disk");
         account.type = 1;
         account.prefix = QStringLiteral("NVB_host");
-        account.params = QJsonObject{{QStringLiteral("Path"), QStringLiteral("/backup")},
-                                     {QStringLiteral("Password"), QStringLiteral("nvb1:sealed")}};
+        account.params = QJsonObject {{QStringLiteral("Path"), QStringLiteral("/backup")},
+            {QStringLiteral("Password"), QStringLiteral("nvb1:sealed")}};
         {
             EngineStore store;
             QVERIFY2(store.open(file), qPrintable(store.lastError()));
@@ -70,7 +70,7 @@ private slots:
         QVERIFY(kept.has_value());
         QCOMPARE(kept->params, account.params);
         QCOMPARE(kept->prefix, account.prefix);
-        QCOMPARE(store.plansUsingAccount(account.id), QList<QUuid>{plan.id});
+        QCOMPARE(store.plansUsingAccount(account.id), QList<QUuid> {plan.id});
     }
 
     void shouldRefuseUnknownIds()
@@ -100,7 +100,7 @@ private slots:
         file.planId = plan.id;
         file.file = QStringLiteral("/home/ann/a.jpg");
         file.finishUtc = run.startUtc.addSecs(5);
-        StoredBunch bunch{plan.storageId, plan.id, plan.name, 0, plan.xml};
+        StoredBunch bunch {plan.storageId, plan.id, plan.name, 0, plan.xml};
         StoredRestorePoint point;
         point.connectionId = plan.storageId;
         point.bunchId = plan.id;
@@ -119,15 +119,15 @@ private slots:
         QVERIFY2(store.finishRun(run, {file}, plan, &bunch, &point, {folder, content}), qPrintable(store.lastError()));
 
         QCOMPARE(store.plan(plan.id)->lastResult, 6);
-        QCOMPARE(store.runs(HistoryQuery{}).first().result, 6);
+        QCOMPARE(store.runs(HistoryQuery {}).first().result, 6);
         QCOMPARE(store.bunches(plan.storageId).size(), 1);
         const auto latest = store.latestRestorePoint(plan.storageId, plan.id);
         QVERIFY(latest.has_value());
         QCOMPARE(latest->startUtc, run.startUtc);
         QCOMPARE(store.contentChildren(latest->rowId, QStringLiteral("/home/ann"), 0, 10).first().object,
-                 QStringLiteral("NVB_x/a.jpg"));
+            QStringLiteral("NVB_x/a.jpg"));
         QCOMPARE(store.contentChildren(latest->rowId, QStringLiteral("/home"), 0, 10).first().path,
-                 QStringLiteral("/home/ann"));
+            QStringLiteral("/home/ann"));
         const auto generation = store.generation(point.generationId);
         QVERIFY(generation.has_value());
         QCOMPARE(generation->firstRestorePoint, run.startUtc);
@@ -140,7 +140,7 @@ private slots:
         plan.lastResult = 8;
         QVERIFY(!store.finishRun(again, {file}, plan, &bunch, &point, {content}));
         QCOMPARE(store.plan(plan.id)->lastResult, 6);
-        QCOMPARE(store.runFiles(HistoryQuery{}).size(), 1);
+        QCOMPARE(store.runFiles(HistoryQuery {}).size(), 1);
         QCOMPARE(store.restorePoints(plan.storageId, plan.id).size(), 1);
     }
 
@@ -204,7 +204,7 @@ private slots:
         QVERIFY(store.open(file));
         QCOMPARE(store.plan(plan.id)->name, plan.name);
         QCOMPARE(store.closeInterruptedRuns(1, 5, 2), 1);
-        QCOMPARE(store.runs(HistoryQuery{}).first().result, 5);
+        QCOMPARE(store.runs(HistoryQuery {}).first().result, 5);
         QCOMPARE(store.plan(plan.id)->status, 2);
         QCOMPARE(store.closeInterruptedRuns(1, 5, 2), 0);
     }
@@ -225,10 +225,11 @@ private slots:
                 QVERIFY2(q.exec(statement), qPrintable(q.lastError().text()));
             QVERIFY(q.exec(QStringLiteral("INSERT INTO generations(id, bunch_id, connection_id) VALUES('%1','%2','%3')")
                                .arg(generation.toString(), bunch.toString(), connection.toString())));
-            QVERIFY(q.exec(QStringLiteral("INSERT INTO restore_points(connection_id, bunch_id, generation_id, sequence, "
-                                          "start_utc, backup_type, type, status) "
-                                          "VALUES('%1','%2','%3',1,'2026-01-01T00:00:00.000Z',0,2,0)")
-                               .arg(connection.toString(), bunch.toString(), generation.toString())));
+            QVERIFY(
+                q.exec(QStringLiteral("INSERT INTO restore_points(connection_id, bunch_id, generation_id, sequence, "
+                                      "start_utc, backup_type, type, status) "
+                                      "VALUES('%1','%2','%3',1,'2026-01-01T00:00:00.000Z',0,2,0)")
+                           .arg(connection.toString(), bunch.toString(), generation.toString())));
             QVERIFY(q.exec(QStringLiteral("INSERT INTO contents(restore_point, path, parent, name, type, size, object) "
                                           "VALUES(1,'/a','/','a',2,3,'NVB_x/a')")));
             QVERIFY(q.exec(QStringLiteral("PRAGMA user_version=1")));
@@ -254,7 +255,7 @@ private slots:
         QVERIFY(store.savePlan(plan));
         RunRecord run = startedRun(plan, QDateTime(QDate(2025, 6, 1), QTime(9, 0), Qt::UTC));
         run.id = *store.beginRun(run);
-        StoredBunch bunchRecord{connection, bunch, plan.name, 0, plan.xml};
+        StoredBunch bunchRecord {connection, bunch, plan.name, 0, plan.xml};
         StoredRestorePoint point;
         point.connectionId = connection;
         point.bunchId = bunch;

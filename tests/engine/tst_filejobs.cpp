@@ -39,8 +39,8 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
     }
 
-    static FileBackupJob::Spec spec(const QString& storage, const QString& runName,
-                                    const QList<StoredContent>& previous = {})
+    static FileBackupJob::Spec spec(
+        const QString& storage, const QString& runName, const QList<StoredContent>& previous = {})
     {
         FileBackupJob::Spec s;
         s.planId = QUuid::createUuid();
@@ -74,17 +74,17 @@ private slots:
         write(root + QStringLiteral("/a.txt"), "alpha", 1700000000);
         write(root + QStringLiteral("/sub/b.txt"), "beta", 1700000000);
         write(root + QStringLiteral("/skip/c.txt"), "gamma", 1700000000);
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
 
-        FileBackupJob first(spec(storage.path(), QStringLiteral("run1")),
-                            everything(root, {root + QStringLiteral("/skip")}));
+        FileBackupJob first(
+            spec(storage.path(), QStringLiteral("run1")), everything(root, {root + QStringLiteral("/skip")}));
         int reports = 0;
         const auto full = first.run(stop, [&reports](const RunProgress&) { ++reports; });
         QCOMPARE(full.planResult, int(PlanResult::Success));
         QCOMPARE(full.totals.copiedCount, 2);
         QVERIFY(reports >= 1);
         QCOMPARE(read(storage.path() + QStringLiteral("/NVB_test/plan/run1") + root + QStringLiteral("/sub/b.txt")),
-                 QByteArray("beta"));
+            QByteArray("beta"));
         QVERIFY(!paths(full.content).contains(root + QStringLiteral("/skip/c.txt")));
         QVERIFY(paths(full.content).contains(root + QStringLiteral("/sub")));
 
@@ -115,16 +115,16 @@ private slots:
         QTest::addColumn<QStringList>("folders");
         QTest::addColumn<bool>("hidden");
         QTest::addColumn<QStringList>("taken");
-        QTest::newRow("all") << 0 << QStringList{QStringLiteral("txt")} << QStringList() << false
-                             << QStringList{"doc.txt", "img.JPG", ".hidden", "cache/x.txt"};
-        QTest::newRow("only listed") << 1 << QStringList{QStringLiteral("txt"), QStringLiteral("*.jpg")} << QStringList()
-                                     << false << QStringList{"doc.txt", "img.JPG", "cache/x.txt"};
-        QTest::newRow("all but listed") << 2 << QStringList{QStringLiteral(".txt")} << QStringList() << false
-                                        << QStringList{"img.JPG", ".hidden"};
-        QTest::newRow("folder patterns") << 0 << QStringList() << QStringList{QStringLiteral("ca*")} << false
-                                         << QStringList{"doc.txt", "img.JPG", ".hidden"};
+        QTest::newRow("all") << 0 << QStringList {QStringLiteral("txt")} << QStringList() << false
+                             << QStringList {"doc.txt", "img.JPG", ".hidden", "cache/x.txt"};
+        QTest::newRow("only listed") << 1 << QStringList {QStringLiteral("txt"), QStringLiteral("*.jpg")}
+                                     << QStringList() << false << QStringList {"doc.txt", "img.JPG", "cache/x.txt"};
+        QTest::newRow("all but listed") << 2 << QStringList {QStringLiteral(".txt")} << QStringList() << false
+                                        << QStringList {"img.JPG", ".hidden"};
+        QTest::newRow("folder patterns") << 0 << QStringList() << QStringList {QStringLiteral("ca*")} << false
+                                         << QStringList {"doc.txt", "img.JPG", ".hidden"};
         QTest::newRow("no hidden") << 0 << QStringList() << QStringList() << true
-                                   << QStringList{"doc.txt", "img.JPG", "cache/x.txt"};
+                                   << QStringList {"doc.txt", "img.JPG", "cache/x.txt"};
     }
 
     void shouldApplyFilters()
@@ -138,9 +138,9 @@ private slots:
         QTemporaryDir storage;
         for (const char* name : {"doc.txt", "img.JPG", ".hidden", "cache/x.txt"})
             write(source.filePath(QString::fromLatin1(name)), "x");
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
         FileBackupJob job(spec(storage.path(), QStringLiteral("r")),
-                          FileSelection({source.path()}, {}, FileSelection::FilterType(filterType), filter, folders, hidden));
+            FileSelection({source.path()}, {}, FileSelection::FilterType(filterType), filter, folders, hidden));
         const auto result = job.run(stop, {});
         QStringList files;
         for (const StoredContent& item : result.content) {
@@ -158,7 +158,7 @@ private slots:
         QTemporaryDir storage;
         write(source.filePath(QStringLiteral("real/file.txt")), "x");
         QVERIFY(QFile::link(source.path(), source.filePath(QStringLiteral("real/loop"))));
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
         FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
         const auto result = job.run(stop, {});
         QCOMPARE(result.planResult, int(PlanResult::Success));
@@ -168,7 +168,7 @@ private slots:
     void shouldReportMissingSourceAsFailure()
     {
         QTemporaryDir storage;
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
         FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(QStringLiteral("/no/such/folder")));
         const auto result = job.run(stop, {});
         QCOMPARE(result.planResult, int(PlanResult::Failed));
@@ -185,7 +185,7 @@ private slots:
         const QString large = source.filePath(QStringLiteral("zz-large.bin"));
         write(large, QByteArray());
         QVERIFY(::truncate(QFile::encodeName(large).constData(), qint64(8) << 30) == 0);
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
         FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
         std::thread stopper([&stop] {
             std::this_thread::sleep_for(std::chrono::milliseconds(300));
@@ -212,27 +212,29 @@ private slots:
         write(source.filePath(QStringLiteral("keep/one.txt")), "one", 1700000000);
         write(source.filePath(QStringLiteral("keep/two.txt")), "two", 1700000000);
         write(source.filePath(QStringLiteral("other.txt")), "other", 1700000000);
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
         FileBackupJob backup(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
         const auto saved = backup.run(stop, {});
 
         FileRestoreJob::Spec restoreSpec;
         restoreSpec.storageRoot = storage.path();
         restoreSpec.content = saved.content;
-        restoreSpec.items = QStringList{source.filePath(QStringLiteral("keep"))};
+        restoreSpec.items = QStringList {source.filePath(QStringLiteral("keep"))};
         restoreSpec.destination = target.path();
         FileRestoreJob restore(restoreSpec);
         const auto result = restore.run(stop, {});
         QCOMPARE(result.planResult, int(PlanResult::Success));
         QCOMPARE(result.totals.copiedCount, 2);
-        const QString landed = FileRestoreJob::targetPath(target.path(), source.filePath(QStringLiteral("keep/two.txt")));
+        const QString landed
+            = FileRestoreJob::targetPath(target.path(), source.filePath(QStringLiteral("keep/two.txt")));
         QCOMPARE(read(landed), QByteArray("two"));
         QCOMPARE(QFileInfo(landed).lastModified().toSecsSinceEpoch(), 1700000000);
-        QVERIFY(!QFile::exists(FileRestoreJob::targetPath(target.path(), source.filePath(QStringLiteral("other.txt")))));
+        QVERIFY(
+            !QFile::exists(FileRestoreJob::targetPath(target.path(), source.filePath(QStringLiteral("other.txt")))));
 
         // Put back in place: an existing file is left alone when asked to.
         write(source.filePath(QStringLiteral("other.txt")), "edited");
-        restoreSpec.items = QStringList{source.filePath(QStringLiteral("other.txt"))};
+        restoreSpec.items = QStringList {source.filePath(QStringLiteral("other.txt"))};
         restoreSpec.destination.clear();
         restoreSpec.skipExistingFiles = true;
         FileRestoreJob inPlace(restoreSpec);

@@ -16,7 +16,7 @@ class TestRunManager : public QObject
     Q_OBJECT
 
 private slots:
-    void shouldRecordRunsAwayFromTheServingThread()
+    void shouldRecordRunsOffTheServingThreadOrFailThem()
     {
         QTemporaryDir data;
         QTemporaryDir source;
@@ -33,7 +33,7 @@ private slots:
         account.displayName = QStringLiteral("Disk");
         account.type = 1;
         account.prefix = QStringLiteral("rm");
-        account.params = QJsonObject{{QStringLiteral("Path"), storage.path()}};
+        account.params = QJsonObject {{QStringLiteral("Path"), storage.path()}};
         QVERIFY(store.saveAccount(account));
         NVB::Info::Plan::BackupFile record;
         record.setId(QUuid::createUuid());
@@ -69,8 +69,26 @@ private slots:
         QVERIFY(point.has_value());
         QCOMPARE(finished.first().at(3).value<StoredRestorePoint>().rowId, point->rowId);
         QCOMPARE(store.content(point->rowId).size(), 21);
-        QCOMPARE(store.runs(HistoryQuery{}).first().result, int(PlanResult::Success));
+        QCOMPARE(store.runs(HistoryQuery {}).first().result, int(PlanResult::Success));
         QCOMPARE(store.plan(plan.id)->lastResult, int(PlanResult::Success));
+
+        // A restore point the store refuses makes a failed run that says
+        // why, not a success with no point behind it.
+        QVERIFY(QSqlQuery(db).exec(QStringLiteral("CREATE TRIGGER refuse BEFORE INSERT ON restore_points "
+                                                  "BEGIN SELECT RAISE(ABORT, 'the store says no'); END")));
+        QFile changed(source.filePath(QStringLiteral("f0.txt")));
+        QVERIFY(changed.open(QIODevice::WriteOnly));
+        changed.write("changed");
+        changed.close();
+        finished.clear();
+        QCOMPARE(runs.start(plan.id, false), QString());
+        QVERIFY(finished.wait(10000));
+        QCOMPARE(finished.first().at(2).toInt(), int(PlanResult::Failed));
+        QCOMPARE(finished.first().at(3).value<StoredRestorePoint>().rowId, qint64(0));
+        const RunRecord last = store.runs(HistoryQuery{}).first();
+        QCOMPARE(last.result, int(PlanResult::Failed));
+        QVERIFY2(last.errorMessage.contains(QStringLiteral("the store says no")), qPrintable(last.errorMessage));
+        QCOMPARE(store.restorePoints(account.id, plan.id).size(), 1);
     }
 };
 

@@ -6,13 +6,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 #include <QDir>
 
 #include "filecopier.h"
-#include "records/plan/planresult.h"
 #include "pathcodec.h"
+#include "records/plan/planresult.h"
 
 namespace NVB::Engine {
 
@@ -46,7 +47,7 @@ bool isBelowOrSame(const QString& path, const QString& root)
 bool sameFile(const struct stat& a, const struct stat& b)
 {
     return a.st_size == b.st_size && a.st_ino == b.st_ino && a.st_dev == b.st_dev
-           && nanoseconds(a.st_mtim) == nanoseconds(b.st_mtim) && nanoseconds(a.st_ctim) == nanoseconds(b.st_ctim);
+        && nanoseconds(a.st_mtim) == nanoseconds(b.st_mtim) && nanoseconds(a.st_ctim) == nanoseconds(b.st_ctim);
 }
 
 void takeOwnership(const struct stat& info, StoredContent* item)
@@ -69,7 +70,7 @@ FileBackupJob::FileBackupJob(Spec spec, FileSelection selection)
 bool FileBackupJob::isNeverTaken(const QString& path) const
 {
     return std::any_of(m_spec.neverTaken.cbegin(), m_spec.neverTaken.cend(),
-                       [&path](const QString& folder) { return isBelowOrSame(path, folder); });
+        [&path](const QString& folder) { return isBelowOrSame(path, folder); });
 }
 
 FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
@@ -112,7 +113,9 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         if (m_selection.isExcludedPath(root))
             continue;
         // A root was chosen on purpose: a link there is followed.
-        struct stat info{};
+        struct stat info
+        {
+        };
         if (::stat(PathCodec::encode(root).constData(), &info) != 0) {
             fail(root, QStringLiteral("The source %1 does not exist").arg(root));
             continue;
@@ -191,7 +194,9 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
             continue;
         const QString name = PathCodec::decode(entry->d_name);
         const QString path = childPath(folder, name);
-        struct stat info{};
+        struct stat info
+        {
+        };
         if (::fstatat(::dirfd(dir), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
             fail(path, QStringLiteral("Cannot read %1").arg(path));
             continue;
@@ -203,7 +208,9 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
             // Folders behind links are never entered: that is how loops and
             // surprise trees stay out of a backup. A link is kept as a link,
             // unless links to files are to be followed.
-            struct stat target{};
+            struct stat target
+            {
+            };
             if (!m_spec.followFileSymlinks || ::fstatat(::dirfd(dir), entry->d_name, &target, 0) != 0
                 || !S_ISREG(target.st_mode)) {
                 if (m_selection.takesFile(name))
@@ -276,13 +283,15 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
     const QByteArray object = PathCodec::encode(previous.object);
     if (!FolderHandle::isPlainRelative(object))
         return false;
-    struct stat stored{};
+    struct stat stored
+    {
+    };
     return ::fstatat(m_storage.fd(), object.constData(), &stored, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(stored.st_mode)
-           && stored.st_size == previous.size;
+        && stored.st_size == (previous.storedSize >= 0 ? previous.storedSize : previous.size);
 }
 
-void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool followLink,
-                             const std::atomic_bool& stop)
+void FileBackupJob::takeFile(
+    const QString& path, const struct stat& seen, bool followLink, const std::atomic_bool& stop)
 {
     RunProgress& totals = m_result.totals;
     ++totals.scannedCount;
@@ -304,6 +313,8 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
     if (!forced && previous != m_spec.previous.cend() && reusable(*previous, file)) {
         file.object = previous->object;
         file.checksum = previous->checksum;
+        file.encoding = previous->encoding;
+        file.storedSize = previous->storedSize;
         m_result.content.append(file);
         report(false);
         return;
@@ -315,8 +326,8 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
     const QByteArray name = encoded.mid(slash + 1);
     const QByteArray folderBelow = encoded.mid(1, qMax(0, slash - 1));
     QString error;
-    const FolderHandle target =
-        folderBelow.isEmpty() ? m_runFolder.duplicate() : m_runFolder.openBelow(folderBelow, true, &error);
+    const FolderHandle target
+        = folderBelow.isEmpty() ? m_runFolder.duplicate() : m_runFolder.openBelow(folderBelow, true, &error);
     if (!target.isValid()) {
         failStorage(path, error);
         return;
@@ -328,10 +339,12 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
         const int fd = ::open(encoded.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | (followLink ? 0 : O_NOFOLLOW));
         if (fd < 0) {
             fail(path, QStringLiteral("Cannot read %1: %2").arg(path, QString::fromLocal8Bit(std::strerror(errno))),
-                 true);
+                true);
             return;
         }
-        struct stat before{};
+        struct stat before
+        {
+        };
         if (::fstat(fd, &before) != 0 || !S_ISREG(before.st_mode)) {
             ::close(fd);
             fail(path, QStringLiteral("%1 is not a regular file").arg(path), true);
@@ -341,11 +354,15 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
         options.times[0] = before.st_atim;
         options.times[1] = before.st_mtim;
         options.mode = before.st_mode;
+        if (m_spec.compress)
+            options.writeEncoding = ObjectEncoding::Zstd;
         // The first read of a file that changes under it is thrown away and
         // made again; the second is kept, with a warning that names it.
         const bool lastAttempt = attempt == 1;
         options.keep = [fd, &before, &unsteady, lastAttempt] {
-            struct stat after{};
+            struct stat after
+            {
+            };
             const bool steady = ::fstat(fd, &after) == 0 && sameFile(before, after);
             unsteady = !steady;
             return steady || lastAttempt;
@@ -375,6 +392,8 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
     }
     file.object = m_spec.objectPrefix + path;
     file.checksum = copied.checksum;
+    file.encoding = int(m_spec.compress ? ObjectEncoding::Zstd : ObjectEncoding::Plain);
+    file.storedSize = m_spec.compress ? copied.storedSize : -1;
     ++totals.copiedCount;
     totals.copiedSize += copied.size;
     m_result.content.append(file);

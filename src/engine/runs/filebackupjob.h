@@ -31,13 +31,14 @@ public:
     {
         QUuid planId;
         QString planName;
-        QString storageRoot;  // the account's folder
+        QString storageRoot; // the account's folder
         QString objectPrefix; // this run's own folder, relative to storageRoot; must not exist yet
         // The previous restore point's content by path; a file whose size,
         // times and inode match keeps its copy.
         QHash<QString, StoredContent> previous;
         QDateTime reBackupModifiedSince;
         bool backupEmptyFolders = false;
+        bool compress = false; // new copies are zstd objects
         bool followFileSymlinks = false;
         // Folders never taken, whatever the selection says: the storage and
         // the engine's own data.

@@ -13,6 +13,8 @@
 #include <QRandomGenerator>
 
 #include "folderhandle.h"
+#include "objectdecoder.h"
+#include "objectencoder.h"
 #include "pathcodec.h"
 
 namespace NVB::Engine {
@@ -61,8 +63,7 @@ class PendingFile
 public:
     explicit PendingFile(const FolderHandle& folder)
         : m_folder(folder.fd())
-    {
-    }
+    { }
     ~PendingFile()
     {
         if (m_fd >= 0)
@@ -101,10 +102,10 @@ public:
             char procPath[64];
             std::snprintf(procPath, sizeof procPath, "/proc/self/fd/%d", m_fd);
             if (!replace)
-                return ::linkat(AT_FDCWD, procPath, m_folder, name.constData(), AT_SYMLINK_FOLLOW) == 0;
+                return link(procPath, name);
             for (int attempt = 0; attempt < 16; ++attempt) {
                 const QByteArray temporary = randomName();
-                if (::linkat(AT_FDCWD, procPath, m_folder, temporary.constData(), AT_SYMLINK_FOLLOW) == 0) {
+                if (link(procPath, temporary)) {
                     m_name = temporary;
                     break;
                 }
@@ -122,6 +123,14 @@ public:
     }
 
 private:
+    bool link(const char* procPath, const QByteArray& name) const
+    {
+        if (::linkat(AT_FDCWD, procPath, m_folder, name.constData(), AT_SYMLINK_FOLLOW) == 0)
+            return true;
+        // Without /proc, root can still link the descriptor itself.
+        return errno == ENOENT && ::linkat(m_fd, "", m_folder, name.constData(), AT_EMPTY_PATH) == 0;
+    }
+
     int m_folder;
     int m_fd = -1;
     QByteArray m_name;
@@ -134,30 +143,28 @@ QByteArray FileCopier::temporaryPrefix()
     return QByteArrayLiteral(".nvb-partial-");
 }
 
-QByteArray FileCopier::checksum(int fd, const std::atomic_bool* stop)
+QByteArray FileCopier::checksum(int fd, ObjectEncoding encoding, const std::atomic_bool* stop)
 {
     Digest digest = newDigest();
     if (!digest)
         return {};
+    ObjectDecoder in(fd, encoding);
     std::unique_ptr<char[]> buffer(new char[BlockSize]);
     for (;;) {
         if (stop && *stop)
             return {};
-        const ssize_t got = ::read(fd, buffer.get(), BlockSize);
+        const ssize_t got = in.read(buffer.get(), BlockSize);
         if (got == 0)
             break;
-        if (got < 0) {
-            if (errno == EINTR)
-                continue;
+        if (got < 0)
             return {};
-        }
         EVP_DigestUpdate(digest.get(), buffer.get(), size_t(got));
     }
     return finalDigest(digest.get());
 }
 
 FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const QByteArray& name,
-                                    const Options& options, const std::atomic_bool* stop, const QString& what)
+    const Options& options, const std::atomic_bool* stop, const QString& what)
 {
     Result result;
     const QString target = PathCodec::decode(name);
@@ -172,35 +179,35 @@ FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const 
         result.error = QStringLiteral("Cannot compute checksums");
         return result;
     }
+    ObjectDecoder in(from, options.readEncoding);
+    ObjectEncoder encoder(out.fd(), options.writeEncoding);
     std::unique_ptr<char[]> buffer(new char[BlockSize]);
     for (;;) {
         if (stop && *stop) {
             result.status = Status::Stopped;
             return result;
         }
-        const ssize_t got = ::read(from, buffer.get(), BlockSize);
+        const ssize_t got = in.read(buffer.get(), BlockSize);
         if (got == 0)
             break;
         if (got < 0) {
-            if (errno == EINTR)
-                continue;
-            result.error = systemError(QStringLiteral("Cannot read"), what);
+            result.error = QStringLiteral("Cannot read %1: %2").arg(what, in.error());
             return result;
         }
         EVP_DigestUpdate(digest.get(), buffer.get(), size_t(got));
-        for (ssize_t written = 0; written < got;) {
-            const ssize_t put = ::write(out.fd(), buffer.get() + written, size_t(got - written));
-            if (put < 0) {
-                if (errno == EINTR)
-                    continue;
-                result.error = systemError(QStringLiteral("Cannot write"), target);
-                result.targetFailed = true;
-                return result;
-            }
-            written += put;
+        if (!encoder.write(buffer.get(), size_t(got))) {
+            result.error = systemError(QStringLiteral("Cannot write"), target);
+            result.targetFailed = true;
+            return result;
         }
         result.size += got;
     }
+    if (!encoder.finish()) {
+        result.error = systemError(QStringLiteral("Cannot write"), target);
+        result.targetFailed = true;
+        return result;
+    }
+    result.storedSize = encoder.storedSize();
     result.checksum = finalDigest(digest.get());
     if (!options.expectedChecksum.isEmpty() && options.expectedChecksum != result.checksum) {
         result.error = QStringLiteral("The stored data of %1 does not match its checksum").arg(what);

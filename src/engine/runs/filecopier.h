@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "objectencoding.h"
+
 namespace NVB::Engine {
 
 class FolderHandle;
@@ -38,6 +40,10 @@ public:
         gid_t group = 0;
         // When not empty, data whose SHA-256 differs is not put in place.
         QByteArray expectedChecksum;
+        // How the source holds the data (a restore reads a compressed
+        // object) and how the copy is to hold it (a backup compresses).
+        ObjectEncoding readEncoding = ObjectEncoding::Plain;
+        ObjectEncoding writeEncoding = ObjectEncoding::Plain;
         // Asked once the data is written; false throws the copy away (the
         // source changed while it was read).
         std::function<bool()> keep;
@@ -48,7 +54,8 @@ public:
         Status status = Status::Failed;
         QString error;
         QByteArray checksum;
-        qint64 size = 0;
+        qint64 size = 0; // plain bytes
+        qint64 storedSize = 0; // bytes in the copy
         // The failure was on the writing side (a full or broken storage),
         // which no other file will get past either.
         bool targetFailed = false;
@@ -57,11 +64,11 @@ public:
     // `what` names the source in messages. `stop` is checked between blocks,
     // so a large file is abandoned within a fraction of a second.
     static Result copy(int from, const FolderHandle& folder, const QByteArray& name, const Options& options,
-                       const std::atomic_bool* stop, const QString& what);
+        const std::atomic_bool* stop, const QString& what);
 
-    // SHA-256 of everything `fd` holds from its current offset; empty on a
-    // read error or when stopped.
-    static QByteArray checksum(int fd, const std::atomic_bool* stop);
+    // SHA-256 of the plain data `fd` holds from its current offset; empty on
+    // a read error, damaged compressed data or when stopped.
+    static QByteArray checksum(int fd, ObjectEncoding encoding, const std::atomic_bool* stop);
 
     // The prefix of the fallback temporary names, for sweeping leftovers.
     static QByteArray temporaryPrefix();

@@ -15,8 +15,8 @@
 
 #include "filecopier.h"
 #include "folderhandle.h"
-#include "records/plan/planresult.h"
 #include "pathcodec.h"
+#include "records/plan/planresult.h"
 
 namespace NVB::Engine {
 
@@ -42,7 +42,7 @@ bool FileRestoreJob::isChosen(const QString& path) const
         return true;
     return std::any_of(m_spec.items.cbegin(), m_spec.items.cend(), [&path](const QString& item) {
         return item == QLatin1String("/") || path == item
-               || (path.startsWith(item) && path.at(item.size()) == QLatin1Char('/'));
+            || (path.startsWith(item) && path.at(item.size()) == QLatin1Char('/'));
     });
 }
 
@@ -53,8 +53,9 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     QString error;
     m_storage = FolderHandle::openAbsolute(PathCodec::encode(m_spec.storageRoot), &error);
     if (m_storage.isValid()) {
-        m_target = FolderHandle::openAbsolute(
-            m_spec.destination.isEmpty() ? QByteArrayLiteral("/") : PathCodec::encode(m_spec.destination), &error);
+        const bool inPlace = m_spec.destination.isEmpty();
+        m_target = FolderHandle::openAbsolute(inPlace ? QByteArrayLiteral("/") : PathCodec::encode(m_spec.destination),
+                                              &error, inPlace);
     }
     if (!m_target.isValid()) {
         m_result.planResult = PlanResult::Failed;
@@ -106,8 +107,8 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
         m_result.planResult = PlanResult::Failed;
         m_result.message = QStringLiteral("None of the chosen items is in the restore point");
     } else if (m_result.totals.failedCount > 0) {
-        m_result.planResult = m_result.totals.failedCount == m_result.totals.scannedCount ? PlanResult::Failed
-                                                                                         : PlanResult::Warning;
+        m_result.planResult
+            = m_result.totals.failedCount == m_result.totals.scannedCount ? PlanResult::Failed : PlanResult::Warning;
     } else {
         m_result.planResult = PlanResult::Success;
     }
@@ -136,20 +137,19 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
         return;
     }
     if (!FolderHandle::isPlainRelative(object)) {
-        failed(file.object.isEmpty() ? QStringLiteral("No data for %1").arg(file.path)
-                                     : QStringLiteral("The stored object %1 is refused: it leaves the storage folder")
-                                           .arg(file.object));
+        failed(file.object.isEmpty()
+                ? QStringLiteral("No data for %1").arg(file.path)
+                : QStringLiteral("The stored object %1 is refused: it leaves the storage folder").arg(file.object));
         return;
     }
 
     QString error;
     const int objectSlash = object.lastIndexOf('/');
-    const FolderHandle objectFolder = objectSlash > 0 ? m_storage.openBelow(object.left(objectSlash), false, &error)
-                                                      : m_storage.duplicate();
+    const FolderHandle objectFolder
+        = objectSlash > 0 ? m_storage.openBelow(object.left(objectSlash), false, &error) : m_storage.duplicate();
     const int from = objectFolder.isValid()
-                         ? ::openat(objectFolder.fd(), object.mid(objectSlash + 1).constData(),
-                                    O_RDONLY | O_NOFOLLOW | O_CLOEXEC)
-                         : -1;
+        ? ::openat(objectFolder.fd(), object.mid(objectSlash + 1).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)
+        : -1;
     if (from < 0) {
         failed(error.isEmpty() ? QStringLiteral("The stored data of %1 is missing").arg(file.path) : error);
         return;
@@ -164,7 +164,9 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
         return;
     }
 
-    struct stat existing{};
+    struct stat existing
+    {
+    };
     if (::fstatat(target.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
         if (m_spec.skipExistingFiles) {
             ::close(from);
@@ -179,7 +181,9 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
             return;
         }
     }
-    struct stat stored{};
+    struct stat stored
+    {
+    };
     ::fstat(from, &stored);
     FileCopier::Options options;
     options.replace = true;
@@ -190,6 +194,7 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     options.times[0] = stored.st_atim;
     options.times[1] = stored.st_mtim;
     options.expectedChecksum = file.checksum;
+    options.readEncoding = ObjectEncoding(file.encoding);
     const FileCopier::Result copied = FileCopier::copy(from, target, name, options, &stop, file.path);
     ::close(from);
     if (copied.status == FileCopier::Status::Stopped)
@@ -234,7 +239,9 @@ void FileRestoreJob::restoreLink(const StoredContent& link)
         const QByteArray name = path.mid(slash + 1);
         const QByteArray parent = path.mid(1, qMax(0, slash - 1));
         const FolderHandle folder = parent.isEmpty() ? m_target.duplicate() : m_target.openBelow(parent, true, &error);
-        struct stat existing{};
+        struct stat existing
+        {
+        };
         if (folder.isValid() && ::fstatat(folder.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0
             && m_spec.skipExistingFiles) {
             record(link, RunFileRecord::Skipped, QStringLiteral("The file exists"));
@@ -246,8 +253,8 @@ void FileRestoreJob::restoreLink(const StoredContent& link)
             const QByteArray target = PathCodec::encode(link.linkTarget);
             QByteArray temporary;
             for (int attempt = 0; attempt < 16 && temporary.isEmpty(); ++attempt) {
-                const QByteArray candidate =
-                    FileCopier::temporaryPrefix() + QByteArray::number(QRandomGenerator::global()->generate64(), 16);
+                const QByteArray candidate
+                    = FileCopier::temporaryPrefix() + QByteArray::number(QRandomGenerator::global()->generate64(), 16);
                 if (::symlinkat(target.constData(), folder.fd(), candidate.constData()) == 0)
                     temporary = candidate;
                 else if (errno != EEXIST)

@@ -28,8 +28,8 @@ public:
         QString planName;
         QString storageRoot;
         QList<StoredContent> content; // the whole restore point
-        QStringList items;            // source paths to restore; empty: all
-        QString destination;          // empty: the original location
+        QStringList items; // source paths to restore; empty: all
+        QString destination; // empty: the original location
         bool skipExistingFiles = false;
         bool onlyNewFiles = false; // leave a target that is as new or newer
     };

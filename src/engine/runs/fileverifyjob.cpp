@@ -8,11 +8,10 @@
 
 #include <utility>
 
-
 #include "filecopier.h"
 #include "folderhandle.h"
-#include "records/plan/planresult.h"
 #include "pathcodec.h"
+#include "records/plan/planresult.h"
 
 namespace NVB::Engine {
 
@@ -20,11 +19,10 @@ using NVB::Info::Plan::PlanResult;
 
 FileVerifyJob::FileVerifyJob(Spec spec)
     : m_spec(std::move(spec))
-{
-}
+{ }
 
-FileVerifyJob::Verdict FileVerifyJob::check(const FolderHandle& storage, const StoredContent& file,
-                                            const std::atomic_bool& stop, QString* problem)
+FileVerifyJob::Verdict FileVerifyJob::check(
+    const FolderHandle& storage, const StoredContent& file, const std::atomic_bool& stop, QString* problem)
 {
     const QByteArray object = PathCodec::encode(file.object);
     if (!FolderHandle::isPlainRelative(object)) {
@@ -37,22 +35,25 @@ FileVerifyJob::Verdict FileVerifyJob::check(const FolderHandle& storage, const S
     QString error;
     const FolderHandle folder = slash > 0 ? storage.openBelow(object.left(slash), false, &error) : storage.duplicate();
     const int fd = folder.isValid()
-                       ? ::openat(folder.fd(), object.mid(slash + 1).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)
-                       : -1;
+        ? ::openat(folder.fd(), object.mid(slash + 1).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)
+        : -1;
     if (fd < 0) {
         *problem = QStringLiteral("The stored data of %1 is missing").arg(file.path);
         return Verdict::Broken;
     }
-    struct stat info{};
-    if (::fstat(fd, &info) != 0 || info.st_size != file.size) {
+    struct stat info
+    {
+    };
+    const qint64 expectedSize = file.storedSize >= 0 ? file.storedSize : file.size;
+    if (::fstat(fd, &info) != 0 || info.st_size != expectedSize) {
         ::close(fd);
         *problem = QStringLiteral("The stored data of %1 has %2 bytes instead of %3")
                        .arg(file.path)
                        .arg(qint64(info.st_size))
-                       .arg(file.size);
+                       .arg(expectedSize);
         return Verdict::Broken;
     }
-    const QByteArray sum = FileCopier::checksum(fd, &stop);
+    const QByteArray sum = FileCopier::checksum(fd, ObjectEncoding(file.encoding), &stop);
     ::close(fd);
     if (stop)
         return Verdict::Whole;
@@ -133,8 +134,8 @@ FileVerifyJob::Result FileVerifyJob::run(const std::atomic_bool& stop, const Pro
                                .arg(m_result.totals.scannedCount);
     } else if (unchecked > 0) {
         m_result.planResult = PlanResult::Warning;
-        m_result.message = QStringLiteral("%1 files were stored without a checksum; only their size was checked")
-                               .arg(unchecked);
+        m_result.message
+            = QStringLiteral("%1 files were stored without a checksum; only their size was checked").arg(unchecked);
     } else {
         m_result.planResult = PlanResult::Success;
         m_result.message = QStringLiteral("All %1 stored files match").arg(m_result.totals.scannedCount);

@@ -48,8 +48,8 @@ public:
 private:
     enum class Verdict { Whole, SizeOnly, Broken };
     // What is wrong with the object goes to *problem.
-    Verdict check(const FolderHandle& storage, const StoredContent& file, const std::atomic_bool& stop,
-                  QString* problem);
+    Verdict check(
+        const FolderHandle& storage, const StoredContent& file, const std::atomic_bool& stop, QString* problem);
 
     Spec m_spec;
     Result m_result;

@@ -20,8 +20,12 @@ public:
     FolderHandle& operator=(const FolderHandle&) = delete;
 
     // An absolute folder, as the user named it: links on its own path are
-    // followed, since that path was chosen on purpose.
-    static FolderHandle openAbsolute(const QByteArray& path, QString* error);
+    // followed, since that path was chosen on purpose. With
+    // `followSystemLinks`, folders below it may also be reached through
+    // links that root (or the engine's own user) owns, such as /bin on a
+    // merged /usr: a restore to the original place needs the system's own
+    // layout, while a link that another user planted is never followed.
+    static FolderHandle openAbsolute(const QByteArray& path, QString* error, bool followSystemLinks = false);
     // `relative` below this folder; missing folders are made (0700) when
     // `create` is set.
     FolderHandle openBelow(const QByteArray& relative, bool create, QString* error) const;
@@ -37,11 +41,12 @@ public:
     static bool isPlainAbsolute(const QByteArray& path);
 
 private:
-    explicit FolderHandle(int fd)
+    FolderHandle(int fd, bool followSystemLinks)
         : m_fd(fd)
-    {
-    }
+        , m_followSystemLinks(followSystemLinks)
+    { }
     int m_fd = -1;
+    bool m_followSystemLinks = false;
 };
 
 } // namespace NVB::Engine

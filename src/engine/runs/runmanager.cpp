@@ -1,21 +1,19 @@
 #include "runmanager.h"
 
-#include <algorithm>
 #include <limits>
-#include <unistd.h>
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 #include <QtConcurrent>
 
+#include "accountfolder.h"
 #include "core/nvldebug.h"
 #include "filebackupjob.h"
 #include "filerestorejob.h"
 #include "fileverifyjob.h"
+#include "planoptions.h"
 #include "records/plan/backupfile.h"
-#include "records/plan/backupencyption.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
@@ -33,109 +31,12 @@ using NVB::Info::Plan::PlanStatus;
 
 namespace {
 
-constexpr int FileSystemProvider = 1;
-
 QString noBraces(const QUuid& id)
 {
     return id.toString(QUuid::WithoutBraces);
 }
 
 // The account's folder, ending in a slash, or an empty text with the reason.
-QString accountFolder(EngineStore* store, const QUuid& accountId, QString* prefix, QString* error)
-{
-    const auto account = store->account(accountId);
-    if (!account) {
-        *error = QStringLiteral("The plan's storage account %1 does not exist").arg(accountId.toString());
-        return {};
-    }
-    if (account->type != FileSystemProvider) {
-        *error = QStringLiteral("Storage account \"%1\": this engine writes only to File System accounts; "
-                                "transfers to this provider are not supported yet")
-                     .arg(account->displayName);
-        return {};
-    }
-    QString folder = account->params.value(QStringLiteral("Path")).toString().trimmed();
-    if (!folder.startsWith(QLatin1Char('/'))) {
-        *error = QStringLiteral("Storage account \"%1\" has no local folder").arg(account->displayName);
-        return {};
-    }
-    if (!folder.endsWith(QLatin1Char('/')))
-        folder += QLatin1Char('/');
-    *prefix = account->prefix;
-    // A drive that is not mounted leaves an empty mount point behind; writing
-    // there would fill the system disk. The account's folder must be there
-    // and, once the engine has prepared it, carry the account's marker.
-    if (!QFileInfo(folder).isDir()) {
-        *error = QStringLiteral("The folder %1 of storage account \"%2\" does not exist; is its drive mounted?")
-                     .arg(folder, account->displayName);
-        return {};
-    }
-    const QString home = folder + QStringLiteral("NVB_") + account->prefix;
-    QFile marker(home + QLatin1Char('/') + RunManager::markerFileName());
-    const QByteArray expected = accountId.toString().toUtf8();
-    if (marker.exists()) {
-        if (!marker.open(QIODevice::ReadOnly) || marker.readAll().trimmed() != expected) {
-            *error = QStringLiteral("The folder %1 carries the marker of another storage account").arg(home);
-            return {};
-        }
-    } else {
-        // No marker yet. Data recorded for the account must be found in the
-        // folder (an older engine made it without a marker: it is adopted);
-        // recorded data with no folder at all is a drive that is missing.
-        const QList<StoredBunch> recorded = store->bunches(accountId);
-        const bool holdsRecorded = std::any_of(recorded.cbegin(), recorded.cend(), [&home](const StoredBunch& bunch) {
-            return QFileInfo(home + QLatin1Char('/') + noBraces(bunch.id)).isDir();
-        });
-        if (!recorded.isEmpty() && !holdsRecorded) {
-            *error = QStringLiteral("The folder %1 of storage account \"%2\" holds neither its marker file %3 nor its "
-                                    "backups; is the right drive mounted?")
-                         .arg(home, account->displayName, RunManager::markerFileName());
-            return {};
-        }
-        if (!QDir().mkpath(home) || !marker.open(QIODevice::WriteOnly | QIODevice::NewOnly)
-            || marker.write(expected + '\n') < 0 || !marker.flush() || ::fsync(marker.handle()) != 0) {
-            *error = QStringLiteral("Cannot prepare the folder %1 of storage account \"%2\"")
-                         .arg(home, account->displayName);
-            return {};
-        }
-    }
-    return folder;
-}
-
-// The first option of the plan that this engine does not carry out, by the
-// name the user knows it by; empty when it can do all the plan asks.
-QString unperformedOption(const NVB::Info::Plan::Backup& plan)
-{
-    if (plan.encryption().isEnabled())
-        return QStringLiteral("encryption");
-    if (plan.useCompression())
-        return QStringLiteral("compression");
-    const auto& retention = plan.retentionPolicy();
-    // Keeping the last version needs nothing done: this engine deletes
-    // nothing. Anything that deletes is a retention policy it cannot honour.
-    if (retention.useDeleteOlder() || retention.useKeepVersion() || retention.useDeleteLocaly())
-        return QStringLiteral("retention policy");
-    if (plan.forceFullSchedule().isEnable())
-        return QStringLiteral("scheduled full backup");
-    if (plan.forceFullDiffSizeConditionEnable())
-        return QStringLiteral("full backup when the changes exceed a size");
-    if (plan.useDifferentialUpload())
-        return QStringLiteral("block-level (differential) upload");
-    if (plan.actions().pre().isEnabled())
-        return QStringLiteral("action before the backup");
-    if (plan.actions().post().isEnabled())
-        return QStringLiteral("action after the backup");
-    // The consistency check is honoured by every run: an earlier copy is
-    // reused only after it is found on the storage with its recorded size.
-    if (plan.syncBeforeRun())
-        return QStringLiteral("repository synchronisation before the run");
-    if (const auto* file = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&plan)) {
-        if (file->skipInUseFiles())
-            return QStringLiteral("skip in-use files");
-    }
-    return {};
-}
-
 } // namespace
 
 RunManager::RunManager(EngineStore* store, QObject* parent)
@@ -206,12 +107,12 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
 }
 
 QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base& record, bool forceFull,
-                                  std::function<RunOutcome(const std::atomic_bool&)>* work)
+    std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
     const auto* plan = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&record);
     if (!plan)
         return QStringLiteral("Only file backup plans can run on this engine");
-    const QString option = unperformedOption(*plan);
+    const QString option = PlanOptions::unperformed(*plan);
     if (!option.isEmpty()) {
         return QStringLiteral("The plan asks for %1, which this engine does not perform yet; turn it off to run the "
                               "plan")
@@ -220,14 +121,14 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
 
     QString prefix;
     QString error;
-    const QString folder = accountFolder(m_store, active.plan.storageId, &prefix, &error);
+    const QString folder = AccountFolder::prepare(m_store, active.plan.storageId, &prefix, &error);
     if (folder.isEmpty())
         return error;
 
     const auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
     active.makesPoint = true;
     active.newBunch = !m_store->bunch(active.plan.storageId, active.plan.id).has_value();
-    active.bunch = StoredBunch{active.plan.storageId, active.plan.id, active.plan.name, 0, active.plan.xml};
+    active.bunch = StoredBunch {active.plan.storageId, active.plan.id, active.plan.name, 0, active.plan.xml};
     StoredRestorePoint& point = active.point;
     point.connectionId = active.plan.storageId;
     point.bunchId = active.plan.id;
@@ -253,22 +154,30 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                             .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
     spec.reBackupModifiedSince = plan->reBackupModifiedSince();
     spec.backupEmptyFolders = plan->backupEmptyFolders();
+    spec.compress = plan->useCompression();
     spec.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
-    spec.neverTaken = QStringList{spec.storageRoot, QFileInfo(m_store->filePath()).absolutePath()};
+    // "StayOnOneFileSystem": "true" or "false" for every root; unset, only
+    // the root "/" stays on its file system.
+    const QString oneFileSystem = NVB::DefaultSettings::instance()->value(QStringLiteral("StayOnOneFileSystem"));
+    if (oneFileSystem == QLatin1String("true") || oneFileSystem == QLatin1String("false"))
+        spec.oneFileSystem = oneFileSystem == QLatin1String("true");
+    spec.neverTaken = QStringList {spec.storageRoot, QFileInfo(m_store->filePath()).absolutePath()};
     // Run folders that no restore point names are what killed or failed runs
     // left behind; they are removed before this run starts.
     QSet<QString> kept;
     for (const StoredRestorePoint& recorded : m_store->restorePoints(active.plan.storageId, active.plan.id))
-        kept.insert(QStringLiteral("%1/%2").arg(noBraces(recorded.generationId)).arg(recorded.sequenceNumber, 6, 10, QLatin1Char('0')));
+        kept.insert(QStringLiteral("%1/%2")
+                        .arg(noBraces(recorded.generationId))
+                        .arg(recorded.sequenceNumber, 6, 10, QLatin1Char('0')));
     const QString planFolder = QStringLiteral("%1/NVB_%2/%3").arg(spec.storageRoot, prefix, noBraces(active.plan.id));
     const qint64 previousRow = previous ? previous->rowId : 0;
     const QString storeFile = m_store->filePath();
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
-                            plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
+        plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const QUuid planId = active.plan.id;
     *work = [this, planId, spec = std::move(spec), selection = std::move(selection), kept, planFolder, previousRow,
-             storeFile](const std::atomic_bool& stop) mutable {
+                storeFile](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
         if (previousRow > 0) {
             // Loaded here, on the worker's own connection: a point of many
@@ -292,8 +201,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     return {};
 }
 
-QString RunManager::prepareRestore(ActiveRun& active, const NVB::Info::Plan::Base& record,
-                                   std::function<RunOutcome(const std::atomic_bool&)>* work)
+QString RunManager::prepareRestore(
+    ActiveRun& active, const NVB::Info::Plan::Base& record, std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
     const auto* plan = dynamic_cast<const NVB::Info::Plan::RestoreFile*>(&record);
     if (!plan)
@@ -301,7 +210,7 @@ QString RunManager::prepareRestore(ActiveRun& active, const NVB::Info::Plan::Bas
 
     QString prefix;
     QString error;
-    const QString folder = accountFolder(m_store, active.plan.storageId, &prefix, &error);
+    const QString folder = AccountFolder::prepare(m_store, active.plan.storageId, &prefix, &error);
     if (folder.isEmpty())
         return error;
 
@@ -342,7 +251,7 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
 {
     QString prefix;
     QString error;
-    const QString folder = accountFolder(m_store, active.plan.storageId, &prefix, &error);
+    const QString folder = AccountFolder::prepare(m_store, active.plan.storageId, &prefix, &error);
     if (folder.isEmpty())
         return error;
     const auto point = m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
@@ -423,8 +332,8 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
 
     // A stopped or failed backup leaves no restore point: it would promise
     // files that were never copied.
-    const bool keepsPoint = active.makesPoint && (outcome->planResult == PlanResult::Success
-                                                  || outcome->planResult == PlanResult::Warning);
+    const bool keepsPoint = active.makesPoint
+        && (outcome->planResult == PlanResult::Success || outcome->planResult == PlanResult::Warning);
     StoredRestorePoint point = active.point;
     point.status = outcome->planResult == PlanResult::Warning ? 1 : 0;
     point.sizeOnStorage = outcome->totals.copiedSize;
@@ -442,8 +351,7 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
             summary.lastMessage = message;
             qint64 row = 0;
             const bool ok = RunStore(database).finishRun(run, outcome->files, summary,
-                                                         withPoint ? &active.bunch : nullptr,
-                                                         withPoint ? &point : nullptr, outcome->content, &row);
+                withPoint ? &active.bunch : nullptr, withPoint ? &point : nullptr, outcome->content, &row);
             point.rowId = row;
             return ok;
         };
@@ -521,8 +429,8 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
         active.stopAfter->deleteLater();
 
     if (!outcome.recorded) {
-        NVL::NvlDebug(QStringLiteral("NVB")).error()
-            << QStringLiteral("The run of plan %1 could not be recorded: %2").arg(planId.toString(), outcome.recordError);
+        NVL::NvlDebug(QStringLiteral("NVB")).error() << QStringLiteral("The run of plan %1 could not be recorded: %2")
+                                                            .arg(planId.toString(), outcome.recordError);
         m_store->setPlanStatus(planId, PlanStatus::Idle);
     }
     StoredRestorePoint point;
@@ -534,7 +442,7 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
         point.sizeOnStorage = outcome.totals.copiedSize;
     }
     emit finished(planId, active.plan.subtype, outcome.planResult, point, madePoint && active.newBunch,
-                  madePoint && active.newGeneration);
+        madePoint && active.newGeneration);
 }
 
 void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>& kept)

@@ -46,9 +46,6 @@ public:
     // point is read back and checked against the recorded checksums.
     QString start(const QUuid& planId, bool forceFull, bool verify = false);
     bool stop(const QUuid& planId);
-    // The file a File System account's folder carries once the engine has
-    // prepared it, holding the account's id.
-    static QString markerFileName() { return QStringLiteral(".nvb-account"); }
     bool isRunning(const QUuid& planId) const { return m_runs.contains(planId); }
     int runningCount() const { return m_runs.size(); }
     // Stops every run and waits for the workers; used at shutdown.
@@ -60,7 +57,7 @@ signals:
     // `point` is valid (rowId set) when the run made a restore point;
     // `newBunch` and `newGeneration` tell what appeared with it.
     void finished(const QUuid& planId, int subtype, int planResult, const NVB::Engine::StoredRestorePoint& point,
-                  bool newBunch, bool newGeneration);
+        bool newBunch, bool newGeneration);
 
 private:
     struct ActiveRun

@@ -30,8 +30,7 @@ StoredAccount readAccount(const QSqlQuery& q)
 
 AccountStore::AccountStore(StoreDatabase& database)
     : m_db(database)
-{
-}
+{ }
 
 bool AccountStore::saveAccount(const StoredAccount& a)
 {
@@ -51,8 +50,8 @@ bool AccountStore::saveAccount(const StoredAccount& a)
 
 bool AccountStore::removeAccount(const QUuid& id)
 {
-    return m_db.deleteById(QStringLiteral("accounts"), id, QStringLiteral("account"),
-                      QStringLiteral("No storage account with the id %1"));
+    return m_db.deleteById(
+        QStringLiteral("accounts"), id, QStringLiteral("account"), QStringLiteral("No storage account with the id %1"));
 }
 
 std::optional<StoredAccount> AccountStore::account(const QUuid& id)

@@ -79,7 +79,8 @@ std::optional<qint64> EngineStore::beginRun(const RunRecord& run)
     return m_runs.beginRun(run);
 }
 
-bool EngineStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary, const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content, qint64* pointRowId)
+bool EngineStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
+    const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content, qint64* pointRowId)
 {
     return m_runs.finishRun(run, files, summary, bunch, point, content, pointRowId);
 }
@@ -119,7 +120,8 @@ std::optional<StoredGeneration> EngineStore::generation(const QUuid& generationI
     return m_repository.generation(generationId);
 }
 
-QList<StoredRestorePoint> EngineStore::restorePoints(const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId)
+QList<StoredRestorePoint> EngineStore::restorePoints(
+    const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId)
 {
     return m_repository.restorePoints(connectionId, bunchId, generationId);
 }
@@ -129,7 +131,8 @@ std::optional<StoredRestorePoint> EngineStore::latestRestorePoint(const QUuid& c
     return m_repository.latestRestorePoint(connectionId, bunchId);
 }
 
-std::optional<StoredRestorePoint> EngineStore::restorePointAt(const QUuid& connectionId, const QUuid& bunchId, const QDateTime& startUtc)
+std::optional<StoredRestorePoint> EngineStore::restorePointAt(
+    const QUuid& connectionId, const QUuid& bunchId, const QDateTime& startUtc)
 {
     return m_repository.restorePointAt(connectionId, bunchId, startUtc);
 }
@@ -139,7 +142,8 @@ QList<StoredContent> EngineStore::content(qint64 restorePointRowId)
     return m_repository.content(restorePointRowId);
 }
 
-QList<StoredContent> EngineStore::contentChildren(qint64 restorePointRowId, const QString& parent, int offset, int limit)
+QList<StoredContent> EngineStore::contentChildren(
+    qint64 restorePointRowId, const QString& parent, int offset, int limit)
 {
     return m_repository.contentChildren(restorePointRowId, parent, offset, limit);
 }

@@ -11,11 +11,11 @@
 #include "historyquery.h"
 #include "planstore.h"
 #include "repositorystore.h"
-#include "runstore.h"
-#include "storedatabase.h"
 #include "runfilerecord.h"
 #include "runrecord.h"
+#include "runstore.h"
 #include "storedaccount.h"
+#include "storedatabase.h"
 #include "storedbunch.h"
 #include "storedcontent.h"
 #include "storedgeneration.h"
@@ -73,8 +73,8 @@ public:
     // Closes the run, stores its files, updates the plan's summary and, when
     // given, records the restore point with its content: all or nothing.
     bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
-                   const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content,
-                   qint64* pointRowId = nullptr);
+        const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content,
+        qint64* pointRowId = nullptr);
     // Marks runs left "running" by a previous engine as interrupted, and
     // every plan idle; answers how many runs there were.
     int closeInterruptedRuns(int runningResult, int interruptedResult, int idleStatus);
@@ -86,13 +86,13 @@ public:
     std::optional<StoredBunch> bunch(const QUuid& connectionId, const QUuid& bunchId);
     QList<StoredGeneration> generations(const QUuid& connectionId, const QUuid& bunchId);
     std::optional<StoredGeneration> generation(const QUuid& generationId);
-    QList<StoredRestorePoint> restorePoints(const QUuid& connectionId, const QUuid& bunchId,
-                                            const QUuid& generationId = QUuid());
+    QList<StoredRestorePoint> restorePoints(
+        const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId = QUuid());
     std::optional<StoredRestorePoint> latestRestorePoint(const QUuid& connectionId, const QUuid& bunchId);
     // The restore point a restore asks for: the newest started at or before
     // `startUtc`, or with an invalid time the newest of all.
-    std::optional<StoredRestorePoint> restorePointAt(const QUuid& connectionId, const QUuid& bunchId,
-                                                     const QDateTime& startUtc);
+    std::optional<StoredRestorePoint> restorePointAt(
+        const QUuid& connectionId, const QUuid& bunchId, const QDateTime& startUtc);
     QList<StoredContent> content(qint64 restorePointRowId);
     // The children of `parent` in a restore point, a page at a time.
     QList<StoredContent> contentChildren(qint64 restorePointRowId, const QString& parent, int offset, int limit);
@@ -101,10 +101,10 @@ public:
 
 private:
     StoreDatabase m_db;
-    PlanStore m_plans{m_db};
-    AccountStore m_accounts{m_db};
-    RunStore m_runs{m_db};
-    RepositoryStore m_repository{m_db};
+    PlanStore m_plans {m_db};
+    AccountStore m_accounts {m_db};
+    RunStore m_runs {m_db};
+    RepositoryStore m_repository {m_db};
 };
 
 } // namespace NVB::Engine

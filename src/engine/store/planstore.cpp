@@ -46,8 +46,7 @@ const QString PlanColumns = QStringLiteral(
 
 PlanStore::PlanStore(StoreDatabase& database)
     : m_db(database)
-{
-}
+{ }
 
 bool PlanStore::savePlan(const StoredPlan& p)
 {
@@ -65,12 +64,11 @@ bool PlanStore::savePlan(const StoredPlan& p)
                                  "last_failed_count=excluded.last_failed_count, last_message=excluded.last_message, "
                                  "last_scheduled_utc=excluded.last_scheduled_utc")
                       .arg(PlanColumns));
-        for (const QVariant& value :
-             {QVariant(text(p.id)), str(p.profile), str(p.xml), str(p.name), QVariant(p.type),
-              QVariant(p.subtype), QVariant(text(p.storageId)), QVariant(p.status), QVariant(p.lastResult),
-              stamp(p.lastRunUtc), QVariant(p.lastDuration), QVariant(p.lastFileCount), QVariant(p.lastFileSize),
-              QVariant(p.lastUploadedCount), QVariant(p.lastUploadedSize), QVariant(p.lastFailedCount),
-              str(p.lastMessage), stamp(p.lastScheduledUtc)})
+        for (const QVariant& value : {QVariant(text(p.id)), str(p.profile), str(p.xml), str(p.name), QVariant(p.type),
+                 QVariant(p.subtype), QVariant(text(p.storageId)), QVariant(p.status), QVariant(p.lastResult),
+                 stamp(p.lastRunUtc), QVariant(p.lastDuration), QVariant(p.lastFileCount), QVariant(p.lastFileSize),
+                 QVariant(p.lastUploadedCount), QVariant(p.lastUploadedSize), QVariant(p.lastFailedCount),
+                 str(p.lastMessage), stamp(p.lastScheduledUtc)})
             q.addBindValue(value);
         return q.exec() || m_db.fail(QStringLiteral("Cannot save the plan: %1").arg(q.lastError().text()));
     });
@@ -78,7 +76,8 @@ bool PlanStore::savePlan(const StoredPlan& p)
 
 bool PlanStore::removePlan(const QUuid& id)
 {
-    return m_db.deleteById(QStringLiteral("plans"), id, QStringLiteral("plan"), QStringLiteral("No plan with the id %1"));
+    return m_db.deleteById(
+        QStringLiteral("plans"), id, QStringLiteral("plan"), QStringLiteral("No plan with the id %1"));
 }
 
 std::optional<StoredPlan> PlanStore::plan(const QUuid& id)
@@ -149,11 +148,10 @@ bool PlanStore::writeSummary(const StoredPlan& summary)
     s.prepare(QStringLiteral("UPDATE plans SET status=?, last_result=?, last_run_utc=?, last_duration=?, "
                              "last_file_count=?, last_file_size=?, last_uploaded_count=?, last_uploaded_size=?, "
                              "last_failed_count=?, last_message=? WHERE id=?"));
-    for (const QVariant& value :
-         {QVariant(summary.status), QVariant(summary.lastResult), stamp(summary.lastRunUtc),
-          QVariant(summary.lastDuration), QVariant(summary.lastFileCount), QVariant(summary.lastFileSize),
-          QVariant(summary.lastUploadedCount), QVariant(summary.lastUploadedSize), QVariant(summary.lastFailedCount),
-          str(summary.lastMessage), QVariant(text(summary.id))})
+    for (const QVariant& value : {QVariant(summary.status), QVariant(summary.lastResult), stamp(summary.lastRunUtc),
+             QVariant(summary.lastDuration), QVariant(summary.lastFileCount), QVariant(summary.lastFileSize),
+             QVariant(summary.lastUploadedCount), QVariant(summary.lastUploadedSize), QVariant(summary.lastFailedCount),
+             str(summary.lastMessage), QVariant(text(summary.id))})
         s.addBindValue(value);
     return s.exec() || m_db.fail(QStringLiteral("Cannot update the plan's summary: %1").arg(s.lastError().text()));
 }

@@ -36,7 +36,7 @@ const QString RestorePointColumns = QStringLiteral(
     "encrypted, size_on_storage");
 
 const QString ContentColumns = QStringLiteral("path, type, modified_utc, size, deleted, object, checksum, modified_ns, "
-                                              "changed_ns, inode, mode, owner, grp, link_target");
+                                              "changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size");
 
 StoredContent readContent(const QSqlQuery& q)
 {
@@ -55,6 +55,8 @@ StoredContent readContent(const QSqlQuery& q)
     c.owner = q.value(11).toLongLong();
     c.group = q.value(12).toLongLong();
     c.linkTarget = q.value(13).toString();
+    c.encoding = q.value(14).toInt();
+    c.storedSize = q.value(15).toLongLong();
     return c;
 }
 
@@ -62,8 +64,7 @@ StoredContent readContent(const QSqlQuery& q)
 
 RepositoryStore::RepositoryStore(StoreDatabase& database)
     : m_db(database)
-{
-}
+{ }
 
 QList<StoredBunch> RepositoryStore::bunches(const QUuid& connectionId)
 {
@@ -140,12 +141,13 @@ std::optional<StoredGeneration> RepositoryStore::generation(const QUuid& generat
     return std::nullopt;
 }
 
-QList<StoredRestorePoint> RepositoryStore::restorePoints(const QUuid& connectionId, const QUuid& bunchId,
-                                                     const QUuid& generationId)
+QList<StoredRestorePoint> RepositoryStore::restorePoints(
+    const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId)
 {
     QList<StoredRestorePoint> result;
     QSqlQuery q(m_db.database());
-    QString sql = QStringLiteral("SELECT %1 FROM restore_points WHERE connection_id=? AND bunch_id=?").arg(RestorePointColumns);
+    QString sql
+        = QStringLiteral("SELECT %1 FROM restore_points WHERE connection_id=? AND bunch_id=?").arg(RestorePointColumns);
     if (!generationId.isNull())
         sql += QStringLiteral(" AND generation_id=?");
     q.prepare(sql + QStringLiteral(" ORDER BY id"));
@@ -165,11 +167,12 @@ std::optional<StoredRestorePoint> RepositoryStore::latestRestorePoint(const QUui
     return restorePointAt(connectionId, bunchId, QDateTime());
 }
 
-std::optional<StoredRestorePoint> RepositoryStore::restorePointAt(const QUuid& connectionId, const QUuid& bunchId,
-                                                              const QDateTime& startUtc)
+std::optional<StoredRestorePoint> RepositoryStore::restorePointAt(
+    const QUuid& connectionId, const QUuid& bunchId, const QDateTime& startUtc)
 {
     QSqlQuery q(m_db.database());
-    QString sql = QStringLiteral("SELECT %1 FROM restore_points WHERE connection_id=? AND bunch_id=?").arg(RestorePointColumns);
+    QString sql
+        = QStringLiteral("SELECT %1 FROM restore_points WHERE connection_id=? AND bunch_id=?").arg(RestorePointColumns);
     if (startUtc.isValid())
         sql += QStringLiteral(" AND start_utc<=?");
     q.prepare(sql + QStringLiteral(" ORDER BY id DESC LIMIT 1"));
@@ -198,8 +201,8 @@ QList<StoredContent> RepositoryStore::content(qint64 restorePointRowId)
     return result;
 }
 
-QList<StoredContent> RepositoryStore::contentChildren(qint64 restorePointRowId, const QString& parent, int offset,
-                                                  int limit)
+QList<StoredContent> RepositoryStore::contentChildren(
+    qint64 restorePointRowId, const QString& parent, int offset, int limit)
 {
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
@@ -238,19 +241,19 @@ bool RepositoryStore::removeBunch(const QUuid& connectionId, const QUuid& bunchI
 bool RepositoryStore::removeGeneration(const QUuid& generationId)
 {
     return m_db.deleteById(QStringLiteral("generations"), generationId, QStringLiteral("generation"),
-                      QStringLiteral("No generation with the id %1"));
+        QStringLiteral("No generation with the id %1"));
 }
 
-qint64 RepositoryStore::insertRestorePoint(const StoredBunch& bunch, const StoredRestorePoint& point,
-                                           const QList<StoredContent>& content)
+qint64 RepositoryStore::insertRestorePoint(
+    const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content)
 {
     QSqlDatabase db = m_db.database();
     QSqlQuery b(db);
     b.prepare(QStringLiteral("INSERT INTO bunches(connection_id, id, display_name, type, plan_xml) VALUES(?,?,?,?,?) "
                              "ON CONFLICT(connection_id, id) DO UPDATE SET display_name=excluded.display_name, "
                              "type=excluded.type, plan_xml=excluded.plan_xml"));
-    for (const QVariant& value : {QVariant(text(bunch.connectionId)), QVariant(text(bunch.id)),
-                                  str(bunch.displayName), QVariant(bunch.type), str(bunch.planXml)})
+    for (const QVariant& value : {QVariant(text(bunch.connectionId)), QVariant(text(bunch.id)), str(bunch.displayName),
+             QVariant(bunch.type), str(bunch.planXml)})
         b.addBindValue(value);
     if (!b.exec()) {
         m_db.fail(QStringLiteral("Cannot record the bunch: %1").arg(b.lastError().text()));
@@ -262,8 +265,7 @@ qint64 RepositoryStore::insertRestorePoint(const StoredBunch& bunch, const Store
                              "VALUES(?,?,?,?,?) ON CONFLICT(id) DO UPDATE SET "
                              "status=MAX(status, excluded.status), storage_size=storage_size+excluded.storage_size"));
     for (const QVariant& value : {QVariant(text(point.generationId)), QVariant(text(point.bunchId)),
-                                  QVariant(text(point.connectionId)), QVariant(point.status),
-                                  QVariant(point.sizeOnStorage)})
+             QVariant(text(point.connectionId)), QVariant(point.status), QVariant(point.sizeOnStorage)})
         g.addBindValue(value);
     if (!g.exec()) {
         m_db.fail(QStringLiteral("Cannot record the generation: %1").arg(g.lastError().text()));
@@ -275,9 +277,9 @@ qint64 RepositoryStore::insertRestorePoint(const StoredBunch& bunch, const Store
                              "backup_type, type, status, deep_sync, encrypted, size_on_storage) "
                              "VALUES(?,?,?,?,?,?,?,?,?,?,?)"));
     for (const QVariant& value :
-         {QVariant(text(point.connectionId)), QVariant(text(point.bunchId)), QVariant(text(point.generationId)),
-          QVariant(point.sequenceNumber), stamp(point.startUtc), QVariant(point.backupType), QVariant(point.type),
-          QVariant(point.status), QVariant(point.deepSync), QVariant(point.encrypted), QVariant(point.sizeOnStorage)})
+        {QVariant(text(point.connectionId)), QVariant(text(point.bunchId)), QVariant(text(point.generationId)),
+            QVariant(point.sequenceNumber), stamp(point.startUtc), QVariant(point.backupType), QVariant(point.type),
+            QVariant(point.status), QVariant(point.deepSync), QVariant(point.encrypted), QVariant(point.sizeOnStorage)})
         r.addBindValue(value);
     if (!r.exec()) {
         m_db.fail(QStringLiteral("Cannot record the restore point: %1").arg(r.lastError().text()));
@@ -286,16 +288,17 @@ qint64 RepositoryStore::insertRestorePoint(const StoredBunch& bunch, const Store
     const qint64 pointId = r.lastInsertId().toLongLong();
 
     QSqlQuery c(db);
-    c.prepare(QStringLiteral("INSERT INTO contents(restore_point, path, parent, name, type, modified_utc, size, "
-                             "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target) "
-                             "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
+    c.prepare(
+        QStringLiteral("INSERT INTO contents(restore_point, path, parent, name, type, modified_utc, size, "
+                       "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, "
+                       "encoding, stored_size) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
     for (const StoredContent& item : content) {
-        for (const QVariant& value :
-             {QVariant(pointId), str(item.path), str(item.parentPath()), str(item.name()), QVariant(item.type),
-              stamp(item.modifiedUtc), QVariant(item.size), QVariant(item.deleted), str(item.object),
-              QVariant(item.checksum.isNull() ? QByteArray("") : item.checksum), QVariant(item.modifiedNs),
-              QVariant(item.changedNs), QVariant(qint64(item.inode)), QVariant(qint64(item.mode)),
-              QVariant(item.owner), QVariant(item.group), str(item.linkTarget)})
+        for (const QVariant& value : {QVariant(pointId), str(item.path), str(item.parentPath()), str(item.name()),
+                 QVariant(item.type), stamp(item.modifiedUtc), QVariant(item.size), QVariant(item.deleted),
+                 str(item.object), QVariant(item.checksum.isNull() ? QByteArray("") : item.checksum),
+                 QVariant(item.modifiedNs), QVariant(item.changedNs), QVariant(qint64(item.inode)),
+                 QVariant(qint64(item.mode)), QVariant(item.owner), QVariant(item.group), str(item.linkTarget),
+                 QVariant(item.encoding), QVariant(item.storedSize)})
             c.addBindValue(value);
         if (!c.exec()) {
             m_db.fail(QStringLiteral("Cannot record the content of the restore point: %1").arg(c.lastError().text()));

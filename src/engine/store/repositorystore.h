@@ -26,15 +26,15 @@ public:
     std::optional<StoredBunch> bunch(const QUuid& connectionId, const QUuid& bunchId);
     QList<StoredGeneration> generations(const QUuid& connectionId, const QUuid& bunchId);
     std::optional<StoredGeneration> generation(const QUuid& generationId);
-    QList<StoredRestorePoint> restorePoints(const QUuid& connectionId, const QUuid& bunchId,
-                                            const QUuid& generationId = QUuid());
+    QList<StoredRestorePoint> restorePoints(
+        const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId = QUuid());
     // The last restore point recorded, by the order of recording: a clock
     // set backwards cannot make an older point look newer.
     std::optional<StoredRestorePoint> latestRestorePoint(const QUuid& connectionId, const QUuid& bunchId);
     // The restore point a restore asks for: the newest started at or before
     // `startUtc`, or with an invalid time the last recorded.
-    std::optional<StoredRestorePoint> restorePointAt(const QUuid& connectionId, const QUuid& bunchId,
-                                                     const QDateTime& startUtc);
+    std::optional<StoredRestorePoint> restorePointAt(
+        const QUuid& connectionId, const QUuid& bunchId, const QDateTime& startUtc);
     QList<StoredContent> content(qint64 restorePointRowId);
     // The children of `parent` in a restore point, a page at a time.
     QList<StoredContent> contentChildren(qint64 restorePointRowId, const QString& parent, int offset, int limit);
@@ -43,8 +43,8 @@ public:
 
     // Inside a caller's transaction: the bunch, the generation's figures,
     // the restore point and its content. Answers the point's row, 0 on error.
-    qint64 insertRestorePoint(const StoredBunch& bunch, const StoredRestorePoint& point,
-                              const QList<StoredContent>& content);
+    qint64 insertRestorePoint(
+        const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content);
 
 private:
     StoreDatabase& m_db;

@@ -4,9 +4,9 @@
 #include <QSqlQuery>
 #include <QVariant>
 
-#include "storedatabase.h"
 #include "planstore.h"
 #include "repositorystore.h"
+#include "storedatabase.h"
 #include "storevalues.h"
 
 namespace NVB::Engine {
@@ -15,15 +15,15 @@ using namespace StoreValues;
 
 RunStore::RunStore(StoreDatabase& database)
     : m_db(database)
-{
-}
+{ }
 
 std::optional<qint64> RunStore::beginRun(const RunRecord& run)
 {
     qint64 id = 0;
     const bool ok = m_db.transaction([&] {
         QSqlQuery q(m_db.database());
-        q.prepare(QStringLiteral("INSERT INTO runs(plan_id, plan_name, operation, result, start_utc) VALUES(?,?,?,?,?)"));
+        q.prepare(
+            QStringLiteral("INSERT INTO runs(plan_id, plan_name, operation, result, start_utc) VALUES(?,?,?,?,?)"));
         q.addBindValue(text(run.planId));
         q.addBindValue(str(run.planName));
         q.addBindValue(run.operation);
@@ -38,8 +38,7 @@ std::optional<qint64> RunStore::beginRun(const RunRecord& run)
 }
 
 bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
-                         const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content,
-                         qint64* pointRowId)
+    const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content, qint64* pointRowId)
 {
     const bool withPoint = bunch && point;
     qint64 made = 0;
@@ -50,7 +49,7 @@ bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files
             q.prepare(QStringLiteral(
                 "UPDATE runs SET result=?, duration=?, size=?, file_count=?, error_message=? WHERE id=?"));
             for (const QVariant& value : {QVariant(run.result), QVariant(run.durationSeconds), QVariant(run.size),
-                                          QVariant(run.fileCount), str(run.errorMessage), QVariant(run.id)})
+                     QVariant(run.fileCount), str(run.errorMessage), QVariant(run.id)})
                 q.addBindValue(value);
             if (!q.exec())
                 return m_db.fail(QStringLiteral("Cannot close the run: %1").arg(q.lastError().text()));
@@ -59,10 +58,9 @@ bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files
             f.prepare(QStringLiteral("INSERT INTO run_files(run_id, plan_id, plan_name, file, operation, size, "
                                      "modified_utc, finish_utc, duration, message) VALUES(?,?,?,?,?,?,?,?,?,?)"));
             for (const RunFileRecord& file : files) {
-                for (const QVariant& value :
-                     {QVariant(run.id), QVariant(text(file.planId)), str(file.planName), str(file.file),
-                      QVariant(file.operation), QVariant(file.size), stamp(file.modifiedUtc), stamp(file.finishUtc),
-                      QVariant(file.durationMs), str(file.message)})
+                for (const QVariant& value : {QVariant(run.id), QVariant(text(file.planId)), str(file.planName),
+                         str(file.file), QVariant(file.operation), QVariant(file.size), stamp(file.modifiedUtc),
+                         stamp(file.finishUtc), QVariant(file.durationMs), str(file.message)})
                     f.addBindValue(value);
                 if (!f.exec())
                     return m_db.fail(QStringLiteral("Cannot record a file of the run: %1").arg(f.lastError().text()));
@@ -134,7 +132,7 @@ QList<RunRecord> RunStore::runs(const HistoryQuery& query)
     QVariantList values;
     const QString sql = QStringLiteral("SELECT id, plan_id, plan_name, operation, result, start_utc, duration, size, "
                                        "file_count, error_message FROM runs")
-                        + historyFilter(query, "start_utc", "plan_name", &values);
+        + historyFilter(query, "start_utc", "plan_name", &values);
     QSqlQuery q(m_db.database());
     q.prepare(sql);
     for (const QVariant& value : qAsConst(values))
@@ -166,7 +164,7 @@ QList<RunFileRecord> RunStore::runFiles(const HistoryQuery& query)
     QVariantList values;
     const QString sql = QStringLiteral("SELECT id, run_id, plan_id, plan_name, file, operation, size, modified_utc, "
                                        "finish_utc, duration, message FROM run_files")
-                        + historyFilter(query, "finish_utc", "file", &values);
+        + historyFilter(query, "finish_utc", "file", &values);
     QSqlQuery q(m_db.database());
     q.prepare(sql);
     for (const QVariant& value : qAsConst(values))

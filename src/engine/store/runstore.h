@@ -32,8 +32,8 @@ public:
     // run with a restore point commits durably. *pointRowId receives the
     // new restore point's row.
     bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
-                   const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content,
-                   qint64* pointRowId = nullptr);
+        const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content,
+        qint64* pointRowId = nullptr);
     // Marks runs left "running" by a previous engine as interrupted, and
     // every plan idle; answers how many runs there were.
     int closeInterruptedRuns(int runningResult, int interruptedResult, int idleStatus);

@@ -14,8 +14,7 @@ namespace NVB::Engine {
 
 StoreDatabase::StoreDatabase()
     : m_connectionName(QStringLiteral("nvbengine-%1").arg(QUuid::createUuid().toString(QUuid::Id128)))
-{
-}
+{ }
 
 StoreDatabase::~StoreDatabase()
 {

@@ -12,7 +12,7 @@ struct StoredContent
 {
     enum Type { Folder = 1, File = 2, Link = 3 };
 
-    QString path;   // absolute source path
+    QString path; // absolute source path
     int type = File;
     QDateTime modifiedUtc;
     qint64 size = 0;
@@ -36,6 +36,10 @@ struct StoredContent
     qint64 owner = -1;
     qint64 group = -1;
     QString linkTarget;
+    // How the object holds the data (an ObjectEncoding value) and the
+    // object's own size; -1 where it equals `size` (plain copies).
+    int encoding = 0;
+    qint64 storedSize = -1;
 
     QString parentPath() const;
     QString name() const;

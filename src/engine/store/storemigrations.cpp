@@ -12,7 +12,7 @@ QVector<StoreMigrations::Migration> build()
     // 1: plans, accounts, history and the repository as the first engine
     // wrote them.
     steps.append({1,
-                  {QStringLiteral(R"(CREATE TABLE plans(
+        {QStringLiteral(R"(CREATE TABLE plans(
         id TEXT PRIMARY KEY, profile TEXT NOT NULL DEFAULT '', xml TEXT NOT NULL, name TEXT NOT NULL,
         type INTEGER NOT NULL, subtype INTEGER NOT NULL, storage_id TEXT,
         status INTEGER NOT NULL DEFAULT 0, last_result INTEGER NOT NULL DEFAULT -1, last_run_utc TEXT,
@@ -20,43 +20,43 @@ QVector<StoreMigrations::Migration> build()
         last_file_size INTEGER NOT NULL DEFAULT 0, last_uploaded_count INTEGER NOT NULL DEFAULT 0,
         last_uploaded_size INTEGER NOT NULL DEFAULT 0, last_failed_count INTEGER NOT NULL DEFAULT 0,
         last_message TEXT NOT NULL DEFAULT '', last_scheduled_utc TEXT))"),
-                   QStringLiteral(R"(CREATE TABLE accounts(
+            QStringLiteral(R"(CREATE TABLE accounts(
         id TEXT PRIMARY KEY, profile TEXT NOT NULL DEFAULT '', display_name TEXT NOT NULL,
         type INTEGER NOT NULL, prefix TEXT NOT NULL DEFAULT '', params TEXT NOT NULL))"),
-                   QStringLiteral(R"(CREATE TABLE runs(
+            QStringLiteral(R"(CREATE TABLE runs(
         id INTEGER PRIMARY KEY AUTOINCREMENT, plan_id TEXT NOT NULL, plan_name TEXT NOT NULL DEFAULT '',
         operation INTEGER NOT NULL, result INTEGER NOT NULL, start_utc TEXT NOT NULL,
         duration INTEGER NOT NULL DEFAULT 0, size INTEGER NOT NULL DEFAULT 0,
         file_count INTEGER NOT NULL DEFAULT 0, error_message TEXT NOT NULL DEFAULT ''))"),
-                   QStringLiteral("CREATE INDEX runs_by_plan ON runs(plan_id, id)"),
-                   QStringLiteral(R"(CREATE TABLE run_files(
+            QStringLiteral("CREATE INDEX runs_by_plan ON runs(plan_id, id)"), QStringLiteral(R"(CREATE TABLE run_files(
         id INTEGER PRIMARY KEY AUTOINCREMENT, run_id INTEGER NOT NULL REFERENCES runs(id) ON DELETE CASCADE,
         plan_id TEXT NOT NULL, plan_name TEXT NOT NULL DEFAULT '', file TEXT NOT NULL,
         operation INTEGER NOT NULL, size INTEGER NOT NULL DEFAULT 0, modified_utc TEXT, finish_utc TEXT,
         duration INTEGER NOT NULL DEFAULT 0, message TEXT NOT NULL DEFAULT ''))"),
-                   QStringLiteral("CREATE INDEX run_files_by_plan ON run_files(plan_id, id)"),
-                   QStringLiteral("CREATE INDEX run_files_by_run ON run_files(run_id)"),
-                   QStringLiteral(R"(CREATE TABLE bunches(
+            QStringLiteral("CREATE INDEX run_files_by_plan ON run_files(plan_id, id)"),
+            QStringLiteral("CREATE INDEX run_files_by_run ON run_files(run_id)"),
+            QStringLiteral(R"(CREATE TABLE bunches(
         connection_id TEXT NOT NULL, id TEXT NOT NULL, display_name TEXT NOT NULL DEFAULT '',
         type INTEGER NOT NULL DEFAULT 0, plan_xml TEXT NOT NULL DEFAULT '', PRIMARY KEY(connection_id, id)))"),
-                   QStringLiteral(R"(CREATE TABLE generations(
+            QStringLiteral(R"(CREATE TABLE generations(
         id TEXT PRIMARY KEY, bunch_id TEXT NOT NULL, connection_id TEXT NOT NULL,
         status INTEGER NOT NULL DEFAULT 0, broken_type INTEGER NOT NULL DEFAULT 0,
         deep_sync INTEGER NOT NULL DEFAULT 0, encrypted INTEGER NOT NULL DEFAULT 0,
         hint TEXT NOT NULL DEFAULT '', storage_size INTEGER NOT NULL DEFAULT 0))"),
-                   QStringLiteral(R"(CREATE TABLE restore_points(
+            QStringLiteral(R"(CREATE TABLE restore_points(
         id INTEGER PRIMARY KEY AUTOINCREMENT, connection_id TEXT NOT NULL, bunch_id TEXT NOT NULL,
         generation_id TEXT NOT NULL REFERENCES generations(id) ON DELETE CASCADE, sequence INTEGER NOT NULL,
         start_utc TEXT NOT NULL, backup_type INTEGER NOT NULL, type INTEGER NOT NULL, status INTEGER NOT NULL,
         deep_sync INTEGER NOT NULL DEFAULT 0, encrypted INTEGER NOT NULL DEFAULT 0,
         size_on_storage INTEGER NOT NULL DEFAULT 0, UNIQUE(generation_id, sequence)))"),
-                   QStringLiteral("CREATE INDEX restore_points_by_bunch ON restore_points(connection_id, bunch_id, start_utc)"),
-                   QStringLiteral(R"(CREATE TABLE contents(
+            QStringLiteral(
+                "CREATE INDEX restore_points_by_bunch ON restore_points(connection_id, bunch_id, start_utc)"),
+            QStringLiteral(R"(CREATE TABLE contents(
         restore_point INTEGER NOT NULL REFERENCES restore_points(id) ON DELETE CASCADE,
         path TEXT NOT NULL, parent TEXT NOT NULL, name TEXT NOT NULL, type INTEGER NOT NULL,
         modified_utc TEXT, size INTEGER NOT NULL DEFAULT 0, deleted INTEGER NOT NULL DEFAULT 0,
         object TEXT NOT NULL DEFAULT '', PRIMARY KEY(restore_point, path)) WITHOUT ROWID)"),
-                   QStringLiteral("CREATE INDEX contents_by_parent ON contents(restore_point, parent, name)")}});
+            QStringLiteral("CREATE INDEX contents_by_parent ON contents(restore_point, parent, name)")}});
     // 2: each stored file's SHA-256, taken while it was copied and checked
     // on every restore and verify run. Empty for copies made before.
     steps.append({2, {QStringLiteral("ALTER TABLE contents ADD COLUMN checksum BLOB NOT NULL DEFAULT x''")}});
@@ -64,16 +64,22 @@ QVector<StoreMigrations::Migration> build()
     // time in nanoseconds, the inode change time and the inode. Zero for rows
     // written before, which makes the next run copy those files once more.
     steps.append({3,
-                  {QStringLiteral("ALTER TABLE contents ADD COLUMN modified_ns INTEGER NOT NULL DEFAULT 0"),
-                   QStringLiteral("ALTER TABLE contents ADD COLUMN changed_ns INTEGER NOT NULL DEFAULT 0"),
-                   QStringLiteral("ALTER TABLE contents ADD COLUMN inode INTEGER NOT NULL DEFAULT 0")}});
+        {QStringLiteral("ALTER TABLE contents ADD COLUMN modified_ns INTEGER NOT NULL DEFAULT 0"),
+            QStringLiteral("ALTER TABLE contents ADD COLUMN changed_ns INTEGER NOT NULL DEFAULT 0"),
+            QStringLiteral("ALTER TABLE contents ADD COLUMN inode INTEGER NOT NULL DEFAULT 0")}});
     // 4: what a restore puts back besides the data: permission bits, owner
     // and group (-1: not known), and the target of a symbolic link.
     steps.append({4,
-                  {QStringLiteral("ALTER TABLE contents ADD COLUMN mode INTEGER NOT NULL DEFAULT 0"),
-                   QStringLiteral("ALTER TABLE contents ADD COLUMN owner INTEGER NOT NULL DEFAULT -1"),
-                   QStringLiteral("ALTER TABLE contents ADD COLUMN grp INTEGER NOT NULL DEFAULT -1"),
-                   QStringLiteral("ALTER TABLE contents ADD COLUMN link_target TEXT NOT NULL DEFAULT ''")}});
+        {QStringLiteral("ALTER TABLE contents ADD COLUMN mode INTEGER NOT NULL DEFAULT 0"),
+            QStringLiteral("ALTER TABLE contents ADD COLUMN owner INTEGER NOT NULL DEFAULT -1"),
+            QStringLiteral("ALTER TABLE contents ADD COLUMN grp INTEGER NOT NULL DEFAULT -1"),
+            QStringLiteral("ALTER TABLE contents ADD COLUMN link_target TEXT NOT NULL DEFAULT ''")}});
+    // 5: how each object holds its file's data (0 plain, 1 zstd) and the
+    // object's own size, which a compressed copy's reuse check compares
+    // (-1: as the file's size, for rows written before).
+    steps.append({5,
+        {QStringLiteral("ALTER TABLE contents ADD COLUMN encoding INTEGER NOT NULL DEFAULT 0"),
+            QStringLiteral("ALTER TABLE contents ADD COLUMN stored_size INTEGER NOT NULL DEFAULT -1")}});
     return steps;
 }
 

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+
+#include <QByteArray>
+#include <QString>
+
+#include "objectencoding.h"
+
+typedef struct ZSTD_DCtx_s ZSTD_DCtx;
+
+namespace NVB::Engine {
+
+// Reads a storage object back as the file's plain bytes. A damaged or cut
+// short object is an error, never a short file.
+class ObjectDecoder
+{
+public:
+    ObjectDecoder(int fd, ObjectEncoding encoding);
+    ~ObjectDecoder();
+    ObjectDecoder(const ObjectDecoder&) = delete;
+    ObjectDecoder& operator=(const ObjectDecoder&) = delete;
+
+    // Plain bytes into `buffer`: their count, 0 at the end, -1 on an error
+    // (errno set for a failed read; error() tells either way).
+    ssize_t read(char* buffer, size_t capacity);
+    QString error() const { return m_error; }
+
+private:
+    ssize_t readRaw(char* buffer, size_t capacity);
+
+    int m_fd;
+    ObjectEncoding m_encoding;
+    ZSTD_DCtx* m_context = nullptr;
+    QByteArray m_in;
+    size_t m_inPos = 0;
+    size_t m_inSize = 0;
+    bool m_inEnded = false;
+    size_t m_frameLeft = 1; // what the last decompress call said was missing
+    QString m_error;
+};
+
+} // namespace NVB::Engine
