@@ -60,7 +60,7 @@ private slots:
     void onRunProgress(const QUuid& planId, int subtype, const NVB::Engine::RunProgress& progress);
     void onRunFinished(const QUuid& planId, int subtype, int planResult, const NVB::Engine::StoredRestorePoint& point,
                        bool newBunch, bool newGeneration);
-    void onDue(const QUuid& planId);
+    void onDue(const QUuid& planId, bool forceFull);
 
 private:
     void notifyStateChange(const QUuid& planId, int state, int lastState);
