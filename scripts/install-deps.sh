@@ -8,6 +8,7 @@ packages=(
     fonts-dejavu-core libssl-dev libssh-dev
     xvfb xauth
     openssh-server openssh-client
+    rsync
 )
 
 missing=()
