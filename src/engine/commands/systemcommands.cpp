@@ -1,13 +1,13 @@
 #include "systemcommands.h"
 
 #include <QFile>
-#include <QFutureWatcher>
-#include <QtConcurrent>
 #include <QFileInfo>
+#include <QFutureWatcher>
 #include <QSaveFile>
 #include <QSslCertificate>
 #include <QSslSocket>
 #include <QUrl>
+#include <QtConcurrent>
 
 #include "core/engine.h"
 #include "paramreader.h"
