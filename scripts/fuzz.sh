@@ -37,7 +37,7 @@ run() {
     mkdir -p "$build/corpus/$corpus"
     echo "== $target for $seconds s"
     # Undefined behaviour is a finding too, not just a line in the output.
-    UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
+    UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 LSAN_OPTIONS=suppressions="$root/tests/fuzz/lsan-qt.supp" \
     "$build/tests/fuzz/$target" -max_total_time="$seconds" -max_len=16384 -timeout=10 -rss_limit_mb=4096 \
         -artifact_prefix="$build/crashes/$target-" \
         "$build/corpus/$corpus" "$root/tests/fuzz/corpus/$corpus"
