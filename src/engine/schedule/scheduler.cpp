@@ -31,7 +31,8 @@ Scheduler::Scheduler(EngineStore* store, QObject* parent)
     , m_store(store)
 {
     m_timer.setSingleShot(true);
-    m_timer.setTimerType(Qt::CoarseTimer);
+    // A coarse timer may fire 5% late, beyond the minute promised.
+    m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &Scheduler::check);
 }
 
