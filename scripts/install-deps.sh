@@ -9,6 +9,7 @@ packages=(
     xvfb xauth
     openssh-server openssh-client
     mount e2fsprogs
+    rsync
 )
 
 missing=()

@@ -65,7 +65,10 @@ int main(int argc, char* argv[])
     NVB::Engine::Notifier notifier;
     NVB::Engine::Engine engine(&store, &notifier);
     NVB::Engine::CommandRouter router(&engine);
-    NVB::Engine::EngineServer server([&router](const QJsonObject& request) { return router.handle(request); });
+    NVB::Engine::EngineServer server(
+        [&router](const QJsonObject& request, const NVB::Engine::EngineServer::Reply& reply) {
+            router.handle(request, reply);
+        });
     notifier.setSink([&server](const QJsonObject& frame) { server.broadcast(frame); });
     if (!server.listen(socketPath, &error))
         return fail(error);

@@ -1,4 +1,6 @@
 #include <QJsonArray>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QtTest>
 
 #include "commands/commandrouter.h"
@@ -82,6 +84,108 @@ private slots:
                                                          QJsonObject{{"planId", 17}}));
         QCOMPARE(wrongType.value("status").toInt(), 3);
         QVERIFY(wrongType.value("error_message").toString().contains(QStringLiteral("wrong type")));
+    }
+
+    void shouldRefuseNumbersOutOfRange()
+    {
+        const auto error = [this](const QString& command, const QJsonObject& params) {
+            return m_router->handle(v1(command, params)).value("error_string").toString();
+        };
+        // Casting these to an integer is undefined; they are refused by name.
+        QCOMPARE(error("HistoryListByPlan", {{"lastID", 1e300}}), QStringLiteral("The argument \"lastID\" is out of range"));
+        QCOMPARE(error("HistoryListByPlan", {{"lastID", -5}}), QStringLiteral("The argument \"lastID\" is out of range"));
+        QCOMPARE(error("HistoryListByFiles", {{"lastId", "99999999999999999999"}}),
+                 QStringLiteral("The argument \"lastId\" is not a number"));
+        QCOMPARE(error("HistoryListByFiles", {{"lastId", 2.5}}),
+                 QStringLiteral("The argument \"lastId\" is not a whole number"));
+        QCOMPARE(error("HistoryListByFiles", {{"filterOperationType", -1e19}}),
+                 QStringLiteral("The argument \"filterOperationType\" is out of range"));
+        QCOMPARE(error("SaveStorage", {{"ID", QUuid::createUuid().toString()}, {"displayName", "Disk"},
+                                       {"type", 4294967297.0}, {"params", QJsonObject()}}),
+                 QStringLiteral("The argument \"type\" is out of range"));
+        QCOMPARE(m_router->handle(v1("HistoryListByPlan", QJsonObject{{"lastID", "9007199254740992"}}))
+                     .value("status")
+                     .toString(),
+                 QStringLiteral("success"));
+    }
+
+    void shouldPageFileHistoryByOperation()
+    {
+        // 300 copied files, then 10 failed ones: the newest page of 200 rows
+        // holds only failures, and the filter must still fill pages of copies.
+        RunRecord run;
+        run.planId = QUuid::createUuid();
+        run.planName = QStringLiteral("Paged");
+        run.startUtc = QDateTime::currentDateTimeUtc();
+        const auto runId = m_store.beginRun(run);
+        QVERIFY(runId);
+        run.id = *runId;
+        QList<RunFileRecord> files;
+        for (int i = 0; i < 310; ++i) {
+            RunFileRecord file;
+            file.planId = run.planId;
+            file.planName = run.planName;
+            file.file = QStringLiteral("/data/%1").arg(i);
+            file.operation = i < 300 ? RunFileRecord::Copied : RunFileRecord::Failed;
+            file.finishUtc = run.startUtc;
+            files << file;
+        }
+        StoredPlan summary;
+        summary.id = run.planId;
+        summary.name = run.planName;
+        QVERIFY(m_store.finishRun(run, files, summary, nullptr, nullptr, {}));
+
+        QStringList seen;
+        qint64 lastId = 0;
+        QList<int> pages;
+        for (;;) {
+            QJsonObject params{{"planId", run.planId.toString(QUuid::WithoutBraces)}, {"filterOperationType", 1}};
+            if (lastId > 0)
+                params.insert("lastId", double(lastId));
+            const QJsonArray rows =
+                m_router->handle(v1("HistoryListByFiles", params)).value("data").toObject().value("HistoryListByFiles").toArray();
+            if (rows.isEmpty())
+                break;
+            pages << rows.size();
+            for (const QJsonValue& row : rows) {
+                QCOMPARE(row.toObject().value("Operation").toInt(), 1);
+                seen << row.toObject().value("File").toString();
+                lastId = qint64(row.toObject().value("ID").toDouble());
+            }
+        }
+        QCOMPARE(pages, (QList<int>{200, 100}));
+        QCOMPARE(seen.size(), 300);
+    }
+
+    void shouldFetchCertificatesWithoutHoldingUpOtherRequests()
+    {
+        // A server that accepts and then says nothing, as a dead TLS service
+        // does; it hangs up after a while so the test ends soon.
+        QTcpServer silent;
+        QVERIFY(silent.listen(QHostAddress::LocalHost));
+        QList<QTcpSocket*> held;
+        connect(&silent, &QTcpServer::newConnection, this, [&] {
+            while (QTcpSocket* socket = silent.nextPendingConnection())
+                held << socket;
+        });
+        QJsonObject certificateReply;
+        const bool answers = m_router->handle(
+            v1("GetPeerSslCertificate", QJsonObject{{"endpoint", QStringLiteral("127.0.0.1:%1").arg(silent.serverPort())}}),
+            [&certificateReply](const QJsonObject& reply) { certificateReply = reply; });
+        QVERIFY(answers);
+        // The serving thread is free: other requests are answered meanwhile.
+        QCOMPARE(m_router->handle(v1("PlanGetList")).value("status").toString(), QStringLiteral("success"));
+        QTRY_COMPARE(held.size(), 1);
+        QVERIFY(certificateReply.isEmpty());
+        qDeleteAll(held);
+        QTRY_VERIFY_WITH_TIMEOUT(!certificateReply.isEmpty(), 15000);
+        QCOMPARE(certificateReply.value("status").toString(), QStringLiteral("error"));
+        QVERIFY2(certificateReply.value("error_string").toString().startsWith(QStringLiteral("Can't get the certificate of 127.0.0.1")),
+                 qPrintable(certificateReply.value("error_string").toString()));
+
+        // Bad arguments are answered at once, through the same path.
+        const QJsonObject missing = m_router->handle(v1("GetPeerSslCertificate"));
+        QCOMPARE(missing.value("error_string").toString(), QStringLiteral("The argument \"endpoint\" is missing"));
     }
 
     void shouldNotifyAddThenUpdate()

@@ -25,8 +25,54 @@ private:
         return schedule;
     }
 
+    // Runs the rest of a test in a real zone with daylight saving.
+    struct Zone
+    {
+        explicit Zone(const char* name) { qputenv("TZ", name); }
+        ~Zone() { qputenv("TZ", "UTC"); }
+    };
+
 private slots:
     void initTestCase() { qputenv("TZ", "UTC"); }
+
+    void shouldRunOnceAcrossDaylightSavingEdges()
+    {
+        const Zone berlin("Europe/Berlin");
+        // 2026-03-29 02:00 CET jumps to 03:00 CEST: a 02:30 run happens at
+        // 03:00, the first minute after the gap, and the next day at 02:30.
+        Schedule gap = recurring(Schedule::Daily);
+        gap.setOccursAt(QTime(2, 30));
+        const QDateTime spring = ScheduleCalculator::nextRun(gap, at(2026, 3, 29, 1));
+        QCOMPARE(spring.toUTC(), QDateTime(QDate(2026, 3, 29), QTime(1, 0), Qt::UTC));
+        QCOMPARE(ScheduleCalculator::nextRun(gap, spring).toUTC(), QDateTime(QDate(2026, 3, 30), QTime(0, 30), Qt::UTC));
+
+        // 2026-10-25 03:00 CEST falls back to 02:00 CET: 02:30 comes twice
+        // and runs at the first only (00:30 UTC), then the next day.
+        const QDateTime autumn = ScheduleCalculator::nextRun(gap, at(2026, 10, 25, 1));
+        QCOMPARE(autumn.toUTC(), QDateTime(QDate(2026, 10, 25), QTime(0, 30), Qt::UTC));
+        QCOMPARE(ScheduleCalculator::nextRun(gap, autumn).toUTC(), QDateTime(QDate(2026, 10, 26), QTime(1, 30), Qt::UTC));
+
+        // Every 30 minutes through the night: the repeated hour's wall-clock
+        // times run once each, the skipped hour's times merge into 03:00.
+        Schedule every = recurring(Schedule::Daily);
+        every.setDailyRecurrence(true);
+        every.setOccursEvery(30, QTime(0, 0), QTime(4, 0));
+        const auto runs = [&every](const QDateTime& from, const QDateTime& until) {
+            QList<QDateTime> list;
+            for (QDateTime t = ScheduleCalculator::nextRun(every, from); t.isValid() && t < until;
+                 t = ScheduleCalculator::nextRun(every, t))
+                list << t.toUTC();
+            return list;
+        };
+        const QList<QDateTime> fall = runs(at(2026, 10, 24, 23), at(2026, 10, 25, 5));
+        QCOMPARE(fall.size(), 9); // 00:00 ... 04:00 once each
+        QCOMPARE(fall.at(5), QDateTime(QDate(2026, 10, 25), QTime(0, 30), Qt::UTC)); // 02:30 CEST
+        QCOMPARE(fall.at(6), QDateTime(QDate(2026, 10, 25), QTime(2, 0), Qt::UTC)); // 03:00 CET
+        const QList<QDateTime> spring2 = runs(at(2026, 3, 28, 23), at(2026, 3, 29, 5));
+        QCOMPARE(spring2.size(), 7); // 00:00 ... 01:30, 03:00 ... 04:00
+        QCOMPARE(spring2.at(3), QDateTime(QDate(2026, 3, 29), QTime(0, 30), Qt::UTC)); // 01:30 CET
+        QCOMPARE(spring2.at(4), QDateTime(QDate(2026, 3, 29), QTime(1, 0), Qt::UTC)); // 03:00 CEST
+    }
 
     void shouldNotRunWhenDisabledOrPast()
     {

@@ -64,7 +64,7 @@ QString readQuery(ParamReader& args, const QJsonObject& params, const char* plan
                   const char* periodKey, const char* filterKey, HistoryQuery* query)
 {
     query->planId = planIdArgument(args, planKey, params);
-    query->lastId = args.integer(lastKey, 0);
+    query->lastId = args.integer(lastKey, 0, 0);
     query->filter = args.string(filterKey, false);
     const QString period = args.string(periodKey, false);
     query->limit = PageSize;
@@ -131,13 +131,12 @@ void HistoryCommands::add(Engine* engine, V1Handlers* handlers)
             return Outcome::failure(error);
         const bool csv = args.boolean(Request::GenerateCSV);
         // 0 or missing: every operation; otherwise only that RunFileRecord::Operation.
-        const int operation = int(args.integer(Request::FilterOperationType::Key, 0));
+        // The store filters, so that a page holds a full page of matches.
+        query.fileOperation = int(args.integer(Request::FilterOperationType::Key, 0, 0, 1000));
         if (!args.ok())
             return Outcome::failure(args.error());
         QJsonArray rows;
         for (const RunFileRecord& file : engine->store()->runFiles(query)) {
-            if (operation > 0 && file.operation != operation)
-                continue;
             QJsonObject row{
                 {key(Reply::ID), double(file.id)},
                 // The key is "PlanId", but the console shows it as the plan's name.

@@ -1,5 +1,7 @@
 #include "paramreader.h"
 
+#include <cmath>
+
 namespace NVB::Engine {
 
 ParamReader::ParamReader(const QJsonObject& params)
@@ -50,22 +52,40 @@ bool ParamReader::boolean(const char* key, bool fallback)
     return value.toBool(fallback);
 }
 
-qint64 ParamReader::integer(const char* key, qint64 fallback)
+qint64 ParamReader::integer(const char* key, qint64 fallback, qint64 min, qint64 max)
 {
     const QJsonValue value = m_params.value(QLatin1String(key));
     if (value.isUndefined() || value.isNull())
         return fallback;
+    min = qMax(min, -ExactLimit);
+    max = qMin(max, ExactLimit);
     // Ids of history rows may come as numbers or as decimal texts.
     if (value.isString()) {
+        if (value.toString().isEmpty())
+            return fallback;
         bool ok = false;
         const qint64 number = value.toString().toLongLong(&ok);
-        if (ok || value.toString().isEmpty())
-            return ok ? number : fallback;
-    } else if (value.isDouble()) {
-        return qint64(value.toDouble());
+        if (ok && number >= min && number <= max)
+            return number;
+        fail(key, ok ? QStringLiteral("is out of range") : QStringLiteral("is not a number"));
+        return fallback;
     }
-    fail(key, QStringLiteral("is not a number"));
-    return fallback;
+    if (!value.isDouble()) {
+        fail(key, QStringLiteral("is not a number"));
+        return fallback;
+    }
+    // Compared as doubles before any cast: a double outside the integer's
+    // range has no defined conversion.
+    const double number = value.toDouble();
+    if (!std::isfinite(number) || number < double(min) || number > double(max)) {
+        fail(key, QStringLiteral("is out of range"));
+        return fallback;
+    }
+    if (std::trunc(number) != number) {
+        fail(key, QStringLiteral("is not a whole number"));
+        return fallback;
+    }
+    return qint64(number);
 }
 
 QJsonObject ParamReader::object(const char* key, bool required)

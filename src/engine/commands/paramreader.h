@@ -16,7 +16,10 @@ public:
     QUuid uuid(const char* key, bool required = true);
     QString string(const char* key, bool required = true);
     bool boolean(const char* key, bool fallback = false);
-    qint64 integer(const char* key, qint64 fallback = 0);
+    // Whole numbers from `min` to `max`, which lie within the ±2^53 that a
+    // JSON number holds exactly; anything else is refused, not cast.
+    static constexpr qint64 ExactLimit = qint64(1) << 53;
+    qint64 integer(const char* key, qint64 fallback = 0, qint64 min = -ExactLimit, qint64 max = ExactLimit);
     QJsonObject object(const char* key, bool required = true);
 
     bool ok() const { return m_error.isEmpty(); }

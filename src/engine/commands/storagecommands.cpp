@@ -1,5 +1,7 @@
 #include "storagecommands.h"
 
+#include <limits>
+
 #include "core/engine.h"
 #include "paramreader.h"
 #include "service/commands/storage.h"
@@ -26,7 +28,7 @@ void StorageCommands::add(Engine* engine, V1Handlers* handlers)
         account.displayName = args.string(Storage::SaveStorage::Request::DisplayName);
         account.prefix = args.string(Storage::SaveStorage::Request::Prefix, false);
         account.profile = args.string(Storage::SaveStorage::Request::Profile, false);
-        account.type = int(args.integer(Storage::SaveStorage::Request::Type, -1));
+        account.type = int(args.integer(Storage::SaveStorage::Request::Type, -1, 0, std::numeric_limits<int>::max()));
         account.params = args.object(Storage::SaveStorage::Request::Params);
         if (args.ok() && account.type < 0)
             return Outcome::failure(QStringLiteral("The argument \"type\" is missing"));

@@ -2,10 +2,12 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QFutureWatcher>
 #include <QSaveFile>
 #include <QSslCertificate>
 #include <QSslSocket>
 #include <QUrl>
+#include <QtConcurrent>
 
 #include "core/engine.h"
 #include "paramreader.h"
@@ -101,14 +103,23 @@ QString SystemCommands::trustedCertificatesFile(Engine* engine)
     return QFileInfo(engine->store()->filePath()).absolutePath() + QStringLiteral("/trusted-certificates.pem");
 }
 
-void SystemCommands::add(Engine* engine, V1Handlers* handlers)
+void SystemCommands::add(Engine* engine, V1Handlers* handlers, V1DeferredHandlers* deferred)
 {
-    handlers->insert(key(System::GetPeerSslCertificate::Name), [](const QJsonObject& params) {
+    deferred->insert(key(System::GetPeerSslCertificate::Name), [](const QJsonObject& params, V1Done done) {
         ParamReader args(params);
         const QString endpoint = args.string(System::GetPeerSslCertificate::Request::EndPoint);
-        if (!args.ok())
-            return Outcome::failure(args.error());
-        return peerCertificate(endpoint);
+        if (!args.ok()) {
+            done(Outcome::failure(args.error()));
+            return;
+        }
+        // Connecting and the handshake may take the whole timeout; they run
+        // on a worker and the answer comes back to this thread.
+        auto* watcher = new QFutureWatcher<Outcome>();
+        QObject::connect(watcher, &QFutureWatcherBase::finished, watcher, [watcher, done] {
+            done(watcher->result());
+            watcher->deleteLater();
+        });
+        watcher->setFuture(QtConcurrent::run(&peerCertificate, endpoint));
     });
     handlers->insert(key(System::AppendToSslStorage::Name), [engine](const QJsonObject& params) {
         ParamReader args(params);

@@ -12,7 +12,7 @@ class Engine;
 class SystemCommands
 {
 public:
-    static void add(Engine* engine, V1Handlers* handlers);
+    static void add(Engine* engine, V1Handlers* handlers, V1DeferredHandlers* deferred);
 
     // How long the certificate fetch waits for the server, in milliseconds.
     static constexpr int PeerTimeout = 10000;

@@ -423,9 +423,9 @@ void Engine::onRunFinished(const QUuid& planId, int, int planResult, const Store
     m_notifier->notifyV2(added);
 }
 
-void Engine::onDue(const QUuid& planId)
+void Engine::onDue(const QUuid& planId, bool forceFull)
 {
-    const Outcome outcome = startPlan(planId, false);
+    const Outcome outcome = startPlan(planId, forceFull);
     if (!outcome.ok) {
         NVL::NvlDebug(QStringLiteral("NVB")).warning()
             << QStringLiteral("Scheduled run of plan %1 did not start: %2").arg(planId.toString(), outcome.error);

@@ -64,7 +64,7 @@ private slots:
     void onRunProgress(const QUuid& planId, int subtype, const NVB::Engine::RunProgress& progress);
     void onRunFinished(const QUuid& planId, int subtype, int planResult, const NVB::Engine::StoredRestorePoint& point,
                        bool newBunch, bool newGeneration);
-    void onDue(const QUuid& planId);
+    void onDue(const QUuid& planId, bool forceFull);
 
 private:
     // The first path of a file plan that is not a plain absolute path.

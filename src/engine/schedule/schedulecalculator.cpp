@@ -40,6 +40,33 @@ bool isRepeatMonth(const Schedule::MonthRepeat& repeat, const QDate& day)
 
 } // namespace
 
+QDateTime ScheduleCalculator::localInstant(const QDate& day, const QTime& time)
+{
+    QDateTime at(day, time);
+    if (!at.isValid()) {
+        // The clock skipped this time (spring forward): the run happens at
+        // the first minute that exists after the gap, so it is late rather
+        // than lost.
+        for (int minute = 1; minute <= 24 * 60 && !at.isValid(); ++minute) {
+            const QTime later = time.addSecs(minute * 60);
+            if (later < time)
+                return {};
+            at = QDateTime(day, later);
+        }
+        return at;
+    }
+    // The clock went back and this time exists twice: take the first, so a
+    // run fires before the hour repeats and not again within it.
+    const int before = at.addSecs(-3 * 3600).offsetFromUtc();
+    const int shift = before - at.offsetFromUtc();
+    if (shift > 0) {
+        const QDateTime earlier = at.addSecs(-shift);
+        if (earlier.date() == day && earlier.time() == time)
+            return earlier;
+    }
+    return at;
+}
+
 bool ScheduleCalculator::isRunDay(const Schedule& schedule, const QDate& day)
 {
     switch (schedule.frequencyType()) {
@@ -67,15 +94,19 @@ bool ScheduleCalculator::isRunDay(const Schedule& schedule, const QDate& day)
 QDateTime ScheduleCalculator::firstTimeOnDay(const Schedule& schedule, const QDate& day, const QDateTime& after)
 {
     if (!schedule.dailyRecurrence()) {
-        const QDateTime at(day, schedule.occursAt().isValid() ? schedule.occursAt() : QTime(0, 0));
-        return at > after ? at : QDateTime();
+        const QDateTime at = localInstant(day, schedule.occursAt().isValid() ? schedule.occursAt() : QTime(0, 0));
+        return at.isValid() && at > after ? at : QDateTime();
     }
     const auto every = schedule.occursEvery();
     const QTime from = every.from.isValid() ? every.from : QTime(0, 0);
     const QTime to = every.to.isValid() ? every.to : QTime(23, 59, 59);
     const int step = qMax(1, every.minutes) * 60;
-    for (QDateTime at(day, from); at.date() == day && at.time() <= to; at = at.addSecs(step)) {
-        if (at > after)
+    // Steps go by the wall clock, not by elapsed seconds: on the day the
+    // clock goes back the repeated hour is not run twice, and on the day it
+    // goes forward the times after the gap keep their places.
+    for (int offset = from.msecsSinceStartOfDay() / 1000; offset <= to.msecsSinceStartOfDay() / 1000; offset += step) {
+        const QDateTime at = localInstant(day, QTime(0, 0).addSecs(offset));
+        if (at.isValid() && at > after)
             return at;
     }
     return {};

@@ -12,10 +12,17 @@ namespace NVB::Engine {
 // the answers are in local time too and invalid when the schedule never fires
 // again (disabled, a single run in the past, nothing that matches within ten
 // years).
+//
+// Daylight saving: a time the clock skips (spring forward) runs at the first
+// minute after the gap; a time the clock passes twice (fall back) runs once,
+// at its first occurrence.
 class ScheduleCalculator
 {
 public:
     static QDateTime nextRun(const NVB::Info::Plan::Schedule& schedule, const QDateTime& after);
+
+    // The instant a local wall-clock time on a day means, with the rules above.
+    static QDateTime localInstant(const QDate& day, const QTime& time);
 
 private:
     static bool isRunDay(const NVB::Info::Plan::Schedule& schedule, const QDate& day);

@@ -1,7 +1,11 @@
 #include "engineserver.h"
 
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
+
+#include <cstring>
 
 #include <QDir>
 #include <QFile>
@@ -47,6 +51,24 @@ bool securePrivateFolder(const QString& folder, QString* error)
     return true;
 }
 
+// Whether something accepts connections on the socket file: a live engine,
+// whose socket must not be taken, as opposed to a file left by a dead one.
+bool somebodyListens(const QString& socketPath)
+{
+    const QByteArray path = QFile::encodeName(socketPath);
+    struct sockaddr_un address{};
+    if (path.size() >= int(sizeof address.sun_path))
+        return false;
+    address.sun_family = AF_UNIX;
+    memcpy(address.sun_path, path.constData(), size_t(path.size()));
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0)
+        return false;
+    const bool connected = ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(fd);
+    return connected;
+}
+
 } // namespace
 
 EngineServer::EngineServer(Handler handler, QObject* parent)
@@ -60,6 +82,12 @@ bool EngineServer::listen(const QString& socketPath, QString* error)
 {
     if (!securePrivateFolder(QFileInfo(socketPath).absolutePath(), error))
         return false;
+    if (somebodyListens(socketPath)) {
+        *error = QStringLiteral("Another engine is already serving %1; stop it first or give this one another "
+                                "socket with --socket")
+                     .arg(socketPath);
+        return false;
+    }
     if (!m_server.listen(socketPath)) {
         *error = QStringLiteral("Cannot listen on %1: %2").arg(socketPath, m_server.errorString());
         return false;
@@ -88,7 +116,22 @@ void EngineServer::broadcast(const QJsonObject& frame)
 {
     for (const auto& client : std::as_const(m_clients)) {
         if (client && client->isConnected())
-            client->send(frame);
+            send(client, frame);
+    }
+}
+
+void EngineServer::send(NVB::Channel::FrameSocket* socket, const QJsonObject& frame)
+{
+    if (!socket->isConnected())
+        return;
+    socket->send(frame);
+    const qint64 waiting = socket->socket()->bytesToWrite();
+    if (waiting > m_writeQueueLimit) {
+        warning() << QStringLiteral("A console that stopped reading was disconnected: %1 bytes waited for it "
+                                    "(the limit is %2)")
+                         .arg(waiting)
+                         .arg(m_writeQueueLimit);
+        socket->socket()->abort();
     }
 }
 
@@ -113,9 +156,12 @@ void EngineServer::onFrame(const QJsonObject& frame)
     auto* socket = qobject_cast<NVB::Channel::FrameSocket*>(sender());
     if (!socket)
         return;
-    const QJsonObject reply = m_handler(frame);
-    if (!reply.isEmpty())
-        socket->send(reply);
+    // The answer may come after the console or the server is gone.
+    m_handler(frame, [self = QPointer<EngineServer>(this), client = QPointer<NVB::Channel::FrameSocket>(socket)](
+                         const QJsonObject& reply) {
+        if (self && client && !reply.isEmpty())
+            self->send(client, reply);
+    });
 }
 
 } // namespace NVB::Engine

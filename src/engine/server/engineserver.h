@@ -19,22 +19,35 @@ namespace NVB::Engine {
 // Serves the engine's socket. The socket lies in a folder only its owner may
 // enter, and every connection is checked against the kernel's word about the
 // peer: only the user the engine runs as may talk to it.
+//
+// A console that stops reading is dropped once more than writeQueueLimit()
+// bytes wait for it, so one stuck console cannot make the engine's memory
+// grow without end.
 class EngineServer : public QObject
 {
     Q_OBJECT
 
 public:
-    // Answers one request frame with its reply frame.
-    using Handler = std::function<QJsonObject(const QJsonObject& request)>;
+    using Reply = std::function<void(const QJsonObject& reply)>;
+    // Answers one request frame by calling `reply` with its reply frame, at
+    // once or later; not at all when there is nothing to answer.
+    using Handler = std::function<void(const QJsonObject& request, const Reply& reply)>;
+
+    static constexpr qint64 DefaultWriteQueueLimit = 32ll * 1024 * 1024;
 
     explicit EngineServer(Handler handler, QObject* parent = nullptr);
 
+    // Refuses a socket on which another engine answers: its file is only
+    // replaced when nobody listens on it any more.
     bool listen(const QString& socketPath, QString* error);
     void close();
     QString socketPath() const { return m_server.path(); }
 
     void broadcast(const QJsonObject& frame);
     int clientCount() const;
+
+    qint64 writeQueueLimit() const { return m_writeQueueLimit; }
+    void setWriteQueueLimit(qint64 bytes) { m_writeQueueLimit = bytes; }
 
 signals:
     void clientConnected();
@@ -44,7 +57,10 @@ private slots:
     void onFrame(const QJsonObject& frame);
 
 private:
+    void send(NVB::Channel::FrameSocket* socket, const QJsonObject& frame);
+
     Handler m_handler;
+    qint64 m_writeQueueLimit = DefaultWriteQueueLimit;
     NVB::Channel::FrameServer m_server;
     QList<QPointer<NVB::Channel::FrameSocket>> m_clients;
 };

@@ -15,6 +15,7 @@ struct HistoryQuery
     Period period = Period::All;
     QString filter; // substring of the plan name, or of the file for file rows
     qint64 lastId = 0;
+    int fileOperation = 0; // file rows of this operation only; 0: every operation
     int limit = 100;
 
     // The earliest start that the period lets through; invalid for All.

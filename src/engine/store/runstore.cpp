@@ -115,6 +115,10 @@ QString historyFilter(const HistoryQuery& query, const char* timeColumn, const c
         sql += QStringLiteral(" AND instr(lower(%1), lower(?))>0").arg(QLatin1String(textColumn));
         *values << query.filter;
     }
+    if (query.fileOperation > 0) {
+        sql += QStringLiteral(" AND operation=?");
+        *values << query.fileOperation;
+    }
     if (query.lastId > 0) {
         sql += QStringLiteral(" AND id<?");
         *values << query.lastId;

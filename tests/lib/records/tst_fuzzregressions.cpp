@@ -4,6 +4,7 @@
 
 #include "records/disk/diskinfo.h"
 #include "records/plan/factory.h"
+#include "repositoryrecordsfuzz.h"
 #include "testmain.h"
 
 // Replays every kept fuzz input, seeds and former crashes alike, with the
@@ -18,6 +19,8 @@ private slots:
     void shouldReadKeptPlanInputs();
     void shouldReadKeptDiskInputs_data();
     void shouldReadKeptDiskInputs();
+    void shouldReadKeptRepositoryInputs_data();
+    void shouldReadKeptRepositoryInputs();
 
 private:
     static void addInputs(const QString& folder);
@@ -67,6 +70,17 @@ void TestFuzzRegressions::shouldReadKeptDiskInputs()
     const auto again = NVB::Info::DiskInfo::createFromXml(info->toXml());
     QVERIFY(again);
     QVERIFY(*again == *info);
+}
+
+void TestFuzzRegressions::shouldReadKeptRepositoryInputs_data()
+{
+    addInputs(QStringLiteral("repository"));
+}
+
+void TestFuzzRegressions::shouldReadKeptRepositoryInputs()
+{
+    QFETCH(QByteArray, input);
+    RepositoryRecordsFuzz::feed(input); // aborts on a record that does not read back
 }
 
 NVB_TEST_GUILESS_MAIN(TestFuzzRegressions)
