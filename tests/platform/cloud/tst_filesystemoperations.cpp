@@ -189,6 +189,14 @@ void TestFileSystemOperations::shouldFilterByPrefixInsideFolder()
     QCOMPARE(names(listing->data()), QStringList({"NVB_alpha/sub/NVB_inner/"}));
     QCOMPARE(listing->prefix(), QStringLiteral("NVB_alpha/sub/NVB_"));
 
+    // A sibling of the root is out of reach, however the prefix gets there.
+    QDir(m_dir->path()).mkpath(QStringLiteral("inner"));
+    for (const char* escape : {"../", "inner/../../", "./NVB_"}) {
+        const auto refused = runToEnd(OperationManager::instance().listing(
+            config(m_dir->path() + QStringLiteral("/inner")), QString::fromLatin1(escape), "/", QString(), 0));
+        QCOMPARE(refused->errorCode(), int(OperationError::InvalidName));
+    }
+
     const auto missing
         = runToEnd(OperationManager::instance().listing(config(m_dir->path()), "nothing/here/", "/", QString(), 0));
     QVERIFY2(!missing->isError(), "a prefix below no folder lists nothing, like an object store");

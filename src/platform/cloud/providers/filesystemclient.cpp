@@ -136,6 +136,9 @@ OperationResult FileSystemClient::listing(
 
     ListingRequest relative = request;
     relative.prefix = ListingPager::relativePrefix(path, request.prefix);
+    const QString prefixError = ListingPager::prefixError(relative.prefix);
+    if (!prefixError.isEmpty())
+        return OperationResult::failure(OperationError::InvalidName, prefixError);
     const QString folder = ListingPager::splitPrefix(relative.prefix).first;
     const QString base = folder.isEmpty() ? path : path + QLatin1Char('/') + folder;
     const QString keyBase = folder.isEmpty() ? QString() : folder + QLatin1Char('/');

@@ -37,6 +37,17 @@ bool ListingPager::isSupportedDelimiter(const QString& delimiter)
     return delimiter.isEmpty() || delimiter == QLatin1String("/");
 }
 
+QString ListingPager::prefixError(const QString& relativePrefix)
+{
+    const QStringList segments = relativePrefix.split(QLatin1Char('/'));
+    for (const QString& segment : segments) {
+        if (segment == QLatin1String(".") || segment == QLatin1String(".."))
+            return QStringLiteral("The prefix \"%1\" has a \"%2\" segment, which is not allowed")
+                .arg(relativePrefix, segment);
+    }
+    return QString();
+}
+
 OperationResult ListingPager::page(QVector<Api::ListingObject> entries, const ListingRequest& request)
 {
     std::sort(entries.begin(), entries.end(),

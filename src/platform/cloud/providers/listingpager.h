@@ -24,6 +24,9 @@ public:
     static QPair<QString, QString> splitPrefix(const QString& prefix);
     // Only "/" and "" are understood; anything else is refused by the caller.
     static bool isSupportedDelimiter(const QString& delimiter);
+    // A relative prefix with a "." or ".." segment would reach outside the
+    // account's root; the failure text, empty when the prefix is fine.
+    static QString prefixError(const QString& relativePrefix);
 
     static OperationResult page(QVector<Api::ListingObject> entries, const ListingRequest& request);
 };
