@@ -137,6 +137,10 @@ inline const QString ProjectId = QStringLiteral("ProjectId");
 namespace Api::Config::Http {
 inline const QString Endpoint = QStringLiteral("Endpoint");
 inline const QString UseSsl = QStringLiteral("UseSsl");
+// Set by an operation refused with SslUntrusted: the leaf certificate that
+// connection saw (PEM) and why verification failed (a string list).
+inline const QString PeerCertificate = QStringLiteral("PeerCertificate");
+inline const QString PeerCertificateErrors = QStringLiteral("PeerCertificateErrors");
 } // namespace Api::Config::Http
 
 namespace OperationConfig {
