@@ -7,6 +7,8 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+#include "certificatepinstore.h"
+
 namespace NVB::Engine {
 
 namespace {
@@ -238,6 +240,8 @@ bool EngineStore::migrate()
     if (!version.exec(QStringLiteral("PRAGMA user_version")) || !version.next())
         return fail(QStringLiteral("Cannot read the store's version: %1").arg(version.lastError().text()));
     const int current = version.value(0).toInt();
+    if (!CertificatePinStore::createTable(QSqlDatabase::database(m_connectionName, false), &m_lastError))
+        return false;
     if (current == SchemaVersion)
         return true;
     if (current > SchemaVersion)
