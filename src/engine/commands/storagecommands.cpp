@@ -72,6 +72,8 @@ void StorageCommands::add(Engine* engine, V1Handlers* handlers)
         const QString invalid = recordError(account.prefix, account.params);
         if (!invalid.isEmpty())
             return Outcome::failure(invalid);
+        // The account's views read the prefix from the record itself.
+        account.params.insert(QStringLiteral("BackupPrefix"), account.prefix);
         Outcome outcome = engine->saveAccount(account);
         if (outcome.ok)
             outcome.data.insert(key(Storage::SaveStorage::Reply::Key), key(Storage::SaveStorage::Reply::Value::Success));
