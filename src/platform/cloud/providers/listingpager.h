@@ -29,6 +29,10 @@ public:
     static QString prefixError(const QString& relativePrefix);
 
     static OperationResult page(QVector<Api::ListingObject> entries, const ListingRequest& request);
+    // The same from entries already sorted by name: a binary search finds
+    // the start, so a page costs about its own size.
+    static OperationResult pageSorted(const QVector<Api::ListingObject>& sorted, const ListingRequest& request);
+    static void sortByName(QVector<Api::ListingObject>* entries);
 };
 
 } // namespace NVL::Cloud

@@ -18,6 +18,7 @@
 #include "cloud/cloudconfig.h"
 #include "cloud/knownhosts.h"
 #include "listingpager.h"
+#include "listingsnapshots.h"
 #include "remotename.h"
 #include "sshdeadline.h"
 
@@ -626,6 +627,12 @@ OperationResult SftpClient::listing(
     const QString prefixError = ListingPager::prefixError(relative.prefix);
     if (!prefixError.isEmpty())
         return OperationResult::failure(OperationError::InvalidName, prefixError);
+    ListingRequest unmarked = relative;
+    unmarked.marker.clear();
+    const QString snapshot = ListingSnapshots::keyOf(config, unmarked);
+    // A later page needs no connection at all.
+    if (std::optional<OperationResult> page = ListingSnapshots::instance().nextPage(snapshot, relative))
+        return *page;
     OperationResult result = open(config, cancel);
     if (result.isError())
         return result;
@@ -652,7 +659,7 @@ OperationResult SftpClient::listing(
         if (result.isError())
             return result;
     }
-    return ListingPager::page(entries, relative);
+    return ListingSnapshots::instance().firstPage(snapshot, std::move(entries), relative);
 }
 
 } // namespace NVL::Cloud
