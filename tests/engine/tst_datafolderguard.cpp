@@ -23,7 +23,9 @@ private:
 
 mode_t TestDataFolderGuard::modeOf(const QString& path)
 {
-    struct stat info {};
+    struct stat info
+    {
+    };
     ::lstat(QFile::encodeName(path).constData(), &info);
     return info.st_mode & 07777;
 }

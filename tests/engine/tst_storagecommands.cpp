@@ -91,7 +91,8 @@ void TestStorageCommands::shouldRefuseUnsafeRecords()
         return;
     }
     QCOMPARE(reply.value("status").toString(), QStringLiteral("error"));
-    QVERIFY2(reply.value("error_string").toString().contains(error), qPrintable(reply.value("error_string").toString()));
+    QVERIFY2(
+        reply.value("error_string").toString().contains(error), qPrintable(reply.value("error_string").toString()));
     QCOMPARE(m_store.accounts().size(), before);
 }
 

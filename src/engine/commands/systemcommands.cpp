@@ -69,7 +69,8 @@ Outcome peerCertificate(const QString& endpoint)
         return Outcome::failure(QStringLiteral("\"%1\" is no endpoint").arg(endpoint));
     // The certificate is what the user is asked to trust, so it is read even
     // when nothing vouches for it.
-    const NVL::Cloud::TlsPeerCheck::Result seen = NVL::Cloud::TlsPeerCheck::run(host, port, SystemCommands::PeerTimeout);
+    const NVL::Cloud::TlsPeerCheck::Result seen
+        = NVL::Cloud::TlsPeerCheck::run(host, port, SystemCommands::PeerTimeout);
     if (seen.leaf.isNull()) {
         const QString reason = seen.error.isEmpty() ? QStringLiteral("the server sent no certificate") : seen.error;
         return Outcome::failure(
@@ -152,9 +153,8 @@ void SystemCommands::add(Engine* engine, V1Handlers* handlers)
             return Outcome::failure(args.error());
         return pinCertificate(store.get(), endpoint, pem);
     });
-    handlers->insert(key(System::ReadFromSslStorage::Name), [store](const QJsonObject&) {
-        return listPins(store.get());
-    });
+    handlers->insert(
+        key(System::ReadFromSslStorage::Name), [store](const QJsonObject&) { return listPins(store.get()); });
     handlers->insert(key(System::RemoveFromSslStorage::Name), [store](const QJsonObject& params) {
         ParamReader args(params);
         const QString pems = args.string(System::RemoveFromSslStorage::Request::Pems);

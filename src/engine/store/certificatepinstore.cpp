@@ -80,7 +80,8 @@ std::optional<QList<CertificatePinStore::Pin>> CertificatePinStore::pins(QString
     if (!db.isOpen())
         return std::nullopt;
     QSqlQuery q(db);
-    if (!q.exec(QStringLiteral("SELECT host, port, sha256, pem, added_utc FROM certificate_pins ORDER BY host, port"))) {
+    if (!q.exec(
+            QStringLiteral("SELECT host, port, sha256, pem, added_utc FROM certificate_pins ORDER BY host, port"))) {
         if (error)
             *error = QStringLiteral("Cannot read the certificate pins: %1").arg(q.lastError().text());
         return std::nullopt;

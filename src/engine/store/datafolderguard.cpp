@@ -15,7 +15,9 @@ namespace {
 // Tightens one path to mode; answers the log line when it had to.
 QString tighten(const QString& path, mode_t mode)
 {
-    struct stat info {};
+    struct stat info
+    {
+    };
     const QByteArray name = QFile::encodeName(path);
     // lstat: a link inside the folder is not followed out of it.
     // A socket is reached by peers of other users; its folder guards it.

@@ -15,8 +15,8 @@ class SshHostKeyDialog : public QDialog
     Q_OBJECT
 
 public:
-    SshHostKeyDialog(const QString& server, const QString& keyType, const QString& fingerprint,
-        QWidget* parent = nullptr);
+    SshHostKeyDialog(
+        const QString& server, const QString& keyType, const QString& fingerprint, QWidget* parent = nullptr);
 
     QPushButton* acceptButton() const { return m_accept; }
     QString text() const;

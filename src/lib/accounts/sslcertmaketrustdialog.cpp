@@ -15,10 +15,10 @@ namespace {
 
 QString distinguishedName(const QSslCertificate& certificate, bool issuer)
 {
-    static const QList<QPair<QSslCertificate::SubjectInfo, const char*>> parts {
-        {QSslCertificate::CommonName, "CN"}, {QSslCertificate::Organization, "O"},
-        {QSslCertificate::OrganizationalUnitName, "OU"}, {QSslCertificate::LocalityName, "L"},
-        {QSslCertificate::StateOrProvinceName, "ST"}, {QSslCertificate::CountryName, "C"}};
+    static const QList<QPair<QSslCertificate::SubjectInfo, const char*>> parts {{QSslCertificate::CommonName, "CN"},
+        {QSslCertificate::Organization, "O"}, {QSslCertificate::OrganizationalUnitName, "OU"},
+        {QSslCertificate::LocalityName, "L"}, {QSslCertificate::StateOrProvinceName, "ST"},
+        {QSslCertificate::CountryName, "C"}};
     QStringList text;
     for (const auto& part : parts) {
         const QStringList values = issuer ? certificate.issuerInfo(part.first) : certificate.subjectInfo(part.first);
@@ -60,10 +60,12 @@ SslCertMakeTrustDialog::SslCertMakeTrustDialog(
     auto* introLabel = value(intro);
     layout->addWidget(introLabel);
     const QList<QPair<QString, QString>> rows {{tr("Subject:"), distinguishedName(certificate, false)},
-        {tr("Alternative names:"), alternativeNames(certificate)}, {tr("Issuer:"), distinguishedName(certificate, true)},
+        {tr("Alternative names:"), alternativeNames(certificate)},
+        {tr("Issuer:"), distinguishedName(certificate, true)},
         {tr("Valid from:"), QLocale().toString(certificate.effectiveDate().toLocalTime(), QLocale::ShortFormat)},
         {tr("Valid until:"), QLocale().toString(certificate.expiryDate().toLocalTime(), QLocale::ShortFormat)},
-        {tr("SHA-256:"), NVL::Cloud::CertificatePins::fingerprintText(NVL::Cloud::CertificatePins::fingerprint(certificate))},
+        {tr("SHA-256:"),
+            NVL::Cloud::CertificatePins::fingerprintText(NVL::Cloud::CertificatePins::fingerprint(certificate))},
         {tr("Not trusted because:"), reasons.isEmpty() ? tr("N/A") : reasons.join(QLatin1Char('\n'))}};
     auto* form = new QFormLayout;
     m_text = intro;

@@ -346,15 +346,17 @@ void Storages::Add::askTrust(const QString& pem, const QString& endpoint, const 
             : nullptr;
         if (!append)
             throw QStringLiteral("Commnunication command don't registrate");
-        setParams(append, {{QLatin1String(Format::System::AppendToSslStorage::Request::Pem), pem},
-                              {QLatin1String(Format::System::AppendToSslStorage::Request::EndPoint), endpoint}});
+        setParams(append,
+            {{QLatin1String(Format::System::AppendToSslStorage::Request::Pem), pem},
+                {QLatin1String(Format::System::AppendToSslStorage::Request::EndPoint), endpoint}});
         // The engine keeps the pin; this process honours it at once, so the
         // listing that follows already trusts the certificate.
         auto answered = [this, append, endpoint, certificate] {
             append->deleteLater();
             try {
                 replyData(append);
-                const QUrl url(endpoint.contains(QLatin1String("://")) ? endpoint : QStringLiteral("https://") + endpoint);
+                const QUrl url(
+                    endpoint.contains(QLatin1String("://")) ? endpoint : QStringLiteral("https://") + endpoint);
                 NVL::Cloud::CertificatePins::instance().add(
                     {url.host(), url.port(url.scheme() == QLatin1String("http") ? 80 : 443),
                         NVL::Cloud::CertificatePins::fingerprint(certificate)});

@@ -41,8 +41,8 @@ public:
     bool isPinned(const QString& host, int port, const QSslCertificate& leaf) const;
     // Whether a handshake with these verification errors may go on: only when
     // the leaf (chain's first) is pinned for this very host:port.
-    bool accepts(const QString& host, int port, const QList<QSslError>& errors,
-        const QList<QSslCertificate>& chain) const;
+    bool accepts(
+        const QString& host, int port, const QList<QSslError>& errors, const QList<QSslCertificate>& chain) const;
 
 private:
     CertificatePins() = default;

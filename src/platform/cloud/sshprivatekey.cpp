@@ -46,7 +46,9 @@ SshPrivateKey::Loaded SshPrivateKey::read(const QString& path)
                            .arg(path, QString::fromLocal8Bit(strerror(errno)));
         return loaded;
     }
-    struct stat info {};
+    struct stat info
+    {
+    };
     if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
         ::close(fd);
         loaded.error = QStringLiteral("\"%1\" is not a regular file").arg(path);

@@ -19,7 +19,8 @@ TlsPeerCheck::Result TlsPeerCheck::run(const QString& host, int port, int timeou
     socket.setPeerVerifyName(CertificatePins::normalHost(host));
     bool pinned = false;
     // Direct: decided inside the handshake, before any byte is trusted.
-    QObject::connect(&socket, QOverload<const QList<QSslError>&>::of(&QSslSocket::sslErrors), &socket,
+    QObject::connect(
+        &socket, QOverload<const QList<QSslError>&>::of(&QSslSocket::sslErrors), &socket,
         [&](const QList<QSslError>& errors) {
             const QList<QSslCertificate> chain = socket.peerCertificateChain();
             result.leaf = chain.isEmpty() ? QSslCertificate() : chain.first();
@@ -49,8 +50,8 @@ OperationResult TlsPeerCheck::Result::toOperationResult(const QMap<QString, QVar
     if (trusted)
         return {};
     if (leaf.isNull() || reasons.isEmpty())
-        return OperationResult::failure(OperationError::ConnectionFailed,
-            error.isEmpty() ? QStringLiteral("The TLS connection failed") : error);
+        return OperationResult::failure(
+            OperationError::ConnectionFailed, error.isEmpty() ? QStringLiteral("The TLS connection failed") : error);
     OperationResult result = OperationResult::failure(OperationError::SslUntrusted,
         QStringLiteral("The server's certificate is not trusted: %1").arg(reasons.join(QStringLiteral("; "))));
     result.config = config;

@@ -198,8 +198,8 @@ void TestSslCommands::shouldPinOneLeafPerEndpoint()
     const auto bundle = append(m_pem + other, QStringLiteral("third.example.com"));
     QVERIFY(bundle.isError);
     QVERIFY2(bundle.errorString.contains(QStringLiteral("Exactly one")), qPrintable(bundle.errorString));
-    QVERIFY(SyncCommand::run(QLatin1String(System::AppendToSslStorage::Name),
-        {{QStringLiteral("pem"), QString::fromLatin1(m_pem)}})
+    QVERIFY(SyncCommand::run(
+        QLatin1String(System::AppendToSslStorage::Name), {{QStringLiteral("pem"), QString::fromLatin1(m_pem)}})
                 .isError);
     QCOMPARE(pins().size(), 2);
 
@@ -207,8 +207,8 @@ void TestSslCommands::shouldPinOneLeafPerEndpoint()
     QVERIFY(m_engine->stop());
     QVERIFY2(m_engine->start(), m_engine->output().constData());
     QVERIFY(QTest::qWaitFor([this] { return pins().size() == 2; }, 10000));
-    QVERIFY(!SyncCommand::run(QLatin1String(System::RemoveFromSslStorage::Name),
-        {{QStringLiteral("pem"), QString::fromLatin1(m_pem)}})
+    QVERIFY(!SyncCommand::run(
+        QLatin1String(System::RemoveFromSslStorage::Name), {{QStringLiteral("pem"), QString::fromLatin1(m_pem)}})
                  .isError);
     QCOMPARE(pins().size(), 1);
     QFile database(m_engine->dataDirectory() + QStringLiteral("/engine.db"));

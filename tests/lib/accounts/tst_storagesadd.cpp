@@ -51,8 +51,8 @@ protected:
         const int code = m_code;
         const QString message = m_message;
         const QMap<QString, QVariant> learnt = m_learnt;
-        return [code, message, learnt](NVL::Cloud::ProviderClient&, const QMap<QString, QVariant>& config,
-                   const NVL::Cloud::CancelToken&) {
+        return [code, message, learnt](
+                   NVL::Cloud::ProviderClient&, const QMap<QString, QVariant>& config, const NVL::Cloud::CancelToken&) {
             NVL::Cloud::OperationResult result = NVL::Cloud::OperationResult::failure(code, message);
             if (!learnt.isEmpty()) {
                 result.config = config;
@@ -333,7 +333,8 @@ void TestStoragesAdd::shouldAskAboutCertificateTheFailedConnectionSaw()
     QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("Exactly one certificate")));
     QVERIFY2(shown.contains(QStringLiteral("The certificate is <b>self-signed</b>")), qPrintable(shown));
     QVERIFY(shown.contains(QStringLiteral("CN=nvb-test-server")));
-    QVERIFY(shown.contains(NVL::Cloud::CertificatePins::fingerprintText(NVL::Cloud::CertificatePins::fingerprint(seen))));
+    QVERIFY(
+        shown.contains(NVL::Cloud::CertificatePins::fingerprintText(NVL::Cloud::CertificatePins::fingerprint(seen))));
     // Markup from the network stays text.
     QVERIFY(plain);
     QVERIFY(!NVL::Cloud::CertificatePins::instance().isPinned(QStringLiteral("s3.example.test"), 9443, seen));
@@ -342,7 +343,8 @@ void TestStoragesAdd::shouldAskAboutCertificateTheFailedConnectionSaw()
     // the listing runs again.
     m_peer->onCommand(QLatin1String(System::AppendToSslStorage::Name),
         EngineTestPeer::Answer::reply({{QStringLiteral("success"), true}}));
-    whenModal<Account::SslCertMakeTrustDialog>([](Account::SslCertMakeTrustDialog* trust) { trust->trustButton()->click(); });
+    whenModal<Account::SslCertMakeTrustDialog>(
+        [](Account::SslCertMakeTrustDialog* trust) { trust->trustButton()->click(); });
     dialog.runFailing(5, QStringLiteral("certificate not trusted"), learnt);
     QTRY_VERIFY(NVL::Cloud::CertificatePins::instance().isPinned(QStringLiteral("s3.example.test"), 9443, seen));
     QCOMPARE(m_peer->lastParams(QLatin1String(System::AppendToSslStorage::Name)).value("endpoint").toString(),

@@ -232,8 +232,8 @@ void TestFileSystemOperations::shouldServeLaterPagesFromOneRead()
         QFile file(root.filePath(QStringLiteral("many/f%1").arg(i, 5, 10, QLatin1Char('0'))));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
-    const auto first = runToEnd(
-        OperationManager::instance().listing(config(m_dir->path()), "many/", "/", QString(), 1000));
+    const auto first
+        = runToEnd(OperationManager::instance().listing(config(m_dir->path()), "many/", "/", QString(), 1000));
     QString marker = qobject_cast<Operation::Listing*>(first.data())->marker();
     QCOMPARE(marker, QStringLiteral("many/f00999"));
     QCOMPARE(ListingSnapshots::instance().count(), 1);

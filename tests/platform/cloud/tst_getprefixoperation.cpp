@@ -150,8 +150,7 @@ private:
 void TestGetPrefixOperation::shouldStopWhenMarkerDoesNotAdvance()
 {
     std::atomic_int pages {0};
-    NVL::Cloud::ProviderClient::setFactory(
-        [&pages](const Config&) { return std::make_unique<StuckClient>(&pages); });
+    NVL::Cloud::ProviderClient::setFactory([&pages](const Config&) { return std::make_unique<StuckClient>(&pages); });
     const auto restore = qScopeGuard([]() { NVL::Cloud::ProviderClient::setFactory({}); });
 
     GetPrefixOperation operation(config(QStringLiteral("/nowhere")), QStringLiteral("NVB_"));

@@ -116,7 +116,7 @@ command -v ssh-keygen >/dev/null || unavailable "ssh-keygen is not installed (pa
 if ! id "$user" >/dev/null 2>&1; then
     useradd --system --no-create-home --home-dir /nonexistent --shell /bin/sh "$user"
 fi
-usermod --shell /bin/sh "$user" 2>/dev/null || true
+usermod --shell /bin/sh "$user" >/dev/null 2>&1 || true
 password=$(head -c 18 /dev/urandom | od -An -tx1 | tr -d ' \n')
 echo "$user:$password" | chpasswd
 echo "$user" > "$dir/user"

@@ -305,8 +305,8 @@ void Sftp::Add::onTestFinished()
 
 void Sftp::Add::offerHostKey(const QMap<QString, QVariant>& refused)
 {
-    const QString server = NVL::Cloud::KnownHosts::hostPattern(
-        refused.value(Net::Address).toString(), refused.value(Net::Port).toInt());
+    const QString server
+        = NVL::Cloud::KnownHosts::hostPattern(refused.value(Net::Address).toString(), refused.value(Net::Port).toInt());
     const QString key = refused.value(Net::Sftp::OfferedHostKey).toString();
     SshHostKeyDialog question(server, key.section(QLatin1Char(' '), 0, 0),
         refused.value(Net::Sftp::OfferedHostKeyFingerprint).toString(), this);
@@ -319,7 +319,8 @@ void Sftp::Add::offerHostKey(const QMap<QString, QVariant>& refused)
         return;
     }
     NVL::NvlDebug(QStringLiteral("NVB")).info()
-        << QStringLiteral("Host key %1 accepted for %2").arg(refused.value(Net::Sftp::OfferedHostKeyFingerprint).toString(), server);
+        << QStringLiteral("Host key %1 accepted for %2")
+               .arg(refused.value(Net::Sftp::OfferedHostKeyFingerprint).toString(), server);
     testSessionUnavailable();
 }
 
@@ -391,8 +392,8 @@ void Sftp::Add::onSetItem(const QModelIndex& index)
                 record.value(Record::Network::Ftp::Sftp::PrivateKey).toString());
             m_keyPath->clear();
             if (record.contains(Record::Network::Ftp::Password))
-                m_passphrase->setText(SHARED::cryptNS::decrypt_local_password(
-                    record.value(Record::Network::Ftp::Password).toString()));
+                m_passphrase->setText(
+                    SHARED::cryptNS::decrypt_local_password(record.value(Record::Network::Ftp::Password).toString()));
             m_keyEncrypted = NVL::Cloud::SshPrivateKey::isEncrypted(m_storedKey);
             showPassphrase(m_keyEncrypted);
         } else {

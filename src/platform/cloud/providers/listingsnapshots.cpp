@@ -18,10 +18,10 @@ QString ListingSnapshots::keyOf(const QMap<QString, QVariant>& config, const Lis
     namespace Net = Config::Network;
     // Not the configuration's id: callers often make a new one per request,
     // and a fresh first page replaces whatever another listing kept.
-    const QStringList parts {config.value(Config::Type).toString(),
-        config.value(Net::Address).toString(), config.value(Net::Port).toString(),
-        config.value(Net::Sftp::User).toString(), config.value(Net::Sftp::Path).toString(),
-        config.value(Config::FileSystem::Path).toString(), request.prefix, request.delimiter};
+    const QStringList parts {config.value(Config::Type).toString(), config.value(Net::Address).toString(),
+        config.value(Net::Port).toString(), config.value(Net::Sftp::User).toString(),
+        config.value(Net::Sftp::Path).toString(), config.value(Config::FileSystem::Path).toString(), request.prefix,
+        request.delimiter};
     return parts.join(QChar(0x1F));
 }
 

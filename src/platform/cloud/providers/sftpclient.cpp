@@ -156,14 +156,15 @@ OperationResult SftpClient::connectSocket(const CancelToken& cancel, int* fd)
     const int lookup = getaddrinfo(host.constData(), service.constData(), &hints, &found);
     if (lookup != 0)
         return OperationResult::failure(OperationError::HostNotFound,
-            QStringLiteral("Can't resolve the SSH server \"%1\": %2").arg(m_host, QString::fromLocal8Bit(gai_strerror(lookup))));
+            QStringLiteral("Can't resolve the SSH server \"%1\": %2")
+                .arg(m_host, QString::fromLocal8Bit(gai_strerror(lookup))));
 
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(m_timeout);
     QString lastError = QStringLiteral("no address");
     bool timedOut = false;
     for (addrinfo* address = found; address; address = address->ai_next) {
-        const int sock = ::socket(address->ai_family, address->ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC,
-            address->ai_protocol);
+        const int sock
+            = ::socket(address->ai_family, address->ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC, address->ai_protocol);
         if (sock < 0)
             continue;
         int state = ::connect(sock, address->ai_addr, address->ai_addrlen);
@@ -175,8 +176,9 @@ OperationResult SftpClient::connectSocket(const CancelToken& cancel, int* fd)
                     freeaddrinfo(found);
                     return cancelled();
                 }
-                const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-                    deadline - std::chrono::steady_clock::now()).count();
+                const auto left
+                    = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now())
+                          .count();
                 if (left <= 0) {
                     timedOut = true;
                     break;
@@ -394,9 +396,8 @@ OperationResult SftpClient::authenticate(const QMap<QString, QVariant>& config)
     const QString privateKey = config.value(Net::Sftp::PrivateKey).toString();
     const QString password = config.value(Net::Sftp::Password).toString();
     // Older records kept a key's passphrase in the password field.
-    const QString passphrase = config.contains(Net::Sftp::Passphrase)
-        ? config.value(Net::Sftp::Passphrase).toString()
-        : password;
+    const QString passphrase
+        = config.contains(Net::Sftp::Passphrase) ? config.value(Net::Sftp::Passphrase).toString() : password;
 
     if (!privateKey.trimmed().isEmpty()) {
         ssh_key key = nullptr;
@@ -501,7 +502,8 @@ OperationResult SftpClient::checkRoot()
     sftp_attributes_free(attributes);
     if (!folder)
         return OperationResult::failure(OperationError::InvalidConfig,
-            QStringLiteral("\"%1\" on %2 is not a folder").arg(RemoteName::display(RemoteName::decode(m_root)), m_host));
+            QStringLiteral("\"%1\" on %2 is not a folder")
+                .arg(RemoteName::display(RemoteName::decode(m_root)), m_host));
     return {};
 }
 
