@@ -28,7 +28,8 @@ using namespace NVL::Cloud;
 
 namespace {
 
-constexpr int FileCount = 200000;
+// The number of files; the first argument overrides it.
+int FileCount = 200000;
 
 QString readFile(const QString& path)
 {
@@ -58,6 +59,8 @@ bool script(const QString& command, const QString& dir)
 int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
+    if (argc > 1 && QByteArray(argv[1]).toInt() > 0)
+        FileCount = QByteArray(argv[1]).toInt();
     QTemporaryDir dir;
     // The server reads the folder as its own user.
     QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup
