@@ -504,6 +504,10 @@ void TestAccountDialogs::shouldReadKeyFileOffTheGuiThread()
     QTemporaryDir dir;
     const QString fifo = dir.filePath(QStringLiteral("key.fifo"));
     QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    Sftp::Add dialog;
+    dialog.show();
+    fillSftp(&dialog, QStringLiteral("Fifo"), true, QString());
+
     // Whoever opens the FIFO for reading waits for a writer; this one comes
     // after three seconds, so that a blocked GUI thread would come back.
     std::thread writer([fifo] {
@@ -513,12 +517,8 @@ void TestAccountDialogs::shouldReadKeyFileOffTheGuiThread()
             ::close(fd);
     });
     const auto join = qScopeGuard([&writer] { writer.join(); });
-
-    Sftp::Add dialog;
-    dialog.show();
     QElapsedTimer clock;
     clock.start();
-    fillSftp(&dialog, QStringLiteral("Fifo"), true, QString());
     type(dialog.keyPathEdit(), fifo);
     QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
     QVERIFY(QTest::qWaitFor([&dialog] { return dialog.messageLabel()->isVisible(); }, 2000));
