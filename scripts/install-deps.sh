@@ -7,7 +7,7 @@ packages=(
     qtbase5-dev libqt5svg5-dev libqt5sql5-sqlite qttools5-dev qttools5-dev-tools
     fonts-dejavu-core libssl-dev libssh-dev libzstd-dev
     xvfb xauth
-    openssh-server openssh-client
+    openssh-server openssh-client openssl procps
     mount e2fsprogs
     rsync
 )

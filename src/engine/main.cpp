@@ -17,6 +17,7 @@
 #include "server/instancelock.h"
 #include "server/notifier.h"
 #include "server/signalwatcher.h"
+#include "store/datafolderguard.h"
 #include "store/enginestore.h"
 
 namespace {
@@ -53,6 +54,7 @@ int main(int argc, char* argv[])
     const QString socketPath =
         parser.isSet(socketOption) ? parser.value(socketOption) : NVB::Channel::SocketPath::engine();
 
+    NVB::Engine::DataFolderGuard::secure(dataDirectory);
     NVB::Engine::InstanceLock lock(dataDirectory);
     QString error;
     if (!lock.acquire(&error))

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "cloud/providers/listingpager.h"
 #include "core/engine.h"
 #include "paramreader.h"
 #include "service/commands/storage.h"
@@ -15,6 +16,42 @@ namespace {
 QString key(const char* text)
 {
     return QString::fromLatin1(text);
+}
+
+// What the console's cipher writes: its tag, then the base64 of at least the
+// SIV tag. The engine cannot decipher with the console user's key, so only
+// the form is checked; a clear secret never reaches the store.
+bool looksEnciphered(const QJsonValue& value)
+{
+    static const QString tag = QStringLiteral("nvb1:");
+    const QString text = value.toString();
+    if (!value.isString() || !text.startsWith(tag))
+        return false;
+    const auto decoded = QByteArray::fromBase64Encoding(
+        text.mid(tag.size()).toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+    return decoded && decoded.decoded.size() >= 16;
+}
+
+// The record's problem, empty when it may be stored.
+QString recordError(const QString& prefix, const QJsonObject& params)
+{
+    // Every key that holds a secret in some provider's record.
+    static const QStringList secrets {QStringLiteral("Password"), QStringLiteral("PrivateKey"),
+        QStringLiteral("SecretKey"), QStringLiteral("ApplicationKey"), QStringLiteral("ApiKey"),
+        QStringLiteral("RefreshToken"), QStringLiteral("ServiceAccount")};
+    for (const QString& name : secrets) {
+        const QJsonValue value = params.value(name);
+        if (value.isUndefined() || (value.isString() && value.toString().isEmpty()))
+            continue;
+        if (!looksEnciphered(value))
+            return QStringLiteral("The secret \"%1\" of the account is not enciphered; it was not stored").arg(name);
+    }
+    QString error = NVL::Cloud::ListingPager::prefixError(prefix);
+    if (error.isEmpty() && prefix.contains(QLatin1Char('/')))
+        error = QStringLiteral("The prefix \"%1\" must not contain a slash").arg(prefix);
+    if (error.isEmpty())
+        error = NVL::Cloud::ListingPager::prefixError(params.value(QStringLiteral("Path")).toString());
+    return error;
 }
 
 } // namespace
@@ -34,6 +71,11 @@ void StorageCommands::add(Engine* engine, V1Handlers* handlers)
             return Outcome::failure(QStringLiteral("The argument \"type\" is missing"));
         if (!args.ok())
             return Outcome::failure(args.error());
+        const QString invalid = recordError(account.prefix, account.params);
+        if (!invalid.isEmpty())
+            return Outcome::failure(invalid);
+        // The account's views read the prefix from the record itself.
+        account.params.insert(QStringLiteral("BackupPrefix"), account.prefix);
         Outcome outcome = engine->saveAccount(account);
         if (outcome.ok)
             outcome.data.insert(key(Storage::SaveStorage::Reply::Key), key(Storage::SaveStorage::Reply::Value::Success));

@@ -1,17 +1,20 @@
 #include "systemcommands.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include <memory>
+
 #include <QFutureWatcher>
-#include <QSaveFile>
+#include <QJsonArray>
 #include <QSslCertificate>
-#include <QSslSocket>
 #include <QUrl>
 #include <QtConcurrent>
 
+#include "cloud/certificatepins.h"
+#include "cloud/tlspeercheck.h"
 #include "core/engine.h"
+#include "core/nvldebug.h"
 #include "paramreader.h"
 #include "service/commands/system.h"
+#include "store/certificatepinstore.h"
 #include "store/enginestore.h"
 
 namespace NVB::Engine {
@@ -26,6 +29,21 @@ QString key(const char* text)
 }
 
 // Reads "host", "host:port" or a URL; a missing port is the HTTPS one.
+// What the pins of this process are: the stored ones.
+void reloadPins(CertificatePinStore* store)
+{
+    QString error;
+    const auto pins = store->pins(&error);
+    if (!pins) {
+        NVL::NvlDebug(QStringLiteral("NVB")).warning() << error;
+        return;
+    }
+    QList<NVL::Cloud::CertificatePin> loaded;
+    for (const CertificatePinStore::Pin& pin : *pins)
+        loaded.append({pin.host, pin.port, pin.sha256});
+    NVL::Cloud::CertificatePins::instance().set(loaded);
+}
+
 bool parseEndpoint(const QString& endpoint, QString* host, quint16* port)
 {
     QString text = endpoint.trimmed();
@@ -51,57 +69,71 @@ Outcome peerCertificate(const QString& endpoint)
     quint16 port = 0;
     if (!parseEndpoint(endpoint, &host, &port))
         return Outcome::failure(QStringLiteral("\"%1\" is no endpoint").arg(endpoint));
-    if (!QSslSocket::supportsSsl())
-        return Outcome::failure(QStringLiteral("This engine has no SSL support"));
-    QSslSocket socket;
-    // The certificate is what the user is asked to trust, so it must be read
-    // even when nothing vouches for it.
-    socket.setPeerVerifyMode(QSslSocket::QueryPeer);
-    socket.connectToHostEncrypted(host, port);
-    const bool encrypted = socket.waitForEncrypted(SystemCommands::PeerTimeout);
-    const QSslCertificate certificate = socket.peerCertificate();
-    socket.abort();
-    if (certificate.isNull()) {
-        const QString reason = encrypted ? QStringLiteral("the server sent no certificate") : socket.errorString();
+    // The certificate is what the user is asked to trust, so it is read even
+    // when nothing vouches for it.
+    const NVL::Cloud::TlsPeerCheck::Result seen
+        = NVL::Cloud::TlsPeerCheck::run(host, port, SystemCommands::PeerTimeout);
+    if (seen.leaf.isNull()) {
+        const QString reason = seen.error.isEmpty() ? QStringLiteral("the server sent no certificate") : seen.error;
         return Outcome::failure(
             QStringLiteral("Can't get the certificate of %1:%2: %3").arg(host).arg(port).arg(reason));
     }
-    return Outcome::success({{key(System::GetPeerSslCertificate::Reply::Pem), QString::fromUtf8(certificate.toPem())},
+    return Outcome::success({{key(System::GetPeerSslCertificate::Reply::Pem), QString::fromUtf8(seen.leaf.toPem())},
         {key(System::GetPeerSslCertificate::Reply::Success), true}});
 }
 
-Outcome appendCertificate(const QString& filePath, const QString& pem)
+Outcome pinCertificate(CertificatePinStore* store, const QString& endpoint, const QString& pem)
 {
+    QString host;
+    quint16 port = 0;
+    if (!parseEndpoint(endpoint, &host, &port))
+        return Outcome::failure(QStringLiteral("\"%1\" is no endpoint").arg(endpoint));
     const QList<QSslCertificate> given = QSslCertificate::fromData(pem.toUtf8(), QSsl::Pem);
     if (given.isEmpty() || given.first().isNull())
         return Outcome::failure(QStringLiteral("The text is no PEM certificate"));
-    QList<QSslCertificate> kept = QSslCertificate::fromPath(filePath, QSsl::Pem);
-    bool changed = false;
-    for (const QSslCertificate& certificate : given) {
-        if (!kept.contains(certificate)) {
-            kept.append(certificate);
-            changed = true;
-        }
-    }
-    if (changed) {
-        QSaveFile file(filePath);
-        if (!file.open(QIODevice::WriteOnly))
-            return Outcome::failure(QStringLiteral("Can't write %1: %2").arg(filePath, file.errorString()));
-        for (const QSslCertificate& certificate : qAsConst(kept))
-            file.write(certificate.toPem());
-        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-        if (!file.commit())
-            return Outcome::failure(QStringLiteral("Can't write %1: %2").arg(filePath, file.errorString()));
-    }
+    // Trust is for the one certificate the user looked at, not a bundle that
+    // could slip an authority in.
+    if (given.size() != 1)
+        return Outcome::failure(QStringLiteral("Exactly one certificate can be trusted, not %1").arg(given.size()));
+    QString error;
+    if (!store->pin(host, port, given.first(), &error))
+        return Outcome::failure(error);
+    NVL::Cloud::CertificatePins::instance().add({host, port, NVL::Cloud::CertificatePins::fingerprint(given.first())});
     return Outcome::success({{key(System::AppendToSslStorage::Reply::Success), true}});
 }
 
-} // namespace
-
-QString SystemCommands::trustedCertificatesFile(Engine* engine)
+Outcome listPins(CertificatePinStore* store)
 {
-    return QFileInfo(engine->store()->filePath()).absolutePath() + QStringLiteral("/trusted-certificates.pem");
+    QString error;
+    const auto pins = store->pins(&error);
+    if (!pins)
+        return Outcome::failure(error);
+    QJsonArray certificates;
+    for (const CertificatePinStore::Pin& pin : *pins) {
+        const QString host = pin.host.contains(QLatin1Char(':')) ? QStringLiteral("[%1]").arg(pin.host) : pin.host;
+        certificates.append(QJsonObject {{QStringLiteral("pem"), QString::fromLatin1(pin.certificate.toPem())},
+            {QStringLiteral("endpoint"), QStringLiteral("%1:%2").arg(host).arg(pin.port)},
+            {QStringLiteral("sha256"), NVL::Cloud::CertificatePins::fingerprintText(pin.sha256)},
+            {QStringLiteral("added"), pin.addedUtc.toString(Qt::ISODate)}});
+    }
+    return Outcome::success({{key(System::ReadFromSslStorage::Reply::Certificates), certificates}});
 }
+
+Outcome removePins(CertificatePinStore* store, const QString& pems)
+{
+    const QList<QSslCertificate> given = QSslCertificate::fromData(pems.toUtf8(), QSsl::Pem);
+    if (given.isEmpty())
+        return Outcome::failure(QStringLiteral("The text is no PEM certificate"));
+    QString error;
+    for (const QSslCertificate& certificate : given) {
+        if (store->removeCertificate(NVL::Cloud::CertificatePins::fingerprint(certificate), &error) < 0)
+            return Outcome::failure(error);
+    }
+    reloadPins(store);
+    return Outcome::success({{key(System::RemoveFromSslStorage::Reply::Success), true}});
+}
+
+} // namespace
 
 void SystemCommands::add(Engine* engine, V1Handlers* handlers, V1DeferredHandlers* deferred)
 {
@@ -121,12 +153,25 @@ void SystemCommands::add(Engine* engine, V1Handlers* handlers, V1DeferredHandler
         });
         watcher->setFuture(QtConcurrent::run(&peerCertificate, endpoint));
     });
-    handlers->insert(key(System::AppendToSslStorage::Name), [engine](const QJsonObject& params) {
+    // One store for all handlers; its pins are this process's from the start.
+    auto store = std::make_shared<CertificatePinStore>(engine->store()->filePath());
+    reloadPins(store.get());
+    handlers->insert(key(System::AppendToSslStorage::Name), [store](const QJsonObject& params) {
         ParamReader args(params);
         const QString pem = args.string(System::AppendToSslStorage::Request::Pem);
+        const QString endpoint = args.string(System::AppendToSslStorage::Request::EndPoint);
         if (!args.ok())
             return Outcome::failure(args.error());
-        return appendCertificate(trustedCertificatesFile(engine), pem);
+        return pinCertificate(store.get(), endpoint, pem);
+    });
+    handlers->insert(
+        key(System::ReadFromSslStorage::Name), [store](const QJsonObject&) { return listPins(store.get()); });
+    handlers->insert(key(System::RemoveFromSslStorage::Name), [store](const QJsonObject& params) {
+        ParamReader args(params);
+        const QString pems = args.string(System::RemoveFromSslStorage::Request::Pems);
+        if (!args.ok())
+            return Outcome::failure(args.error());
+        return removePins(store.get(), pems);
     });
 }
 

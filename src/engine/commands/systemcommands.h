@@ -7,8 +7,8 @@ namespace NVB::Engine {
 class Engine;
 
 // The engine's V1 system commands, by wire name: fetching a server's
-// certificate for the console's trust question, and keeping the certificates
-// the user trusted.
+// certificate for the console's trust question, and keeping the trust the
+// user gave: one pinned leaf certificate per host:port, never an authority.
 class SystemCommands
 {
 public:
@@ -16,9 +16,6 @@ public:
 
     // How long the certificate fetch waits for the server, in milliseconds.
     static constexpr int PeerTimeout = 10000;
-    // The file in the data directory that holds the trusted certificates, one
-    // PEM block after the other; the cloud operations read it.
-    static QString trustedCertificatesFile(Engine* engine);
 };
 
 } // namespace NVB::Engine

@@ -80,6 +80,11 @@ QVector<StoreMigrations::Migration> build()
     steps.append({5,
         {QStringLiteral("ALTER TABLE contents ADD COLUMN encoding INTEGER NOT NULL DEFAULT 0"),
             QStringLiteral("ALTER TABLE contents ADD COLUMN stored_size INTEGER NOT NULL DEFAULT -1")}});
+    // 6: the certificates the user trusted, one leaf pinned per endpoint
+    // (CertificatePinStore reads and writes them on a connection of its own).
+    steps.append({6,
+        {QStringLiteral("CREATE TABLE certificate_pins(host TEXT NOT NULL, port INTEGER NOT NULL, "
+                        "sha256 TEXT NOT NULL, pem TEXT NOT NULL, added_utc TEXT NOT NULL, PRIMARY KEY(host, port))")}});
     return steps;
 }
 

@@ -1,6 +1,5 @@
 #include "sslcertmaketrustdialog.h"
 
-#include <QCryptographicHash>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
@@ -8,27 +7,40 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "cloud/certificatepins.h"
+
 namespace NVB::GUI::Settings::Account {
 
 namespace {
 
-QString names(const QStringList& list)
+QString distinguishedName(const QSslCertificate& certificate, bool issuer)
 {
-    return list.isEmpty() ? QObject::tr("N/A") : list.join(QStringLiteral(", "));
+    static const QList<QPair<QSslCertificate::SubjectInfo, const char*>> parts {{QSslCertificate::CommonName, "CN"},
+        {QSslCertificate::Organization, "O"}, {QSslCertificate::OrganizationalUnitName, "OU"},
+        {QSslCertificate::LocalityName, "L"}, {QSslCertificate::StateOrProvinceName, "ST"},
+        {QSslCertificate::CountryName, "C"}};
+    QStringList text;
+    for (const auto& part : parts) {
+        const QStringList values = issuer ? certificate.issuerInfo(part.first) : certificate.subjectInfo(part.first);
+        for (const QString& value : values)
+            text.append(QStringLiteral("%1=%2").arg(QLatin1String(part.second), value));
+    }
+    return text.isEmpty() ? QObject::tr("N/A") : text.join(QStringLiteral(", "));
 }
 
-QString fingerprint(const QSslCertificate& certificate)
+QString alternativeNames(const QSslCertificate& certificate)
 {
-    const QByteArray digest = certificate.digest(QCryptographicHash::Sha256).toHex().toUpper();
-    QStringList pairs;
-    for (int i = 0; i < digest.size(); i += 2)
-        pairs.append(QString::fromLatin1(digest.mid(i, 2)));
-    return pairs.join(QLatin1Char(':'));
+    QStringList names;
+    const auto all = certificate.subjectAlternativeNames();
+    for (auto it = all.cbegin(); it != all.cend(); ++it)
+        names.append((it.key() == QSsl::IpAddressEntry ? QStringLiteral("IP:") : QStringLiteral("DNS:")) + it.value());
+    return names.isEmpty() ? QObject::tr("N/A") : names.join(QStringLiteral(", "));
 }
 
 QLabel* value(const QString& text)
 {
     auto* label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setWordWrap(true);
     return label;
@@ -37,26 +49,32 @@ QLabel* value(const QString& text)
 } // namespace
 
 SslCertMakeTrustDialog::SslCertMakeTrustDialog(
-    const QSslCertificate& certificate, const QString& endpoint, QWidget* parent)
+    const QSslCertificate& certificate, const QString& endpoint, const QStringList& reasons, QWidget* parent)
     : QDialog(parent)
 {
     setWindowTitle(tr("Untrusted certificate"));
     auto* layout = new QVBoxLayout(this);
-    auto* intro = new QLabel(tr("The server %1 presented a certificate that is not trusted. Trust it only if you "
-                                "know it belongs to this server.")
-                                 .arg(endpoint.toHtmlEscaped()));
-    intro->setWordWrap(true);
-    layout->addWidget(intro);
+    const QString intro = tr("The server %1 presented a certificate that is not trusted. Trust it only if you "
+                             "know it belongs to this server: it will be trusted for this server alone.")
+                              .arg(endpoint);
+    auto* introLabel = value(intro);
+    layout->addWidget(introLabel);
+    const QList<QPair<QString, QString>> rows {{tr("Subject:"), distinguishedName(certificate, false)},
+        {tr("Alternative names:"), alternativeNames(certificate)},
+        {tr("Issuer:"), distinguishedName(certificate, true)},
+        {tr("Valid from:"), QLocale().toString(certificate.effectiveDate().toLocalTime(), QLocale::ShortFormat)},
+        {tr("Valid until:"), QLocale().toString(certificate.expiryDate().toLocalTime(), QLocale::ShortFormat)},
+        {tr("SHA-256:"),
+            NVL::Cloud::CertificatePins::fingerprintText(NVL::Cloud::CertificatePins::fingerprint(certificate))},
+        {tr("Not trusted because:"), reasons.isEmpty() ? tr("N/A") : reasons.join(QLatin1Char('\n'))}};
     auto* form = new QFormLayout;
-    form->addRow(tr("Issued to:"), value(names(certificate.subjectInfo(QSslCertificate::CommonName))));
-    form->addRow(tr("Issued by:"), value(names(certificate.issuerInfo(QSslCertificate::CommonName))));
-    form->addRow(
-        tr("Valid from:"), value(QLocale().toString(certificate.effectiveDate().toLocalTime(), QLocale::ShortFormat)));
-    form->addRow(
-        tr("Valid until:"), value(QLocale().toString(certificate.expiryDate().toLocalTime(), QLocale::ShortFormat)));
-    auto* print = value(fingerprint(certificate));
-    print->setMinimumWidth(300);
-    form->addRow(tr("SHA-256:"), print);
+    m_text = intro;
+    for (const auto& row : rows) {
+        auto* shown = value(row.second);
+        shown->setMinimumWidth(300);
+        form->addRow(row.first, shown);
+        m_text += QLatin1Char('\n') + row.first + QLatin1Char(' ') + row.second;
+    }
     layout->addLayout(form);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     m_trust = buttons->addButton(tr("&Trust"), QDialogButtonBox::AcceptRole);

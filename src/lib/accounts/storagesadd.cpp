@@ -10,10 +10,12 @@
 #include <QPushButton>
 #include <QSslCertificate>
 #include <QTimer>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include "accountutility.h"
 #include "advanced/advanced.h"
+#include "cloud/certificatepins.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/endpointhelper.h"
 #include "cloud/getprefixoperation.h"
@@ -246,7 +248,22 @@ bool Storages::Add::operationFinished(NVL::Cloud::IOperation* operation)
         if (operation->errorCode() == 5 && config.contains(endpointKey)) {
             warning() << QStringLiteral("Error code: %1").arg(operation->errorCode());
             warning() << QStringLiteral("Error message: %1").arg(operation->errorMessage());
-            requestPeerCertificate(config.value(endpointKey).toString());
+            // The certificate to ask about is the one the failed connection
+            // saw; only a client that could not keep it makes us fetch it.
+            const QString seen
+                = operation->cloudConfig().value(NVL::Cloud::Api::Config::Http::PeerCertificate).toString();
+            if (seen.isEmpty()) {
+                requestPeerCertificate(config.value(endpointKey).toString());
+            } else {
+                const QString endpoint = config.value(endpointKey).toString();
+                const QStringList reasons = operation->cloudConfig()
+                                                .value(NVL::Cloud::Api::Config::Http::PeerCertificateErrors)
+                                                .toStringList();
+                QTimer::singleShot(0, this, [this, seen, endpoint, reasons] {
+                    endLockUI();
+                    askTrust(seen, endpoint, reasons);
+                });
+            }
             sslStarted = true;
         } else {
             operationErrorHandler(operation->errorCode(), operation->errorMessage());
@@ -303,11 +320,22 @@ void Storages::Add::onLoadSslFinished()
     QScopedPointer<Communication::ICommand, QScopedPointerDeleteLater> holder(command);
     try {
         const QJsonObject data = replyData(command);
-        const QString pem = data.value(QLatin1String(Format::System::GetPeerSslCertificate::Reply::Pem)).toString();
+        askTrust(data.value(QLatin1String(Format::System::GetPeerSslCertificate::Reply::Pem)).toString(),
+            command->property("endpoint").toString(), QStringList());
+    } catch (const QString& text) {
+        warning() << text;
+        setErrorMessage(text);
+        lockWidgetsAfterSslOperation(true);
+    }
+}
+
+void Storages::Add::askTrust(const QString& pem, const QString& endpoint, const QStringList& reasons)
+{
+    try {
         const QSslCertificate certificate(pem.toUtf8(), QSsl::Pem);
         if (certificate.isNull())
             throw tr("Peer certificate is empty");
-        Account::SslCertMakeTrustDialog dialog(certificate, command->property("endpoint").toString(), this);
+        Account::SslCertMakeTrustDialog dialog(certificate, endpoint, reasons, this);
         if (dialog.exec() != Account::SslCertMakeTrustDialog::Trust) {
             lockWidgetsAfterSslOperation(true);
             return;
@@ -318,29 +346,30 @@ void Storages::Add::onLoadSslFinished()
             : nullptr;
         if (!append)
             throw QStringLiteral("Commnunication command don't registrate");
-        setParams(append, {{QLatin1String(Format::System::AppendToSslStorage::Request::Pem), pem}});
-        // The engine keeps the trusted list; the next listing reads it, so it
-        // waits for the engine's answer.
-        connect(append, &Communication::ICommand::complite, this, [this, append] {
+        setParams(append,
+            {{QLatin1String(Format::System::AppendToSslStorage::Request::Pem), pem},
+                {QLatin1String(Format::System::AppendToSslStorage::Request::EndPoint), endpoint}});
+        // The engine keeps the pin; this process honours it at once, so the
+        // listing that follows already trusts the certificate.
+        auto answered = [this, append, endpoint, certificate] {
             append->deleteLater();
             try {
                 replyData(append);
+                const QUrl url(
+                    endpoint.contains(QLatin1String("://")) ? endpoint : QStringLiteral("https://") + endpoint);
+                NVL::Cloud::CertificatePins::instance().add(
+                    {url.host(), url.port(url.scheme() == QLatin1String("http") ? 80 : 443),
+                        NVL::Cloud::CertificatePins::fingerprint(certificate)});
                 loadContainers();
             } catch (const QString& text) {
                 warning() << text;
                 setErrorMessage(text);
                 lockWidgetsAfterSslOperation(true);
             }
-        });
-        auto failed = [this, append] {
-            append->deleteLater();
-            const QString text = tr("Local command reply format error");
-            warning() << text;
-            setErrorMessage(text);
-            lockWidgetsAfterSslOperation(true);
         };
-        connect(append, &Communication::ICommand::error, this, failed);
-        connect(append, &Communication::ICommand::timeout, this, failed);
+        connect(append, &Communication::ICommand::complite, this, answered);
+        connect(append, &Communication::ICommand::error, this, answered);
+        connect(append, &Communication::ICommand::timeout, this, answered);
         append->exec();
     } catch (const QString& text) {
         warning() << text;
@@ -425,9 +454,6 @@ void Storages::Add::onLoadPrefixesOperationError(const QUuid& id, int code, cons
 void Storages::Add::beginLockUI()
 {
     onClearErrorMessage();
-    if (!m_locked)
-        m_okWasEnabled = okButton()->isEnabled();
-    m_locked = true;
     setCursor(Qt::WaitCursor);
     const auto children = findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget* child : children) {
@@ -449,9 +475,9 @@ void Storages::Add::endLockUI()
         if (!child->isWindow())
             child->setEnabled(true);
     }
-    if (m_locked)
-        okButton()->setEnabled(m_okWasEnabled);
-    m_locked = false;
+    // Everything, OK included: what must stay off after this is decided by
+    // lockWidgetsAfterError and the provider's own checks that follow.
+    okButton()->setEnabled(true);
     unsetCursor();
 }
 
@@ -548,6 +574,8 @@ void Storages::Add::onReject()
         m_prefixOperation->cancel();
 }
 
+// The texts often come from a server (an error body, a host name): escaped
+// inside the coloured tag, they can never render as markup or links.
 void Storages::Add::setErrorMessage(const QString& text, bool show)
 {
     m_message->setText(QStringLiteral("<font color='red'>%1</font>").arg(text.toHtmlEscaped()));

@@ -122,6 +122,9 @@ protected:
 
 private:
     void requestPeerCertificate(const QString& endpoint);
+    // Shows the certificate and, once trusted, pins it for the endpoint and
+    // lists again.
+    void askTrust(const QString& pem, const QString& endpoint, const QStringList& reasons);
 
     NVL::Cloud::Type m_type;
     QString m_prefix;
@@ -133,8 +136,6 @@ private:
     QLabel* m_message = nullptr;
     ProgressWheel* m_wheel = nullptr;
     QDialogButtonBox* m_buttons = nullptr;
-    bool m_okWasEnabled = false;
-    bool m_locked = false;
 };
 
 } // namespace NVB::GUI::Settings

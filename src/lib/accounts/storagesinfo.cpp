@@ -81,11 +81,9 @@ void Storages::Info::updateItem(const QModelIndex& index)
     const QString name = model->index(index.row(), Column::DisplayName, index.parent()).data().toString();
     m_title->setText(m_title->fontMetrics().elidedText(name, Qt::ElideMiddle, qMax(100, width() - 20)));
     m_title->setToolTip(name);
-    QJsonObject record = model->index(index.row(), Column::DetailParams, index.parent()).data().toJsonObject();
-    // The prefix lives beside the record, not in it.
-    if (!record.contains(QStringLiteral("BackupPrefix")))
-        record.insert(QStringLiteral("BackupPrefix"),
-            model->index(index.row(), Column::Prefix, index.parent()).data().toString());
+    // Every field, "BackupPrefix" included, comes from the record the engine
+    // keeps; what it lacks is hidden, not made up from other columns.
+    const QJsonObject record = model->index(index.row(), Column::DetailParams, index.parent()).data().toJsonObject();
     for (const Field& field : qAsConst(m_fields)) {
         const bool present = record.contains(field.key);
         field.label->setVisible(present);

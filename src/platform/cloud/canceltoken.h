@@ -14,6 +14,8 @@ public:
 
     void cancel() const;
     bool isCancelled() const { return m_flag->load(); }
+    // Copies of one token are the same token.
+    bool operator==(const CancelToken& other) const { return m_flag == other.m_flag; }
 
 private:
     std::shared_ptr<std::atomic_bool> m_flag;

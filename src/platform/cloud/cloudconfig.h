@@ -86,12 +86,27 @@ namespace Sftp {
 inline const QString Path = QStringLiteral("Path");
 inline const QString User = QStringLiteral("User");
 inline const QString Password = QStringLiteral("Password");
-// The private key itself (OpenSSH or PEM text), not a path to it. When a
-// password is given as well it unlocks the key.
+// The private key itself (OpenSSH or PEM text), not a path to it. An
+// encrypted one is unlocked by Passphrase (older records used Password).
 inline const QString PrivateKey = QStringLiteral("PrivateKey");
 // Our own addition: the known_hosts file the server's key is checked against.
 // Absent or empty means the user's ~/.ssh/known_hosts.
 inline const QString KnownHostsFile = QStringLiteral("KnownHostsFile");
+// Read as well, never written: the machine-wide file. Absent means
+// /etc/ssh/ssh_known_hosts.
+inline const QString GlobalKnownHostsFile = QStringLiteral("GlobalKnownHostsFile");
+// Unlocks an encrypted PrivateKey; with a key, Password is not used for it.
+inline const QString Passphrase = QStringLiteral("Passphrase");
+// Seconds any single step may wait for the server (connect, login, each SFTP
+// request); absent or 0 means SftpClient::DefaultTimeoutSeconds.
+inline const QString Timeout = QStringLiteral("Timeout");
+// Set by a failed operation whose host key is unknown or changed, for the
+// dialog that asks the user: the key as a known_hosts line would hold it
+// ("ssh-ed25519 AAAA..."), its SHA256 fingerprint as ssh prints it, and for
+// a changed key the fingerprint of the key on record.
+inline const QString OfferedHostKey = QStringLiteral("OfferedHostKey");
+inline const QString OfferedHostKeyFingerprint = QStringLiteral("OfferedHostKeyFingerprint");
+inline const QString KnownHostKeyFingerprint = QStringLiteral("KnownHostKeyFingerprint");
 } // namespace Sftp
 } // namespace Network
 
@@ -122,6 +137,10 @@ inline const QString ProjectId = QStringLiteral("ProjectId");
 namespace Api::Config::Http {
 inline const QString Endpoint = QStringLiteral("Endpoint");
 inline const QString UseSsl = QStringLiteral("UseSsl");
+// Set by an operation refused with SslUntrusted: the leaf certificate that
+// connection saw (PEM) and why verification failed (a string list).
+inline const QString PeerCertificate = QStringLiteral("PeerCertificate");
+inline const QString PeerCertificateErrors = QStringLiteral("PeerCertificateErrors");
 } // namespace Api::Config::Http
 
 namespace OperationConfig {

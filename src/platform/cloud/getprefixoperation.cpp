@@ -33,6 +33,7 @@ void GetPrefixOperation::exec()
         return;
     }
     m_prefixes.clear();
+    m_lastMarker.clear();
     requestPage(QString());
 }
 
@@ -87,6 +88,15 @@ void GetPrefixOperation::onListingFinished()
             m_prefixes.append(prefix);
     }
     if (!listing->marker().isEmpty()) {
+        // A provider that hands back the same (or an earlier) marker would
+        // have us ask for the same page for ever.
+        if (!m_lastMarker.isEmpty() && listing->marker() <= m_lastMarker) {
+            fail(NVL::Cloud::OperationError::InternalError,
+                QStringLiteral("The provider's listing did not move past \"%1\"; prefix listing stopped")
+                    .arg(listing->marker()));
+            return;
+        }
+        m_lastMarker = listing->marker();
         requestPage(listing->marker());
         return;
     }

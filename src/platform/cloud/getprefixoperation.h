@@ -47,6 +47,7 @@ private:
     QMap<QString, QVariant> m_config;
     QString m_rootPrefix;
     QStringList m_prefixes;
+    QString m_lastMarker;
     QSharedPointer<NVL::Cloud::IOperation> m_operation;
 };
 

@@ -64,8 +64,13 @@ void IOperation::run()
     const CancelToken cancel = m_cancel;
     m_watcher = new QFutureWatcher<OperationResult>(this);
     connect(m_watcher, &QFutureWatcherBase::finished, this, &IOperation::onWorkDone);
-    m_watcher->setFuture(QtConcurrent::run(
-        OperationManager::instance().threadPool(), [work, config, cancel]() { return runJob(work, config, cancel); }));
+    OperationManager& manager = OperationManager::instance();
+    manager.jobStarted(cancel);
+    m_watcher->setFuture(QtConcurrent::run(manager.threadPool(), [work, config, cancel]() {
+        OperationResult result = runJob(work, config, cancel);
+        OperationManager::instance().jobEnded(cancel);
+        return result;
+    }));
 }
 
 void IOperation::remove()

@@ -1,5 +1,8 @@
 #include "operationmanager.h"
 
+#include <libssh/libssh.h>
+
+#include <QCoreApplication>
 #include <QMutexLocker>
 
 #include "cloudconfig.h"
@@ -25,6 +28,11 @@ bool hasKnownType(const QMap<QString, QVariant>& config, const QString& what)
     return ok;
 }
 
+void stopWorkersAtExit()
+{
+    OperationManager::instance().stopWorkers();
+}
+
 } // namespace
 
 OperationManager& OperationManager::instance()
@@ -35,15 +43,55 @@ OperationManager& OperationManager::instance()
 
 OperationManager::OperationManager()
 {
-    // Network waits, not CPU work: more threads than cores is right here.
-    m_pool.setMaxThreadCount(8);
+    // libssh (and OpenSSL under it) set up here, inside the constructor, so
+    // that their exit handlers are registered before this object's destructor
+    // and therefore run after it: no worker touches OpenSSL after its cleanup.
+    ssh_init();
+    // Network waits, not CPU work: more threads than cores is right here, and
+    // enough that a few stalled servers (each ended by its deadline) cannot
+    // hold back a listing against a healthy one.
+    m_pool.setMaxThreadCount(64);
     m_pool.setExpiryTimeout(30000);
+    if (QCoreApplication::instance())
+        qAddPostRoutine(stopWorkersAtExit);
 }
 
 OperationManager::~OperationManager()
 {
+    stopWorkers();
+    {
+        QMutexLocker locker(&m_mutex);
+        m_operations.clear();
+    }
+    ssh_finalize();
+}
+
+bool OperationManager::stopWorkers(int msecs)
+{
+    {
+        QMutexLocker locker(&m_mutex);
+        for (const CancelToken& cancel : qAsConst(m_running))
+            cancel.cancel();
+    }
+    return m_pool.waitForDone(msecs);
+}
+
+int OperationManager::runningJobs() const
+{
     QMutexLocker locker(&m_mutex);
-    m_operations.clear();
+    return m_running.size();
+}
+
+void OperationManager::jobStarted(const CancelToken& cancel)
+{
+    QMutexLocker locker(&m_mutex);
+    m_running.append(cancel);
+}
+
+void OperationManager::jobEnded(const CancelToken& cancel)
+{
+    QMutexLocker locker(&m_mutex);
+    m_running.removeOne(cancel);
 }
 
 QSharedPointer<IOperation> OperationManager::keep(IOperation* operation)

@@ -45,6 +45,12 @@ public:
     QThreadPool* threadPool() { return &m_pool; }
     // Waits until no job runs any more; for shutdown and tests.
     bool waitForDone(int msecs = -1);
+    // Cancels every running job (which closes its connection) and waits for
+    // the workers. Runs by itself when the application object goes, before
+    // the libraries' own exit cleanup; a later operation still works.
+    bool stopWorkers(int msecs = 10000);
+    // Jobs on worker threads right now, removed operations included.
+    int runningJobs() const;
 
 private:
     friend class IOperation;
@@ -55,9 +61,12 @@ private:
 
     QSharedPointer<IOperation> keep(IOperation* operation);
     void release(const QUuid& id);
+    void jobStarted(const CancelToken& cancel);
+    void jobEnded(const CancelToken& cancel);
 
     mutable QMutex m_mutex;
     QHash<QUuid, QSharedPointer<IOperation>> m_operations;
+    QList<CancelToken> m_running;
     QThreadPool m_pool;
 };
 

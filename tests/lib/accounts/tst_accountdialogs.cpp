@@ -18,7 +18,12 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include <chrono>
+#include <thread>
+
+#include <fcntl.h>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "accounts/advanced/advanced.h"
@@ -28,12 +33,14 @@
 #include "accounts/selectstandalon.h"
 #include "accounts/sftp/sftp.h"
 #include "accounts/sftp/sftpadd.h"
+#include "accounts/sshhostkeydialog.h"
 #include "accounts/storages.h"
 #include "accounts/storageseditlist.h"
 #include "accounts/storagesinfo.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/ioperation.h"
 #include "cloud/operationmanager.h"
+#include "cloud/sshprivatekey.h"
 #include "cloud/storageaccountconverter.h"
 #include "crypt/cryptns.h"
 #include "engineprocess.h"
@@ -102,6 +109,9 @@ private slots:
     void shouldAddEditAndRemoveSftpAccountOnThePage();
     void shouldShowServersErrorForWrongPassword();
     void shouldForgetListingCancelledWhileRunning();
+    void shouldReadKeyFileOffTheGuiThread();
+    void shouldAskForPassphraseOfEncryptedKey();
+    void shouldOfferUnknownHostKeyAndConnectOnceAccepted();
     void shouldWriteEachFormWithItsOwnKeys_data();
     void shouldWriteEachFormWithItsOwnKeys();
 
@@ -346,7 +356,8 @@ void TestAccountDialogs::shouldAddEditAndRemoveSftpAccountOnThePage()
         fillSftp(dialog, name, withKey, m_password);
         okBeforeTest = dialog->okButton()->isEnabled();
         QTest::mouseClick(dialog->testButton(), Qt::LeftButton);
-        QVERIFY(QTest::qWaitFor([dialog] { return dialog->okButton()->isEnabled(); }, 60000));
+        QVERIFY(QTest::qWaitFor([dialog] { return dialog->isTested(); }, 60000));
+        QVERIFY(dialog->okButton()->isEnabled());
         shownPath = dialog->pathEdit()->text();
         success = dialog->messageLabel()->text();
         // The destination's backup prefixes are offered once it is tested.
@@ -361,7 +372,8 @@ void TestAccountDialogs::shouldAddEditAndRemoveSftpAccountOnThePage()
         QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
     });
     QTest::mouseClick(tile(page, NVL::Cloud::Type::Sftp), Qt::LeftButton);
-    QVERIFY(!okBeforeTest);
+    // OK needs the fields, not a test; the test is what offers the prefixes.
+    QVERIFY(okBeforeTest);
     QCOMPARE(success, QStringLiteral("<font color='green'>Connection Successful</font>"));
     QCOMPARE(shownPath, m_remote.path());
     QVERIFY(prefixes.contains(QStringLiteral("existing")));
@@ -453,9 +465,10 @@ void TestAccountDialogs::shouldShowServersErrorForWrongPassword()
     QCOMPARE(dialog.messageLabel()->text(),
         QStringLiteral("<font color='red'>%1</font>").arg(direct->errorMessage().toHtmlEscaped()));
     QVERIFY(dialog.messageLabel()->isVisible());
-    // Typing the right one asks for a new test before OK.
+    // Typing the right one clears the failure; OK follows the fields again.
     type(dialog.passwordEdit(), m_password);
-    QVERIFY(!dialog.okButton()->isEnabled());
+    QVERIFY(dialog.okButton()->isEnabled());
+    QVERIFY(!dialog.isTested());
     QVERIFY(!dialog.messageLabel()->isVisible());
 }
 
@@ -481,6 +494,108 @@ void TestAccountDialogs::shouldForgetListingCancelledWhileRunning()
     QVERIFY(!dialog.messageLabel()->isVisible());
     QVERIFY(!dialog.isTested());
     QVERIFY(!dialog.okButton()->isEnabled());
+}
+
+void TestAccountDialogs::shouldReadKeyFileOffTheGuiThread()
+{
+    if (!requireSftp())
+        return;
+    QTemporaryDir dir;
+    const QString fifo = dir.filePath(QStringLiteral("key.fifo"));
+    QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    Sftp::Add dialog;
+    dialog.show();
+    fillSftp(&dialog, QStringLiteral("Fifo"), true, QString());
+
+    // Whoever opens the FIFO for reading waits for a writer; this one comes
+    // after three seconds, so that a blocked GUI thread would come back.
+    std::thread writer([fifo] {
+        std::this_thread::sleep_for(std::chrono::seconds(3));
+        const int fd = ::open(QFile::encodeName(fifo).constData(), O_WRONLY | O_NONBLOCK);
+        if (fd >= 0)
+            ::close(fd);
+    });
+    const auto join = qScopeGuard([&writer] { writer.join(); });
+    QElapsedTimer clock;
+    clock.start();
+    type(dialog.keyPathEdit(), fifo);
+    QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
+    QVERIFY(QTest::qWaitFor([&dialog] { return dialog.messageLabel()->isVisible(); }, 2000));
+    QVERIFY2(clock.elapsed() < 2500, "nothing waited for the FIFO's writer");
+    QVERIFY2(dialog.messageLabel()->text().contains(QStringLiteral("is not a regular file")),
+        qPrintable(dialog.messageLabel()->text()));
+    QVERIFY(!dialog.operation());
+    QVERIFY(!dialog.isTested());
+
+    // A file too large to be a key is not read either.
+    QFile big(dir.filePath(QStringLiteral("big")));
+    QVERIFY(big.open(QIODevice::WriteOnly));
+    QVERIFY(big.resize(NVL::Cloud::SshPrivateKey::MaxSize + 1));
+    big.close();
+    type(dialog.keyPathEdit(), big.fileName());
+    QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("larger than 64 KiB")));
+}
+
+void TestAccountDialogs::shouldAskForPassphraseOfEncryptedKey()
+{
+    if (!requireSftp())
+        return;
+    Sftp::Add dialog;
+    dialog.show();
+    fillSftp(&dialog, QStringLiteral("Encrypted"), true, QString());
+    QVERIFY(dialog.passphraseEdit()->isHidden());
+    type(dialog.keyPathEdit(), m_sshdDir + QStringLiteral("/enc_key"));
+    QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
+    QTRY_VERIFY(dialog.passphraseEdit()->isVisible());
+    QVERIFY(!dialog.operation());
+    QVERIFY(dialog.messageLabel()->text().contains(QStringLiteral("passphrase")));
+
+    type(dialog.passphraseEdit(), readFile(m_sshdDir + QStringLiteral("/enc_passphrase")).trimmed());
+    QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
+    QVERIFY(QTest::qWaitFor([&dialog] { return dialog.isTested(); }, 60000));
+    // Key and passphrase travel together, each enciphered in the record.
+    const auto config = dialog.cloudConfig();
+    QVERIFY(config.value(NVL::Cloud::Config::Network::Sftp::PrivateKey).toString().contains("PRIVATE KEY"));
+    QVERIFY(!config.value(NVL::Cloud::Config::Network::Sftp::Passphrase).toString().isEmpty());
+}
+
+void TestAccountDialogs::shouldOfferUnknownHostKeyAndConnectOnceAccepted()
+{
+    if (!requireSftp())
+        return;
+    const QString knownHosts = m_home.path() + QStringLiteral("/.ssh/known_hosts");
+    QVERIFY(QFile::remove(knownHosts));
+    const auto restore = qScopeGuard([this, knownHosts] {
+        QFile::remove(knownHosts);
+        QFile::copy(m_sshdDir + QStringLiteral("/known_hosts"), knownHosts);
+    });
+    const QString fingerprint = readFile(m_sshdDir + QStringLiteral("/host_fingerprint")).trimmed();
+
+    Sftp::Add dialog;
+    dialog.show();
+    fillSftp(&dialog, QStringLiteral("New host"), false, m_password);
+
+    // Refused once: nothing is learnt.
+    QString asked;
+    whenModal<SshHostKeyDialog>([&asked](SshHostKeyDialog* question) {
+        asked = question->text();
+        question->reject();
+    });
+    QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(!asked.isEmpty(), 60000);
+    QVERIFY2(asked.contains(fingerprint), qPrintable(asked));
+    QVERIFY2(asked.contains(QStringLiteral("[127.0.0.1]:%1").arg(m_port)), qPrintable(asked));
+    QTRY_VERIFY(!QApplication::activeModalWidget());
+    QVERIFY(!QFileInfo::exists(knownHosts));
+    QVERIFY(!dialog.isTested());
+
+    // Accepted: recorded for that host:port, and the test goes through.
+    whenModal<SshHostKeyDialog>([](SshHostKeyDialog* question) { question->acceptButton()->click(); });
+    QTest::mouseClick(dialog.testButton(), Qt::LeftButton);
+    QVERIFY(QTest::qWaitFor([&dialog] { return dialog.isTested(); }, 60000));
+    QVERIFY(readFile(knownHosts).startsWith(QStringLiteral("[127.0.0.1]:%1 ssh-ed25519 ").arg(m_port)));
+    QCOMPARE(dialog.messageLabel()->text(), QStringLiteral("<font color='green'>Connection Successful</font>"));
 }
 
 void TestAccountDialogs::shouldWriteEachFormWithItsOwnKeys_data()

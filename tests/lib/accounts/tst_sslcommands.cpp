@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QJsonArray>
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QSslSocket>
@@ -67,12 +68,12 @@ private slots:
     void shouldExplainWhyNoCertificateCame_data();
     void shouldExplainWhyNoCertificateCame();
     void shouldGiveUpOnServerThatNeverAnswers();
-    void shouldKeepEachTrustedCertificateOnce();
+    void shouldPinOneLeafPerEndpoint();
     void shouldRefuseTextThatIsNoCertificate_data();
     void shouldRefuseTextThatIsNoCertificate();
 
 private:
-    QString trustedFile() const { return m_engine->dataDirectory() + QStringLiteral("/trusted-certificates.pem"); }
+    QJsonArray pins() const;
 
     EngineProcess* m_engine = nullptr;
     QByteArray m_pem;
@@ -165,22 +166,53 @@ void TestSslCommands::shouldGiveUpOnServerThatNeverAnswers()
                 .answered);
 }
 
-void TestSslCommands::shouldKeepEachTrustedCertificateOnce()
+QJsonArray TestSslCommands::pins() const
+{
+    const auto reply = SyncCommand::run(QLatin1String(System::ReadFromSslStorage::Name), {});
+    return reply.data.value(QStringLiteral("certificates")).toArray();
+}
+
+void TestSslCommands::shouldPinOneLeafPerEndpoint()
 {
     const QByteArray other = readFile(QStringLiteral(NVB_TEST_DATA_DIR "/other-cert.pem"));
-    for (const QByteArray& pem : {m_pem, m_pem, other, m_pem}) {
-        const auto reply = SyncCommand::run(
-            QLatin1String(System::AppendToSslStorage::Name), {{QStringLiteral("pem"), QString::fromLatin1(pem)}});
-        QVERIFY(reply.answered);
+    const auto append = [](const QByteArray& pem, const QString& endpoint) {
+        return SyncCommand::run(QLatin1String(System::AppendToSslStorage::Name),
+            {{QStringLiteral("pem"), QString::fromLatin1(pem)}, {QStringLiteral("endpoint"), endpoint}});
+    };
+    for (const QByteArray& pem : {m_pem, m_pem, other}) {
+        const auto reply = append(pem, QStringLiteral("https://S3.Example.com:9000/bucket"));
         QVERIFY2(!reply.isError, qPrintable(reply.errorString));
         QVERIFY(reply.data.value(QStringLiteral("success")).toBool());
     }
-    const QList<QSslCertificate> kept = QSslCertificate::fromPath(trustedFile());
+    QVERIFY(!append(m_pem, QStringLiteral("other.example.com")).isError);
+
+    // The last certificate trusted for an endpoint replaces the earlier one.
+    const QJsonArray kept = pins();
     QCOMPARE(kept.size(), 2);
-    QVERIFY(kept.contains(QSslCertificate(m_pem)));
-    QVERIFY(kept.contains(QSslCertificate(other)));
-    QCOMPARE(QFile(trustedFile()).permissions() & (QFileDevice::ReadOther | QFileDevice::WriteOther),
-        QFileDevice::Permissions());
+    QCOMPARE(kept.at(0).toObject().value("endpoint").toString(), QStringLiteral("other.example.com:443"));
+    QCOMPARE(QSslCertificate(kept.at(0).toObject().value("pem").toString().toLatin1()), QSslCertificate(m_pem));
+    QCOMPARE(kept.at(1).toObject().value("endpoint").toString(), QStringLiteral("s3.example.com:9000"));
+    QCOMPARE(QSslCertificate(kept.at(1).toObject().value("pem").toString().toLatin1()), QSslCertificate(other));
+
+    // A bundle or a pin without its endpoint is refused.
+    const auto bundle = append(m_pem + other, QStringLiteral("third.example.com"));
+    QVERIFY(bundle.isError);
+    QVERIFY2(bundle.errorString.contains(QStringLiteral("Exactly one")), qPrintable(bundle.errorString));
+    QVERIFY(SyncCommand::run(
+        QLatin1String(System::AppendToSslStorage::Name), {{QStringLiteral("pem"), QString::fromLatin1(m_pem)}})
+                .isError);
+    QCOMPARE(pins().size(), 2);
+
+    // The pins are the engine's: they outlive it, and can be taken back.
+    QVERIFY(m_engine->stop());
+    QVERIFY2(m_engine->start(), m_engine->output().constData());
+    QVERIFY(QTest::qWaitFor([this] { return pins().size() == 2; }, 10000));
+    QVERIFY(!SyncCommand::run(
+        QLatin1String(System::RemoveFromSslStorage::Name), {{QStringLiteral("pem"), QString::fromLatin1(m_pem)}})
+                 .isError);
+    QCOMPARE(pins().size(), 1);
+    QFile database(m_engine->dataDirectory() + QStringLiteral("/engine.db"));
+    QCOMPARE(database.permissions() & (QFileDevice::ReadOther | QFileDevice::ReadGroup), QFileDevice::Permissions());
 }
 
 void TestSslCommands::shouldRefuseTextThatIsNoCertificate_data()
@@ -195,12 +227,13 @@ void TestSslCommands::shouldRefuseTextThatIsNoCertificate_data()
 void TestSslCommands::shouldRefuseTextThatIsNoCertificate()
 {
     QFETCH(QJsonObject, params);
-    const QByteArray before = readFile(trustedFile());
+    params.insert(QStringLiteral("endpoint"), QStringLiteral("fourth.example.com"));
+    const int before = pins().size();
     const auto reply = SyncCommand::run(QLatin1String(System::AppendToSslStorage::Name), params);
     QVERIFY(reply.answered);
     QVERIFY(reply.isError);
     QVERIFY(!reply.errorString.isEmpty());
-    QCOMPARE(readFile(trustedFile()), before);
+    QCOMPARE(pins().size(), before);
 }
 
 NVB_TEST_MAIN(TestSslCommands)

@@ -11,6 +11,7 @@
 
 #include "accounts/sslcertmaketrustdialog.h"
 #include "accounts/storagesadd.h"
+#include "cloud/certificatepins.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/ioperation.h"
 #include "cloud/operationmanager.h"
@@ -36,10 +37,12 @@ namespace {
 class ScriptedOperation : public NVL::Cloud::IOperation
 {
 public:
-    ScriptedOperation(const QMap<QString, QVariant>& config, int code, const QString& message)
+    ScriptedOperation(const QMap<QString, QVariant>& config, int code, const QString& message,
+        const QMap<QString, QVariant>& learnt = {})
         : IOperation(NVL::Cloud::OperationType::ListContainers, config)
         , m_code(code)
         , m_message(message)
+        , m_learnt(learnt)
     { }
 
 protected:
@@ -47,13 +50,23 @@ protected:
     {
         const int code = m_code;
         const QString message = m_message;
-        return [code, message](NVL::Cloud::ProviderClient&, const QMap<QString, QVariant>&,
-                   const NVL::Cloud::CancelToken&) { return NVL::Cloud::OperationResult::failure(code, message); };
+        const QMap<QString, QVariant> learnt = m_learnt;
+        return [code, message, learnt](
+                   NVL::Cloud::ProviderClient&, const QMap<QString, QVariant>& config, const NVL::Cloud::CancelToken&) {
+            NVL::Cloud::OperationResult result = NVL::Cloud::OperationResult::failure(code, message);
+            if (!learnt.isEmpty()) {
+                result.config = config;
+                for (auto it = learnt.cbegin(); it != learnt.cend(); ++it)
+                    result.config.insert(it.key(), it.value());
+            }
+            return result;
+        };
     }
 
 private:
     int m_code;
     QString m_message;
+    QMap<QString, QVariant> m_learnt;
 };
 
 class Probe : public Storages::Add
@@ -74,11 +87,11 @@ public:
 
     // Runs an operation that fails with the code, as loadContainers() runs
     // a listing.
-    void runFailing(int code, const QString& message)
+    void runFailing(int code, const QString& message, const QMap<QString, QVariant>& learnt = {})
     {
         beginLockUI();
         QSharedPointer<NVL::Cloud::IOperation> operation(
-            new ScriptedOperation(cloudConfig(), code, message), &QObject::deleteLater);
+            new ScriptedOperation(cloudConfig(), code, message, learnt), &QObject::deleteLater);
         setOperation(operation);
         connect(operation.data(), &NVL::Cloud::IOperation::finished, this, &Probe::onLoadContainerOperationFinished);
         operation->run();
@@ -143,6 +156,7 @@ private slots:
     void shouldOpenOnStoredAccount();
     void shouldShowOperationErrorInRed();
     void shouldAskTrustAndListAgainForUntrustedCertificate();
+    void shouldAskAboutCertificateTheFailedConnectionSaw();
     void shouldStopWhenTrustIsRefused();
     void shouldAskForDefaultEndpointWhenNoneIsTyped();
     void shouldShowCertificateFetchFailure();
@@ -213,6 +227,10 @@ void TestStoragesAdd::shouldLockAllButCancel()
     QVERIFY(dialog.okButton()->isEnabled());
     dialog.lockWidgetsAfterError(true);
     QVERIFY(!dialog.okButton()->isEnabled());
+    // Unlocking enables everything, whatever OK was before.
+    dialog.beginLockUI();
+    dialog.endLockUI();
+    QVERIFY(dialog.okButton()->isEnabled());
 }
 
 void TestStoragesAdd::shouldFormatMessages()
@@ -288,6 +306,53 @@ void TestStoragesAdd::shouldAskTrustAndListAgainForUntrustedCertificate()
     // then answers with its own error.
     QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("not supported yet")));
     QTRY_VERIFY(!dialog.operation());
+}
+
+void TestStoragesAdd::shouldAskAboutCertificateTheFailedConnectionSaw()
+{
+    const int fetches = m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name));
+    const QSslCertificate seen(m_pem.toLatin1());
+    NVL::Cloud::CertificatePins::instance().set({});
+    Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://S3.Example.test:9443"));
+    dialog.show();
+
+    // The engine refuses the pin: its own words reach the user.
+    m_peer->onCommand(QLatin1String(System::AppendToSslStorage::Name),
+        EngineTestPeer::Answer::error(QStringLiteral("Exactly one certificate can be trusted, not 2")));
+    QString shown;
+    bool plain = true;
+    whenModal<Account::SslCertMakeTrustDialog>([&shown, &plain](Account::SslCertMakeTrustDialog* trust) {
+        shown = trust->text();
+        for (const QLabel* label : trust->findChildren<QLabel*>())
+            plain = plain && (label->textFormat() == Qt::PlainText || label->buddy());
+        trust->trustButton()->click();
+    });
+    const QMap<QString, QVariant> learnt {{NVL::Cloud::Api::Config::Http::PeerCertificate, m_pem},
+        {NVL::Cloud::Api::Config::Http::PeerCertificateErrors, QStringList {"The certificate is <b>self-signed</b>"}}};
+    dialog.runFailing(5, QStringLiteral("certificate not trusted"), learnt);
+    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("Exactly one certificate")));
+    QVERIFY2(shown.contains(QStringLiteral("The certificate is <b>self-signed</b>")), qPrintable(shown));
+    QVERIFY(shown.contains(QStringLiteral("CN=nvb-test-server")));
+    QVERIFY(
+        shown.contains(NVL::Cloud::CertificatePins::fingerprintText(NVL::Cloud::CertificatePins::fingerprint(seen))));
+    // Markup from the network stays text.
+    QVERIFY(plain);
+    QVERIFY(!NVL::Cloud::CertificatePins::instance().isPinned(QStringLiteral("s3.example.test"), 9443, seen));
+
+    // Accepted by the engine: pinned here at once for that endpoint, before
+    // the listing runs again.
+    m_peer->onCommand(QLatin1String(System::AppendToSslStorage::Name),
+        EngineTestPeer::Answer::reply({{QStringLiteral("success"), true}}));
+    whenModal<Account::SslCertMakeTrustDialog>(
+        [](Account::SslCertMakeTrustDialog* trust) { trust->trustButton()->click(); });
+    dialog.runFailing(5, QStringLiteral("certificate not trusted"), learnt);
+    QTRY_VERIFY(NVL::Cloud::CertificatePins::instance().isPinned(QStringLiteral("s3.example.test"), 9443, seen));
+    QCOMPARE(m_peer->lastParams(QLatin1String(System::AppendToSslStorage::Name)).value("endpoint").toString(),
+        QStringLiteral("https://S3.Example.test:9443"));
+    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("not supported yet")));
+    QCOMPARE(m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name)), fetches);
+    QVERIFY(!NVL::Cloud::CertificatePins::instance().isPinned(QStringLiteral("other.example.test"), 9443, seen));
+    NVL::Cloud::CertificatePins::instance().set({});
 }
 
 void TestStoragesAdd::shouldStopWhenTrustIsRefused()

@@ -60,7 +60,9 @@ void TestStoragesInfo::shouldShowTheFieldsOfTheRecord()
     view.setItem(row(QStringLiteral("Office NAS"),
         {{QStringLiteral("Address"), QStringLiteral("nas.local")}, {QStringLiteral("Port"), 2222},
             {QStringLiteral("KeepAlive"), true}, {QStringLiteral("Path"), QStringLiteral("/backup")},
-            {QStringLiteral("User"), QStringLiteral("ann")}}));
+            {QStringLiteral("User"), QStringLiteral("ann")},
+            {QStringLiteral("BackupPrefix"), QStringLiteral("office")}},
+        QStringLiteral("not-this-column")));
     QCOMPARE(view.title(), QStringLiteral("Office NAS"));
     QCOMPARE(view.fieldText(QStringLiteral("User")), QStringLiteral("ann"));
     QCOMPARE(view.fieldText(QStringLiteral("Address")), QStringLiteral("nas.local"));

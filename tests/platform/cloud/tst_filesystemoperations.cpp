@@ -9,6 +9,7 @@
 #include "cloud/operationmanager.h"
 #include "cloud/operations/listcontainers.h"
 #include "cloud/operations/listing.h"
+#include "cloud/providers/listingsnapshots.h"
 #include "testmain.h"
 
 using namespace NVL::Cloud;
@@ -30,6 +31,7 @@ private slots:
     void shouldListEverythingWithoutDelimiter();
     void shouldFilterByPrefixInsideFolder();
     void shouldPageWithMarker();
+    void shouldServeLaterPagesFromOneRead();
     void shouldAcceptRootPathInFrontOfPrefix();
     void shouldListSubFoldersAsContainers();
     void shouldCreateContainerOnce();
@@ -189,6 +191,14 @@ void TestFileSystemOperations::shouldFilterByPrefixInsideFolder()
     QCOMPARE(names(listing->data()), QStringList({"NVB_alpha/sub/NVB_inner/"}));
     QCOMPARE(listing->prefix(), QStringLiteral("NVB_alpha/sub/NVB_"));
 
+    // A sibling of the root is out of reach, however the prefix gets there.
+    QDir(m_dir->path()).mkpath(QStringLiteral("inner"));
+    for (const char* escape : {"../", "inner/../../", "./NVB_"}) {
+        const auto refused = runToEnd(OperationManager::instance().listing(
+            config(m_dir->path() + QStringLiteral("/inner")), QString::fromLatin1(escape), "/", QString(), 0));
+        QCOMPARE(refused->errorCode(), int(OperationError::InvalidName));
+    }
+
     const auto missing
         = runToEnd(OperationManager::instance().listing(config(m_dir->path()), "nothing/here/", "/", QString(), 0));
     QVERIFY2(!missing->isError(), "a prefix below no folder lists nothing, like an object store");
@@ -212,6 +222,43 @@ void TestFileSystemOperations::shouldPageWithMarker()
     } while (!marker.isEmpty() && pages < 10);
     QCOMPARE(pages, 2);
     QCOMPARE(all, QStringList({"NVB_alpha/", "NVB_beta/", "other/", "readme.txt"}));
+}
+
+void TestFileSystemOperations::shouldServeLaterPagesFromOneRead()
+{
+    QDir root(m_dir->path());
+    QVERIFY(root.mkdir(QStringLiteral("many")));
+    for (int i = 0; i < 2500; ++i) {
+        QFile file(root.filePath(QStringLiteral("many/f%1").arg(i, 5, 10, QLatin1Char('0'))));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    const auto first
+        = runToEnd(OperationManager::instance().listing(config(m_dir->path()), "many/", "/", QString(), 1000));
+    QString marker = qobject_cast<Operation::Listing*>(first.data())->marker();
+    QCOMPARE(marker, QStringLiteral("many/f00999"));
+    QCOMPARE(ListingSnapshots::instance().count(), 1);
+
+    // The folder goes; the listing under way still ends as it began, since
+    // later pages come from the one read of the first.
+    QVERIFY(QDir(root.filePath(QStringLiteral("many"))).removeRecursively());
+    QStringList rest;
+    while (!marker.isEmpty()) {
+        const auto page
+            = runToEnd(OperationManager::instance().listing(config(m_dir->path()), "many/", "/", marker, 1000));
+        QVERIFY2(!page->isError(), qPrintable(page->errorMessage()));
+        const auto* listing = qobject_cast<Operation::Listing*>(page.data());
+        rest += names(listing->data());
+        marker = listing->marker();
+    }
+    QCOMPARE(rest.size(), 1500);
+    QCOMPARE(rest.first(), QStringLiteral("many/f01000"));
+    QCOMPARE(rest.last(), QStringLiteral("many/f02499"));
+    QCOMPARE(ListingSnapshots::instance().count(), 0);
+
+    // A new listing reads again.
+    const auto fresh
+        = runToEnd(OperationManager::instance().listing(config(m_dir->path()), "many/", "/", QString(), 1000));
+    QVERIFY(qobject_cast<Operation::Listing*>(fresh.data())->data().isEmpty());
 }
 
 void TestFileSystemOperations::shouldAcceptRootPathInFrontOfPrefix()

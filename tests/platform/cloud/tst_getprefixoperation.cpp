@@ -7,6 +7,7 @@
 #include "cloud/getprefixoperation.h"
 #include "cloud/operationerror.h"
 #include "cloud/operationmanager.h"
+#include "cloud/providers/providerclient.h"
 #include "testmain.h"
 
 using NVB::Operation::GetPrefixOperation;
@@ -22,6 +23,7 @@ private slots:
     void shouldPageThroughManyPrefixes();
     void shouldReportErrorWithItsId();
     void shouldStaySilentWhenDestroyedWhileRunning();
+    void shouldStopWhenMarkerDoesNotAdvance();
 
 private:
     static Config config(const QString& path);
@@ -111,6 +113,55 @@ void TestGetPrefixOperation::shouldStaySilentWhenDestroyedWhileRunning()
     QVERIFY(NVL::Cloud::OperationManager::instance().waitForDone(30000));
     QCoreApplication::processEvents();
     QCOMPARE(signals_, 0);
+}
+
+namespace {
+
+// A provider whose every page says "more after NVB_a": it never moves on.
+class StuckClient : public NVL::Cloud::ProviderClient
+{
+public:
+    explicit StuckClient(std::atomic_int* pages)
+        : m_pages(pages)
+    { }
+    NVL::Cloud::OperationResult checkConfig(const Config&, const NVL::Cloud::CancelToken&) override { return {}; }
+    NVL::Cloud::OperationResult listContainers(const Config&, const NVL::Cloud::CancelToken&) override { return {}; }
+    NVL::Cloud::OperationResult createContainer(
+        const Config&, const QJsonObject&, const NVL::Cloud::CancelToken&) override
+    {
+        return {};
+    }
+    NVL::Cloud::OperationResult listing(
+        const Config&, const NVL::Cloud::ListingRequest&, const NVL::Cloud::CancelToken&) override
+    {
+        ++*m_pages;
+        NVL::Cloud::OperationResult result;
+        result.data.append(QJsonObject {{"Name", "NVB_a"}, {"IsFolder", true}});
+        result.marker = QStringLiteral("NVB_a");
+        return result;
+    }
+
+private:
+    std::atomic_int* m_pages;
+};
+
+} // namespace
+
+void TestGetPrefixOperation::shouldStopWhenMarkerDoesNotAdvance()
+{
+    std::atomic_int pages {0};
+    NVL::Cloud::ProviderClient::setFactory([&pages](const Config&) { return std::make_unique<StuckClient>(&pages); });
+    const auto restore = qScopeGuard([]() { NVL::Cloud::ProviderClient::setFactory({}); });
+
+    GetPrefixOperation operation(config(QStringLiteral("/nowhere")), QStringLiteral("NVB_"));
+    QSignalSpy finished(&operation, &GetPrefixOperation::finished);
+    QSignalSpy error(&operation, &GetPrefixOperation::error);
+    operation.exec();
+    QVERIFY(error.wait(10000));
+    QCOMPARE(finished.count(), 0);
+    QVERIFY2(error.first().at(2).toString().contains(QStringLiteral("did not move past")),
+        qPrintable(error.first().at(2).toString()));
+    QCOMPARE(pages.load(), 2);
 }
 
 NVB_TEST_GUILESS_MAIN(TestGetPrefixOperation)

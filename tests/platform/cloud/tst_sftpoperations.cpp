@@ -1,15 +1,19 @@
 #include <QtTest>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "cloud/getprefixoperation.h"
+#include "cloud/knownhosts.h"
 #include "cloud/listingobject.h"
 #include "cloud/operationerror.h"
 #include "cloud/operationmanager.h"
 #include "cloud/operations/listcontainers.h"
 #include "cloud/operations/listing.h"
+#include "cloud/providers/remotename.h"
+#include "cloud/sshprivatekey.h"
 #include "testmain.h"
 
 using namespace NVL::Cloud;
@@ -32,8 +36,14 @@ private slots:
     void shouldCheckConfigAndCompleteIt();
     void shouldPassOnServersErrorForWrongPassword();
     void shouldRefuseKeyTheServerDoesNotKnow();
-    void shouldRefuseUnknownHostKey();
-    void shouldRefuseChangedHostKey();
+    void shouldOfferUnknownHostKeyAndConnectOnceAccepted();
+    void shouldNameBothFingerprintsOfChangedHostKey();
+    void shouldEndStalledServerAndFreeWorkers();
+    void shouldListAndEnterFolderWithLatin1Name();
+    void shouldLogInWithEncryptedKeyAndItsPassphrase();
+    void shouldLogInThroughKeyboardInteractive();
+    void shouldRefuseDotSegmentsInPrefix_data();
+    void shouldRefuseDotSegmentsInPrefix();
     void shouldReportMissingRemotePath();
     void shouldListAndCreateContainers();
     void shouldFindBackupPrefixes();
@@ -54,6 +64,8 @@ private:
     QString m_user;
     QString m_password;
     QString m_privateKey;
+    int m_stallPort = 0;
+    int m_kbdPort = 0;
 };
 
 QString TestSftpOperations::readFile(const QString& path)
@@ -98,6 +110,10 @@ void TestSftpOperations::initTestCase()
     m_password = readFile(m_dir + QStringLiteral("/password")).trimmed();
     m_privateKey = readFile(m_dir + QStringLiteral("/user_key"));
     m_data = m_dir + QStringLiteral("/data");
+    m_stallPort = readFile(m_dir + QStringLiteral("/stall_port")).trimmed().toInt();
+    m_kbdPort = readFile(m_dir + QStringLiteral("/kbd_port")).trimmed().toInt();
+    QVERIFY(m_stallPort > 0);
+    QVERIFY(m_kbdPort > 0);
     QVERIFY(m_port > 0);
     QVERIFY(!m_user.isEmpty());
     QVERIFY(!m_password.isEmpty());
@@ -138,7 +154,8 @@ CloudConfig TestSftpOperations::config(Auth auth) const
     CloudConfig config {{Config::Id, QUuid::createUuid()}, {Config::Type, Name::Sftp},
         {Net::Address, QStringLiteral("127.0.0.1")}, {Net::Port, m_port}, {Net::KeepAlive, true},
         {Net::UseProxy, false}, {Net::Sftp::Path, m_data}, {Net::Sftp::User, m_user},
-        {Net::Sftp::KnownHostsFile, m_dir + QStringLiteral("/known_hosts")}};
+        {Net::Sftp::KnownHostsFile, m_dir + QStringLiteral("/known_hosts")},
+        {Net::Sftp::GlobalKnownHostsFile, m_dir + QStringLiteral("/no-global-known-hosts")}};
     if (auth == Auth::Key)
         config.insert(Net::Sftp::PrivateKey, m_privateKey);
     else
@@ -235,28 +252,192 @@ void TestSftpOperations::shouldRefuseKeyTheServerDoesNotKnow()
     QCOMPARE(unreadable->errorCode(), int(OperationError::InvalidConfig));
 }
 
-void TestSftpOperations::shouldRefuseUnknownHostKey()
+void TestSftpOperations::shouldOfferUnknownHostKeyAndConnectOnceAccepted()
 {
-    QTemporaryDir empty;
+    QTemporaryDir home;
+    const QString knownHosts = home.filePath(QStringLiteral("ssh/known_hosts"));
     CloudConfig given = config(Auth::Key);
-    const QString knownHosts = empty.filePath(QStringLiteral("known_hosts"));
     given.insert(Config::Network::Sftp::KnownHostsFile, knownHosts);
-    const auto operation = runToEnd(OperationManager::instance().listing(given, QString(), "/", QString(), 0));
-    QCOMPARE(operation->errorCode(), int(OperationError::HostKeyNotTrusted));
-    const QString message = operation->errorMessage();
-    QVERIFY2(message.contains(QStringLiteral("is unknown")), qPrintable(message));
-    QVERIFY2(message.contains(QStringLiteral("SHA256:")), qPrintable(message));
-    QVERIFY2(message.contains(knownHosts), qPrintable(message));
+    const auto refused = runToEnd(OperationManager::instance().listing(given, QString(), "/", QString(), 0));
+    QCOMPARE(refused->errorCode(), int(OperationError::HostKeyNotTrusted));
     QVERIFY2(!QFileInfo::exists(knownHosts), "an unknown key is never learnt silently");
+    const QString fingerprint = readFile(m_dir + QStringLiteral("/host_fingerprint")).trimmed();
+    const CloudConfig offered = refused->cloudConfig();
+    QCOMPARE(offered.value(Config::Network::Sftp::OfferedHostKeyFingerprint).toString(), fingerprint);
+    QVERIFY2(refused->errorMessage().contains(fingerprint), qPrintable(refused->errorMessage()));
+    QVERIFY(!refused->errorMessage().contains(QStringLiteral("ssh-keyscan")));
+
+    QCOMPARE(KnownHosts::accept(offered), QString());
+    QVERIFY(readFile(knownHosts).startsWith(QStringLiteral("[127.0.0.1]:%1 ssh-ed25519 ").arg(m_port)));
+    const auto accepted = runToEnd(OperationManager::instance().listing(given, QString(), "/", QString(), 0));
+    QVERIFY2(!accepted->isError(), qPrintable(accepted->errorMessage()));
+
+    // Accepted for that host:port only: the same server under another port
+    // is still a stranger.
+    CloudConfig otherPort = given;
+    otherPort.insert(Config::Network::Port, m_kbdPort);
+    otherPort.insert(Config::Network::Sftp::Password, m_password);
+    otherPort.remove(Config::Network::Sftp::PrivateKey);
+    const auto stranger = runToEnd(OperationManager::instance().checkConfig(otherPort));
+    QCOMPARE(stranger->errorCode(), int(OperationError::HostKeyNotTrusted));
+
+    // The machine-wide file counts as well.
+    CloudConfig global = config(Auth::Key);
+    global.insert(Config::Network::Sftp::KnownHostsFile, home.filePath(QStringLiteral("empty")));
+    global.insert(Config::Network::Sftp::GlobalKnownHostsFile, m_dir + QStringLiteral("/known_hosts"));
+    const auto viaGlobal = runToEnd(OperationManager::instance().checkConfig(global));
+    QVERIFY2(!viaGlobal->isError(), qPrintable(viaGlobal->errorMessage()));
 }
 
-void TestSftpOperations::shouldRefuseChangedHostKey()
+void TestSftpOperations::shouldNameBothFingerprintsOfChangedHostKey()
 {
     CloudConfig given = config(Auth::Password);
     given.insert(Config::Network::Sftp::KnownHostsFile, m_dir + QStringLiteral("/known_hosts_changed"));
     const auto operation = runToEnd(OperationManager::instance().checkConfig(given));
     QCOMPARE(operation->errorCode(), int(OperationError::HostKeyNotTrusted));
-    QVERIFY2(operation->errorMessage().contains(QStringLiteral("has changed")), qPrintable(operation->errorMessage()));
+    const QString message = operation->errorMessage();
+    QVERIFY2(message.contains(QStringLiteral("has changed")), qPrintable(message));
+    QProcess keygen;
+    keygen.start(QStringLiteral("ssh-keygen"), {"-l", "-E", "sha256", "-f", m_dir + "/other_host_key.pub"});
+    QVERIFY(keygen.waitForFinished(10000));
+    const QString recorded = QString::fromUtf8(keygen.readAllStandardOutput()).section(QLatin1Char(' '), 1, 1);
+    QVERIFY(recorded.startsWith(QStringLiteral("SHA256:")));
+    QVERIFY2(message.contains(recorded), qPrintable(message));
+    QVERIFY2(message.contains(readFile(m_dir + QStringLiteral("/host_fingerprint")).trimmed()), qPrintable(message));
+    QCOMPARE(operation->cloudConfig().value(Config::Network::Sftp::KnownHostKeyFingerprint).toString(), recorded);
+}
+
+void TestSftpOperations::shouldEndStalledServerAndFreeWorkers()
+{
+    OperationManager& manager = OperationManager::instance();
+    CloudConfig stalled = config(Auth::Password);
+    stalled.insert(Config::Network::Port, m_stallPort);
+    stalled.insert(Config::Network::Sftp::Timeout, 2);
+
+    // Its login succeeds, then SFTP never answers: the deadline ends it.
+    QElapsedTimer clock;
+    clock.start();
+    const auto ended = runToEnd(manager.listing(stalled, QString(), "/", QString(), 0));
+    QCOMPARE(ended->errorCode(), int(OperationError::Timeout));
+    QVERIFY2(ended->errorMessage().contains(QStringLiteral("did not answer within 2 s while starting SFTP")),
+        qPrintable(ended->errorMessage()));
+    QVERIFY2(clock.elapsed() < 20000, "the deadline of each step holds");
+
+    // Cancel closes the connection: the worker is free at once, not after
+    // the (long) deadline.
+    stalled.insert(Config::Network::Sftp::Timeout, 120);
+    QSharedPointer<IOperation> cancelled = manager.listing(stalled, QString(), "/", QString(), 0);
+    cancelled->run();
+    QTest::qWait(1500);
+    QCOMPARE(manager.runningJobs(), 1);
+    clock.restart();
+    cancelled->remove();
+    QTRY_COMPARE_WITH_TIMEOUT(manager.runningJobs(), 0, 5000);
+    QVERIFY(clock.elapsed() < 5000);
+
+    // Eight stalled operations pending do not hold back a healthy server.
+    QList<QSharedPointer<IOperation>> pending;
+    for (int i = 0; i < 8; ++i) {
+        pending.append(manager.listing(stalled, QString(), "/", QString(), 0));
+        pending.last()->run();
+    }
+    const auto healthy = runToEnd(manager.listing(config(Auth::Key), QString(), "/", QString(), 0));
+    QVERIFY2(!healthy->isError(), qPrintable(healthy->errorMessage()));
+    QCOMPARE(healthy->state(), int(IOperation::Finished));
+    QCOMPARE(manager.runningJobs(), 8);
+
+    // What the application does at exit: every worker stops, promptly.
+    clock.restart();
+    QVERIFY(manager.stopWorkers(10000));
+    QVERIFY(clock.elapsed() < 10000);
+    QCOMPARE(manager.runningJobs(), 0);
+    for (const auto& operation : qAsConst(pending))
+        operation->remove();
+}
+
+void TestSftpOperations::shouldListAndEnterFolderWithLatin1Name()
+{
+    // "café" written by an old Latin-1 system: the name is no UTF-8.
+    const QByteArray latin1 = QFile::encodeName(m_data) + "/caf\xe9";
+    const QByteArray innerFile = latin1 + "/inside.txt";
+    // QDir cannot name these bytes, so the next init() could not remove them.
+    const auto removeRaw = qScopeGuard([latin1, innerFile]() {
+        ::unlink(innerFile.constData());
+        ::rmdir(latin1.constData());
+    });
+    QVERIFY(::mkdir(latin1.constData(), 0755) == 0);
+    FILE* file = ::fopen(innerFile.constData(), "w");
+    QVERIFY(file);
+    ::fclose(file);
+
+    const auto top = runToEnd(OperationManager::instance().listing(config(Auth::Key), QString(), "/", QString(), 0));
+    QVERIFY2(!top->isError(), qPrintable(top->errorMessage()));
+    QString folderKey;
+    for (const QJsonValue& value : qobject_cast<Operation::Listing*>(top.data())->data()) {
+        const Api::ListingObject object(value.toObject());
+        if (RemoteName::encode(object.name()) == QByteArray("caf\xe9"))
+            folderKey = object.name();
+    }
+    QVERIFY2(!folderKey.isEmpty(), "the Latin-1 folder is listed under a name that maps back to its bytes");
+    QCOMPARE(RemoteName::display(folderKey), QStringLiteral("caf\\xe9"));
+
+    const auto entered = runToEnd(
+        OperationManager::instance().listing(config(Auth::Key), folderKey + QLatin1Char('/'), "/", QString(), 0));
+    QVERIFY2(!entered->isError(), qPrintable(entered->errorMessage()));
+    QCOMPARE(names(qobject_cast<Operation::Listing*>(entered.data())->data()),
+        QStringList({folderKey + QStringLiteral("/inside.txt")}));
+
+    const auto everything
+        = runToEnd(OperationManager::instance().listing(config(Auth::Key), QString(), QString(), QString(), 0));
+    QVERIFY2(!everything->isError(), qPrintable(everything->errorMessage()));
+    QVERIFY(names(qobject_cast<Operation::Listing*>(everything.data())->data())
+                .contains(folderKey + QStringLiteral("/inside.txt")));
+}
+
+void TestSftpOperations::shouldLogInWithEncryptedKeyAndItsPassphrase()
+{
+    const SshPrivateKey::Loaded key = SshPrivateKey::read(m_dir + QStringLiteral("/enc_key"));
+    QCOMPARE(key.error, QString());
+    QVERIFY(key.encrypted);
+    QVERIFY(!SshPrivateKey::read(m_dir + QStringLiteral("/user_key")).encrypted);
+
+    CloudConfig given = config(Auth::Key);
+    given.insert(Config::Network::Sftp::PrivateKey, key.text);
+    const auto locked = runToEnd(OperationManager::instance().checkConfig(given));
+    QCOMPARE(locked->errorCode(), int(OperationError::InvalidConfig));
+    QVERIFY2(locked->errorMessage().contains(QStringLiteral("passphrase")), qPrintable(locked->errorMessage()));
+
+    given.insert(Config::Network::Sftp::Passphrase, readFile(m_dir + QStringLiteral("/enc_passphrase")).trimmed());
+    const auto unlocked = runToEnd(OperationManager::instance().checkConfig(given));
+    QVERIFY2(!unlocked->isError(), qPrintable(unlocked->errorMessage()));
+}
+
+void TestSftpOperations::shouldLogInThroughKeyboardInteractive()
+{
+    CloudConfig given = config(Auth::Password);
+    given.insert(Config::Network::Port, m_kbdPort);
+    const auto operation = runToEnd(OperationManager::instance().listing(given, QString(), "/", QString(), 0));
+    QVERIFY2(!operation->isError(), qPrintable(operation->errorMessage()));
+
+    given.insert(Config::Network::Sftp::Password, QStringLiteral("not-the-password"));
+    const auto wrong = runToEnd(OperationManager::instance().checkConfig(given));
+    QCOMPARE(wrong->errorCode(), int(OperationError::AuthenticationFailed));
+}
+
+void TestSftpOperations::shouldRefuseDotSegmentsInPrefix_data()
+{
+    QTest::addColumn<QString>("prefix");
+    QTest::newRow("parent") << QStringLiteral("../");
+    QTest::newRow("parent then name") << QStringLiteral("../data/NVB_");
+    QTest::newRow("inner parent") << QStringLiteral("NVB_office/../../");
+    QTest::newRow("current") << QStringLiteral("./NVB_");
+}
+
+void TestSftpOperations::shouldRefuseDotSegmentsInPrefix()
+{
+    QFETCH(QString, prefix);
+    const auto operation = runToEnd(OperationManager::instance().listing(config(Auth::Key), prefix, "/", QString(), 0));
+    QCOMPARE(operation->errorCode(), int(OperationError::InvalidName));
 }
 
 void TestSftpOperations::shouldReportMissingRemotePath()

@@ -4,19 +4,25 @@
 #   sshd.sh start DIR   make keys, a config and the test user, start sshd
 #   sshd.sh stop DIR    stop the sshd that "start" left in DIR, by its pid
 #
-# Needs root: it creates (once) the local user "nvbsftptest", an SFTP-only
-# account (shell /usr/sbin/nologin, ForceCommand internal-sftp) that can only
-# log in to this server, since the server allows no other user. Every start
-# gives it a new random password. The system's own sshd is not touched.
+# Needs root: it creates the local user "nvbsftptest", which can only log in
+# to these servers (they allow no other user; the system's own sshd is not
+# touched), with a new random password on every start; "stop" removes it.
+# Three servers start, all with the same host key:
+#   the main one       SFTP only (ForceCommand internal-sftp), password or key
+#   stall_*            lets the login through, then its sftp subsystem is
+#                      /bin/sleep: a server that stops answering
+#   kbd_*              password only through keyboard-interactive (PAM)
 #
 # After a start DIR holds:
-#   port                 the port sshd listens on (2222, or the next free one)
+#   port, stall_port, kbd_port   the ports (from 2222 on, the next free ones)
 #   user, password       the test login
 #   user_key, user_key.pub   the login's key pair (authorized in authorized_keys)
-#   known_hosts          the server's host key for [127.0.0.1]:PORT
-#   known_hosts_changed  another key for the same host, to test a changed key
+#   enc_key, enc_key.pub, enc_passphrase  a passphrase-protected key, authorized
+#   known_hosts          the server's host key for every port
+#   known_hosts_changed  another key for the main port, to test a changed key
+#   host_fingerprint     the host key's SHA256 fingerprint as ssh prints it
 #   data/                a folder the test user owns, for listings
-#   sshd_config, sshd.log, server.pid
+#   *sshd_config, *sshd.log, *server.pid
 # When the server cannot be started (not root, no sshd) DIR/unavailable holds
 # the reason and the script still succeeds, so the tests can skip clearly.
 set -euo pipefail
@@ -31,12 +37,19 @@ fi
 user=nvbsftptest
 sshd=/usr/sbin/sshd
 
-stop_server() {
-    local pidfile="$dir/server.pid"
+stop_one() {
+    local pidfile="$dir/$1server.pid"
     [[ -f "$pidfile" ]] || return 0
     local pid
     pid=$(cat "$pidfile")
     if [[ -n "$pid" ]] && kill -0 "$pid" 2>/dev/null; then
+        # Sessions (and the stall server's sleep) are children of the listener.
+        local children
+        children=$(pgrep -P "$pid" 2>/dev/null || true)
+        for child in $children; do
+            pkill -P "$child" 2>/dev/null || true
+            kill "$child" 2>/dev/null || true
+        done
         kill "$pid"
         for _ in $(seq 50); do
             kill -0 "$pid" 2>/dev/null || break
@@ -45,6 +58,22 @@ stop_server() {
         kill -0 "$pid" 2>/dev/null && kill -9 "$pid"
     fi
     rm -f "$pidfile"
+}
+
+stop_server() {
+    stop_one ""
+    stop_one stall_
+    stop_one kbd_
+}
+
+remove_user() {
+    if id "$user" >/dev/null 2>&1; then
+        # Sessions that outlived their listener would keep the user busy.
+        for pid in $(pgrep -u "$user" 2>/dev/null || true); do
+            kill "$pid" 2>/dev/null || true
+        done
+        userdel -f "$user" 2>/dev/null || true
+    fi
 }
 
 unavailable() {
@@ -60,6 +89,7 @@ port_free() {
 case "$command" in
 stop)
     stop_server
+    remove_user
     exit 0
     ;;
 start)
@@ -73,16 +103,20 @@ esac
 mkdir -p "$dir"
 dir=$(cd "$dir" && pwd)
 stop_server
-rm -rf "$dir/data" "$dir/unavailable" "$dir"/*_key* "$dir"/known_hosts* "$dir/authorized_keys" "$dir/port"
+rm -rf "$dir/data" "$dir/unavailable" "$dir"/*_key* "$dir"/known_hosts* "$dir/authorized_keys" "$dir"/*port
 chmod 755 "$dir"
 
 [[ $(id -u) -eq 0 ]] || unavailable "it needs root to create the test user and check passwords"
 [[ -x "$sshd" ]] || unavailable "$sshd is not installed (package openssh-server)"
 command -v ssh-keygen >/dev/null || unavailable "ssh-keygen is not installed (package openssh-client)"
 
+# A real shell: sshd runs the stall server's forced command through it. The
+# main server still forces internal-sftp, and every server allows only this
+# user, on 127.0.0.1, with a password that lives as long as the servers.
 if ! id "$user" >/dev/null 2>&1; then
-    useradd --system --no-create-home --home-dir /nonexistent --shell /usr/sbin/nologin "$user"
+    useradd --system --no-create-home --home-dir /nonexistent --shell /bin/sh "$user"
 fi
+usermod --shell /bin/sh "$user" >/dev/null 2>&1 || true
 password=$(head -c 18 /dev/urandom | od -An -tx1 | tr -d ' \n')
 echo "$user:$password" | chpasswd
 echo "$user" > "$dir/user"
@@ -92,7 +126,10 @@ chmod 600 "$dir/password"
 ssh-keygen -q -t ed25519 -N '' -C nvb-test-host -f "$dir/host_ed25519_key"
 ssh-keygen -q -t ed25519 -N '' -C nvb-test-other-host -f "$dir/other_host_key"
 ssh-keygen -q -t ed25519 -N '' -C nvb-test-user -f "$dir/user_key"
-cp "$dir/user_key.pub" "$dir/authorized_keys"
+enc_passphrase=$(head -c 12 /dev/urandom | od -An -tx1 | tr -d ' \n')
+echo "$enc_passphrase" > "$dir/enc_passphrase"
+ssh-keygen -q -t ed25519 -N "$enc_passphrase" -C nvb-test-encrypted -f "$dir/enc_key"
+cat "$dir/user_key.pub" "$dir/enc_key.pub" > "$dir/authorized_keys"
 chmod 644 "$dir/authorized_keys"
 
 mkdir -p "$dir/data"
@@ -103,54 +140,83 @@ chmod 755 "$dir/data"
 mkdir -p /run/sshd
 chmod 755 /run/sshd
 
-port=2222
-started=no
-for _ in $(seq 20); do
-    while ! port_free "$port"; do
-        port=$((port + 1))
-    done
-    cat > "$dir/sshd_config" <<CONFIG
+# launch NAME FIRSTPORT EXTRA: starts one server with the shared settings plus
+# EXTRA, writes its port to NAME + "port"; sets $launched_port.
+launch() {
+    local name=$1 port=$2 extra=$3 started=no pid
+    for _ in $(seq 20); do
+        while ! port_free "$port"; do
+            port=$((port + 1))
+        done
+        cat > "$dir/${name}sshd_config" <<CONFIG
 ListenAddress 127.0.0.1
 Port $port
 HostKey $dir/host_ed25519_key
-PidFile $dir/sshd.pid
+PidFile $dir/${name}sshd.pid
 AuthorizedKeysFile $dir/authorized_keys
 AllowUsers $user
 PermitRootLogin no
-PubkeyAuthentication yes
-PasswordAuthentication yes
-KbdInteractiveAuthentication no
-UsePAM no
 StrictModes no
 X11Forwarding no
 AllowTcpForwarding no
-Subsystem sftp internal-sftp
-ForceCommand internal-sftp
+PermitTTY no
 LogLevel VERBOSE
+$extra
 CONFIG
-    "$sshd" -t -f "$dir/sshd_config" || unavailable "sshd refused the test configuration"
-    # Detached from our output, or ctest would wait for the pipes to close.
-    "$sshd" -D -f "$dir/sshd_config" -E "$dir/sshd.log" </dev/null >/dev/null 2>&1 &
-    pid=$!
-    echo "$pid" > "$dir/server.pid"
-    for _ in $(seq 50); do
-        if ! kill -0 "$pid" 2>/dev/null; then
-            break
-        fi
-        if ! port_free "$port"; then
-            started=yes
-            break
-        fi
-        sleep 0.1
+        "$sshd" -t -f "$dir/${name}sshd_config" || unavailable "sshd refused the test configuration ${name}sshd_config"
+        # Detached from our output, or ctest would wait for the pipes to close.
+        "$sshd" -D -f "$dir/${name}sshd_config" -E "$dir/${name}sshd.log" </dev/null >/dev/null 2>&1 &
+        pid=$!
+        echo "$pid" > "$dir/${name}server.pid"
+        for _ in $(seq 50); do
+            if ! kill -0 "$pid" 2>/dev/null; then
+                break
+            fi
+            if ! port_free "$port"; then
+                started=yes
+                break
+            fi
+            sleep 0.1
+        done
+        [[ $started == yes ]] && break
+        # Lost the port to someone else between the check and the start: next one.
+        stop_one "$name"
+        port=$((port + 1))
     done
-    [[ $started == yes ]] && break
-    # Lost the port to someone else between the check and the start: next one.
-    stop_server
-    port=$((port + 1))
-done
-[[ $started == yes ]] || unavailable "sshd did not start; see $dir/sshd.log"
+    [[ $started == yes ]] || unavailable "sshd did not start; see $dir/${name}sshd.log"
+    echo "$port" > "$dir/${name}port"
+    launched_port=$port
+}
 
-echo "$port" > "$dir/port"
-echo "[127.0.0.1]:$port $(cut -d' ' -f1,2 "$dir/host_ed25519_key.pub")" > "$dir/known_hosts"
+launch "" 2222 "PubkeyAuthentication yes
+PasswordAuthentication yes
+KbdInteractiveAuthentication no
+UsePAM no
+Subsystem sftp internal-sftp
+ForceCommand internal-sftp"
+port=$launched_port
+# The sleep ends by itself, so nothing of it outlives the tests for long.
+launch stall_ $((port + 1)) "PubkeyAuthentication yes
+PasswordAuthentication yes
+KbdInteractiveAuthentication no
+UsePAM no
+Subsystem sftp /bin/sleep 120
+ForceCommand /bin/sleep 120"
+stall_port=$launched_port
+launch kbd_ $((stall_port + 1)) "PubkeyAuthentication no
+PasswordAuthentication no
+KbdInteractiveAuthentication yes
+UsePAM yes
+Subsystem sftp internal-sftp
+ForceCommand internal-sftp"
+kbd_port=$launched_port
+
+host_key=$(cut -d' ' -f1,2 "$dir/host_ed25519_key.pub")
+{
+    echo "[127.0.0.1]:$port $host_key"
+    echo "[127.0.0.1]:$stall_port $host_key"
+    echo "[127.0.0.1]:$kbd_port $host_key"
+} > "$dir/known_hosts"
+ssh-keygen -l -E sha256 -f "$dir/host_ed25519_key.pub" | cut -d' ' -f2 > "$dir/host_fingerprint"
 echo "[127.0.0.1]:$port $(cut -d' ' -f1,2 "$dir/other_host_key.pub")" > "$dir/known_hosts_changed"
-echo "sshd.sh: SFTP test server on 127.0.0.1:$port (pid $(cat "$dir/server.pid"))"
+echo "sshd.sh: SFTP test servers on 127.0.0.1:$port, stall $stall_port, kbd $kbd_port (pid $(cat "$dir/server.pid"))"

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <functional>
+
+#include <QFutureWatcher>
+
 #include "accounts/storagesadd.h"
+#include "cloud/sshprivatekey.h"
 #include "sftp.h"
 
 class QCheckBox;
@@ -13,9 +18,10 @@ class QWidget;
 
 namespace NVB::GUI::Settings::Account {
 
-// The dialog of an SFTP account. An account is usable once a test listing of
-// its path has succeeded; any change of what the login depends on asks for a
-// new test.
+// The dialog of an SFTP account. OK needs the fields filled in; the backup
+// prefixes are offered once a test listing of the path has succeeded, and any
+// change of what the login depends on asks for a new test. A key file is read
+// on a worker thread, when chosen, tested or saved, never while typing.
 class Sftp::Add : public Storages::Add
 {
     Q_OBJECT
@@ -31,7 +37,9 @@ public:
     bool canRequestPrefixes() const override;
     void lockWidgetsAfterError(bool locked) override;
 
-    // The key text in a file; empty for an empty or unreadable path.
+    // The key text in a file; empty for an empty or unreadable path, a file
+    // that is not a regular one or one too large to be a key. May block on a
+    // slow file system: call it off the GUI thread.
     static QString privateKey(const QString& path);
 
     QLineEdit* displayNameEdit() const { return m_displayName; }
@@ -42,6 +50,9 @@ public:
     QComboBox* authCombo() const { return m_auth; }
     QLineEdit* passwordEdit() const { return m_password; }
     QLineEdit* keyPathEdit() const { return m_keyPath; }
+    QLineEdit* passphraseEdit() const { return m_passphrase; }
+    // A key file is being read.
+    bool isLoadingKey() const { return m_keyWatcher->isRunning(); }
     QCheckBox* keepAliveBox() const { return m_keepAlive; }
     QCheckBox* useProxyBox() const { return m_useProxy; }
     QPushButton* testButton() const { return m_test; }
@@ -61,11 +72,21 @@ private slots:
     void onDataChanged();
     void onCredsReset();
     void onTestFinished();
+    void onKeyLoaded();
 
 private:
     void saveConfig();
-    // The credential of the chosen kind: the password, or the key text.
+    // The credential of the chosen kind: the password, or the key text as
+    // last read (or as stored).
     QString credential() const;
+    // Whether the chosen credential is given, without touching any file.
+    bool hasCredential() const;
+    // Reads the chosen key file on a worker thread, then runs next; with a
+    // password, or a key already read from that path, next runs at once.
+    void withKey(const std::function<void()>& next);
+    void startTest();
+    void offerHostKey(const QMap<QString, QVariant>& refused);
+    void showPassphrase(bool shown);
 
     QLineEdit* m_displayName;
     QLineEdit* m_server;
@@ -73,10 +94,9 @@ private:
     QSpinBox* m_port;
     QLineEdit* m_user;
     QComboBox* m_auth;
-    QLabel* m_passwordLabel;
     QLineEdit* m_password;
-    QLabel* m_keyLabel;
     QWidget* m_keyRow;
+    QLineEdit* m_passphrase;
     QLineEdit* m_keyPath;
     QPushButton* m_import;
     QCheckBox* m_keepAlive;
@@ -84,6 +104,13 @@ private:
     QPushButton* m_test;
     // A key deciphered from the stored account, used until another is chosen.
     QString m_storedKey;
+    // The key read from m_keyFrom, and whether it needs the passphrase.
+    QString m_keyText;
+    QString m_keyFrom;
+    QString m_keyLoading;
+    bool m_keyEncrypted = false;
+    QFutureWatcher<NVL::Cloud::SshPrivateKey::Loaded>* m_keyWatcher;
+    std::function<void()> m_afterKey;
     bool m_tested = false;
 };
 

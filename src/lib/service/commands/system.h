@@ -11,6 +11,7 @@ namespace Reply {
 inline constexpr char Success[] = "success";
 } // namespace Reply
 namespace Request {
+inline constexpr char EndPoint[] = "endpoint";
 inline constexpr char Pem[] = "pem";
 } // namespace Request
 } // namespace AppendToSslStorage

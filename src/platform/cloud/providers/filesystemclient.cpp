@@ -8,6 +8,7 @@
 
 #include "cloud/cloudconfig.h"
 #include "listingpager.h"
+#include "listingsnapshots.h"
 
 namespace NVL::Cloud {
 
@@ -136,6 +137,14 @@ OperationResult FileSystemClient::listing(
 
     ListingRequest relative = request;
     relative.prefix = ListingPager::relativePrefix(path, request.prefix);
+    const QString prefixError = ListingPager::prefixError(relative.prefix);
+    if (!prefixError.isEmpty())
+        return OperationResult::failure(OperationError::InvalidName, prefixError);
+    ListingRequest unmarked = relative;
+    unmarked.marker.clear();
+    const QString snapshot = ListingSnapshots::keyOf(config, unmarked);
+    if (std::optional<OperationResult> page = ListingSnapshots::instance().nextPage(snapshot, relative))
+        return *page;
     const QString folder = ListingPager::splitPrefix(relative.prefix).first;
     const QString base = folder.isEmpty() ? path : path + QLatin1Char('/') + folder;
     const QString keyBase = folder.isEmpty() ? QString() : folder + QLatin1Char('/');
@@ -153,7 +162,7 @@ OperationResult FileSystemClient::listing(
             entries.append(entryOf(it.fileInfo(), key));
         }
     }
-    return ListingPager::page(entries, relative);
+    return ListingSnapshots::instance().firstPage(snapshot, std::move(entries), relative);
 }
 
 } // namespace NVL::Cloud

@@ -24,8 +24,15 @@ public:
     static QPair<QString, QString> splitPrefix(const QString& prefix);
     // Only "/" and "" are understood; anything else is refused by the caller.
     static bool isSupportedDelimiter(const QString& delimiter);
+    // A relative prefix with a "." or ".." segment would reach outside the
+    // account's root; the failure text, empty when the prefix is fine.
+    static QString prefixError(const QString& relativePrefix);
 
     static OperationResult page(QVector<Api::ListingObject> entries, const ListingRequest& request);
+    // The same from entries already sorted by name: a binary search finds
+    // the start, so a page costs about its own size.
+    static OperationResult pageSorted(const QVector<Api::ListingObject>& sorted, const ListingRequest& request);
+    static void sortByName(QVector<Api::ListingObject>* entries);
 };
 
 } // namespace NVL::Cloud

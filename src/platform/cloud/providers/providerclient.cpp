@@ -1,5 +1,8 @@
 #include "providerclient.h"
 
+#include <QMutex>
+#include <QMutexLocker>
+
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "filesystemclient.h"
@@ -8,10 +11,34 @@
 
 namespace NVL::Cloud {
 
+namespace {
+
+QMutex factoryMutex;
+ProviderClient::Factory& factoryOverride()
+{
+    static ProviderClient::Factory factory;
+    return factory;
+}
+
+} // namespace
+
 ProviderClient::~ProviderClient() = default;
+
+void ProviderClient::setFactory(const Factory& factory)
+{
+    QMutexLocker locker(&factoryMutex);
+    factoryOverride() = factory;
+}
 
 std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVariant>& config)
 {
+    {
+        QMutexLocker locker(&factoryMutex);
+        if (factoryOverride()) {
+            if (std::unique_ptr<ProviderClient> client = factoryOverride()(config))
+                return client;
+        }
+    }
     bool ok = false;
     const QString name = config.value(Config::Type).toString();
     const Type type = typeFromName(name, &ok);

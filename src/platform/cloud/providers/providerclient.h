@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <QJsonObject>
@@ -22,6 +23,11 @@ public:
     // The client for the configuration's type; unknown or not yet supported
     // types get a client that answers every call with an error.
     static std::unique_ptr<ProviderClient> create(const QMap<QString, QVariant>& config);
+
+    // Answers a client in place of create()'s when it gives one; lets tests
+    // stand in a misbehaving provider. An empty function restores the real ones.
+    using Factory = std::function<std::unique_ptr<ProviderClient>(const QMap<QString, QVariant>&)>;
+    static void setFactory(const Factory& factory);
 
     virtual OperationResult checkConfig(const QMap<QString, QVariant>& config, const CancelToken& cancel) = 0;
     virtual OperationResult listContainers(const QMap<QString, QVariant>& config, const CancelToken& cancel) = 0;
