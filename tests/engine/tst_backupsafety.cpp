@@ -15,7 +15,7 @@
 #include "runs/filebackupjob.h"
 #include "runs/filerestorejob.h"
 #include "runs/fileverifyjob.h"
-#include "runs/pathcodec.h"
+#include "core/bytename.h"
 #include "store/enginestore.h"
 #include "testmain.h"
 
@@ -255,9 +255,9 @@ private slots:
             QByteArray name(int(random.bounded(1, 24)), Qt::Uninitialized);
             for (char& byte : name)
                 byte = char(random.bounded(1, 256));
-            QCOMPARE(PathCodec::encode(PathCodec::decode(name)), name);
+            QCOMPARE(NVL::ByteName::encode(NVL::ByteName::decode(name)), name);
         }
-        QCOMPARE(PathCodec::decode("Grüße"), QStringLiteral("Grüße"));
+        QCOMPARE(NVL::ByteName::decode("Grüße"), QStringLiteral("Grüße"));
 
         // Names that are not UTF-8, two that a lossy reading would merge,
         // and one holding the codec's own escape character.

@@ -12,7 +12,7 @@
 #include <QDir>
 
 #include "filecopier.h"
-#include "pathcodec.h"
+#include "core/bytename.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -79,8 +79,8 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
     m_clock.start();
 
     QString error;
-    m_storage = FolderHandle::openAbsolute(PathCodec::encode(m_spec.storageRoot), &error);
-    const QByteArray runFolder = PathCodec::encode(m_spec.objectPrefix);
+    m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_spec.storageRoot), &error);
+    const QByteArray runFolder = NVL::ByteName::encode(m_spec.objectPrefix);
     if (m_storage.isValid()) {
         // The run's folder is new: an existing one belongs to another run
         // and is never written into.
@@ -116,7 +116,7 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         struct stat info
         {
         };
-        if (::stat(PathCodec::encode(root).constData(), &info) != 0) {
+        if (::stat(NVL::ByteName::encode(root).constData(), &info) != 0) {
             fail(root, QStringLiteral("The source %1 does not exist").arg(root));
             continue;
         }
@@ -181,7 +181,7 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
 
 void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_bool& stop)
 {
-    DIR* dir = ::opendir(PathCodec::encode(folder).constData());
+    DIR* dir = ::opendir(NVL::ByteName::encode(folder).constData());
     if (!dir) {
         fail(folder, QStringLiteral("Cannot read the folder %1").arg(folder));
         return;
@@ -192,7 +192,7 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
             break;
         if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
             continue;
-        const QString name = PathCodec::decode(entry->d_name);
+        const QString name = NVL::ByteName::decode(entry->d_name);
         const QString path = childPath(folder, name);
         struct stat info
         {
@@ -268,7 +268,7 @@ void FileBackupJob::takeLink(const QString& path, int folder, const char* name, 
     link.type = StoredContent::Link;
     link.modifiedUtc = fromTimespec(info.st_mtim);
     link.modifiedNs = nanoseconds(info.st_mtim);
-    link.linkTarget = PathCodec::decode(target);
+    link.linkTarget = NVL::ByteName::decode(target);
     takeOwnership(info, &link);
     m_result.content.append(link);
 }
@@ -280,7 +280,7 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
         return false;
     // The earlier copy must still be whole: a copy lost or cut short on the
     // storage is made again.
-    const QByteArray object = PathCodec::encode(previous.object);
+    const QByteArray object = NVL::ByteName::encode(previous.object);
     if (!FolderHandle::isPlainRelative(object))
         return false;
     struct stat stored
@@ -321,7 +321,7 @@ void FileBackupJob::takeFile(
     }
 
     const qint64 started = m_clock.elapsed();
-    const QByteArray encoded = PathCodec::encode(path);
+    const QByteArray encoded = NVL::ByteName::encode(path);
     const int slash = encoded.lastIndexOf('/');
     const QByteArray name = encoded.mid(slash + 1);
     const QByteArray folderBelow = encoded.mid(1, qMax(0, slash - 1));

@@ -15,7 +15,7 @@
 #include "folderhandle.h"
 #include "objectdecoder.h"
 #include "objectencoder.h"
-#include "pathcodec.h"
+#include "core/bytename.h"
 
 namespace NVB::Engine {
 
@@ -167,7 +167,7 @@ FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const 
     const Options& options, const std::atomic_bool* stop, const QString& what)
 {
     Result result;
-    const QString target = PathCodec::decode(name);
+    const QString target = NVL::ByteName::decode(name);
     PendingFile out(folder);
     if (!out.create()) {
         result.error = systemError(QStringLiteral("Cannot write"), target);

@@ -15,7 +15,7 @@
 
 #include "filecopier.h"
 #include "folderhandle.h"
-#include "pathcodec.h"
+#include "core/bytename.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -51,10 +51,10 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     m_clock.start();
     qint64 lastReport = -1;
     QString error;
-    m_storage = FolderHandle::openAbsolute(PathCodec::encode(m_spec.storageRoot), &error);
+    m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_spec.storageRoot), &error);
     if (m_storage.isValid()) {
         const bool inPlace = m_spec.destination.isEmpty();
-        m_target = FolderHandle::openAbsolute(inPlace ? QByteArrayLiteral("/") : PathCodec::encode(m_spec.destination),
+        m_target = FolderHandle::openAbsolute(inPlace ? QByteArrayLiteral("/") : NVL::ByteName::encode(m_spec.destination),
                                               &error, inPlace);
     }
     if (!m_target.isValid()) {
@@ -69,7 +69,7 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
         if (item.deleted || !isChosen(item.path))
             continue;
         if (item.type == StoredContent::Folder) {
-            const QByteArray folder = PathCodec::encode(item.path);
+            const QByteArray folder = NVL::ByteName::encode(item.path);
             if (FolderHandle::isPlainAbsolute(folder) && folder != "/") {
                 m_target.openBelow(folder.mid(1), true, nullptr);
                 folders.append(&item);
@@ -91,7 +91,7 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     // what lies in them changed their times, and a folder made read-only
     // early could not take its files.
     for (auto it = folders.crbegin(); it != folders.crend() && !stop; ++it) {
-        const FolderHandle folder = m_target.openBelow(PathCodec::encode((*it)->path).mid(1), false, nullptr);
+        const FolderHandle folder = m_target.openBelow(NVL::ByteName::encode((*it)->path).mid(1), false, nullptr);
         if (folder.isValid())
             applyOwnership(folder.fd(), nullptr, **it);
     }
@@ -130,8 +130,8 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     };
     // A stored path or object that climbs out of its folder is never
     // followed, whatever wrote it into the store.
-    const QByteArray path = PathCodec::encode(file.path);
-    const QByteArray object = PathCodec::encode(file.object);
+    const QByteArray path = NVL::ByteName::encode(file.path);
+    const QByteArray object = NVL::ByteName::encode(file.object);
     if (!FolderHandle::isPlainAbsolute(path) || path == "/") {
         failed(QStringLiteral("The stored path %1 is refused: it is not a plain absolute path").arg(file.path));
         return;
@@ -230,7 +230,7 @@ void FileRestoreJob::restoreLink(const StoredContent& link)
     RunProgress& totals = m_result.totals;
     ++totals.scannedCount;
     totals.currentFile = link.path;
-    const QByteArray path = PathCodec::encode(link.path);
+    const QByteArray path = NVL::ByteName::encode(link.path);
     QString error;
     if (!FolderHandle::isPlainAbsolute(path) || path == "/") {
         error = QStringLiteral("The stored path %1 is refused: it is not a plain absolute path").arg(link.path);
@@ -250,7 +250,7 @@ void FileRestoreJob::restoreLink(const StoredContent& link)
         if (folder.isValid()) {
             // Made under a fresh name and renamed over whatever is there, so
             // a link never lands half made and never follows the old entry.
-            const QByteArray target = PathCodec::encode(link.linkTarget);
+            const QByteArray target = NVL::ByteName::encode(link.linkTarget);
             QByteArray temporary;
             for (int attempt = 0; attempt < 16 && temporary.isEmpty(); ++attempt) {
                 const QByteArray candidate

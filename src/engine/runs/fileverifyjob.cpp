@@ -10,7 +10,7 @@
 
 #include "filecopier.h"
 #include "folderhandle.h"
-#include "pathcodec.h"
+#include "core/bytename.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -24,7 +24,7 @@ FileVerifyJob::FileVerifyJob(Spec spec)
 FileVerifyJob::Verdict FileVerifyJob::check(
     const FolderHandle& storage, const StoredContent& file, const std::atomic_bool& stop, QString* problem)
 {
-    const QByteArray object = PathCodec::encode(file.object);
+    const QByteArray object = NVL::ByteName::encode(file.object);
     if (!FolderHandle::isPlainRelative(object)) {
         *problem = QStringLiteral("The stored object of %1 is not a path below the storage").arg(file.path);
         return Verdict::Broken;
@@ -74,7 +74,7 @@ FileVerifyJob::Result FileVerifyJob::run(const std::atomic_bool& stop, const Pro
     clock.start();
     qint64 lastReport = -1;
     QString error;
-    const FolderHandle storage = FolderHandle::openAbsolute(PathCodec::encode(m_spec.storageRoot), &error);
+    const FolderHandle storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_spec.storageRoot), &error);
     if (!storage.isValid()) {
         m_result.planResult = PlanResult::Failed;
         m_result.message = error;

@@ -8,7 +8,7 @@
 
 #include <QList>
 
-#include "pathcodec.h"
+#include "core/bytename.h"
 
 namespace NVB::Engine {
 
@@ -63,7 +63,7 @@ FolderHandle FolderHandle::openAbsolute(const QByteArray& path, QString* error, 
     const int fd = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0 && error) {
         *error = QStringLiteral("Cannot open the folder %1: %2")
-                     .arg(PathCodec::decode(path), QString::fromLocal8Bit(std::strerror(errno)));
+                     .arg(NVL::ByteName::decode(path), QString::fromLocal8Bit(std::strerror(errno)));
     }
     return FolderHandle(fd, followSystemLinks);
 }
@@ -72,7 +72,7 @@ FolderHandle FolderHandle::openBelow(const QByteArray& relative, bool create, QS
 {
     if (!isPlainRelative(relative)) {
         if (error)
-            *error = QStringLiteral("The path %1 leaves its folder").arg(PathCodec::decode(relative));
+            *error = QStringLiteral("The path %1 leaves its folder").arg(NVL::ByteName::decode(relative));
         return FolderHandle();
     }
     FolderHandle current = duplicate();
@@ -90,7 +90,7 @@ FolderHandle FolderHandle::openBelow(const QByteArray& relative, bool create, QS
         if (next < 0) {
             if (error) {
                 *error = QStringLiteral("Cannot open the folder %1: %2")
-                             .arg(PathCodec::decode(relative), QString::fromLocal8Bit(std::strerror(errno)));
+                             .arg(NVL::ByteName::decode(relative), QString::fromLocal8Bit(std::strerror(errno)));
             }
             return FolderHandle();
         }

@@ -31,7 +31,7 @@ struct StoredContent
     quint64 inode = 0;
     // Put back by a restore: permission bits (0: not known), owner and
     // group (-1: not known; set only by an engine running as root), and
-    // for a link its target, as PathCodec text.
+    // for a link its target, as NVL::ByteName text.
     uint mode = 0;
     qint64 owner = -1;
     qint64 group = -1;

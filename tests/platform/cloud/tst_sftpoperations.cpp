@@ -12,7 +12,7 @@
 #include "cloud/operationmanager.h"
 #include "cloud/operations/listcontainers.h"
 #include "cloud/operations/listing.h"
-#include "cloud/providers/remotename.h"
+#include "core/bytename.h"
 #include "cloud/sshprivatekey.h"
 #include "testmain.h"
 
@@ -375,11 +375,11 @@ void TestSftpOperations::shouldListAndEnterFolderWithLatin1Name()
     QString folderKey;
     for (const QJsonValue& value : qobject_cast<Operation::Listing*>(top.data())->data()) {
         const Api::ListingObject object(value.toObject());
-        if (RemoteName::encode(object.name()) == QByteArray("caf\xe9"))
+        if (NVL::ByteName::encode(object.name()) == QByteArray("caf\xe9"))
             folderKey = object.name();
     }
     QVERIFY2(!folderKey.isEmpty(), "the Latin-1 folder is listed under a name that maps back to its bytes");
-    QCOMPARE(RemoteName::display(folderKey), QStringLiteral("caf\\xe9"));
+    QCOMPARE(NVL::ByteName::display(folderKey), QStringLiteral("caf\\xe9"));
 
     const auto entered = runToEnd(
         OperationManager::instance().listing(config(Auth::Key), folderKey + QLatin1Char('/'), "/", QString(), 0));

@@ -19,7 +19,7 @@
 #include "cloud/knownhosts.h"
 #include "listingpager.h"
 #include "listingsnapshots.h"
-#include "remotename.h"
+#include "core/bytename.h"
 #include "sshdeadline.h"
 
 namespace NVL::Cloud {
@@ -221,7 +221,7 @@ OperationResult SftpClient::open(const QMap<QString, QVariant>& config, const Ca
     m_host = config.value(Net::Address).toString().trimmed();
     m_user = config.value(Net::Sftp::User).toString().trimmed();
     const QString root = config.value(Net::Sftp::Path).toString().trimmed();
-    m_root = RemoteName::encode(root);
+    m_root = NVL::ByteName::encode(root);
     if (m_host.isEmpty())
         return OperationResult::failure(OperationError::InvalidConfig, QStringLiteral("SFTP server is empty"));
     if (m_user.isEmpty())
@@ -472,7 +472,7 @@ OperationResult SftpClient::sftpFailure(const QString& what, const QByteArray& r
     const OperationResult cut = interrupted();
     if (cut.isError())
         return cut;
-    const QString path = RemoteName::display(RemoteName::decode(rawPath));
+    const QString path = NVL::ByteName::display(NVL::ByteName::decode(rawPath));
     const int error = m_sftp ? sftp_get_error(m_sftp) : SSH_FX_FAILURE;
     switch (error) {
     case SSH_FX_NO_SUCH_FILE:
@@ -503,7 +503,7 @@ OperationResult SftpClient::checkRoot()
     if (!folder)
         return OperationResult::failure(OperationError::InvalidConfig,
             QStringLiteral("\"%1\" on %2 is not a folder")
-                .arg(RemoteName::display(RemoteName::decode(m_root)), m_host));
+                .arg(NVL::ByteName::display(NVL::ByteName::decode(m_root)), m_host));
     return {};
 }
 
@@ -530,7 +530,7 @@ OperationResult SftpClient::readFolder(const QByteArray& path, const QString& ke
             const bool folder = attributes->type == SSH_FILEXFER_TYPE_DIRECTORY;
             const QDateTime modified
                 = QDateTime::fromSecsSinceEpoch(attributes->mtime64 ? attributes->mtime64 : attributes->mtime, Qt::UTC);
-            const QString key = joinKey(keyBase, RemoteName::decode(rawName));
+            const QString key = joinKey(keyBase, NVL::ByteName::decode(rawName));
             entries->append(
                 Api::ListingObject(key, folder, folder ? 0 : static_cast<qint64>(attributes->size), modified));
             if (folder && recursive)
@@ -549,7 +549,7 @@ OperationResult SftpClient::readFolder(const QByteArray& path, const QString& ke
 
     for (const QByteArray& folder : qAsConst(folders)) {
         OperationResult result = readFolder(
-            joinPath(path, folder), joinKey(keyBase, RemoteName::decode(folder)), recursive, entries, cancel);
+            joinPath(path, folder), joinKey(keyBase, NVL::ByteName::decode(folder)), recursive, entries, cancel);
         if (result.isError())
             return result;
     }
@@ -571,7 +571,7 @@ OperationResult SftpClient::checkConfig(const QMap<QString, QVariant>& config, c
     char* canonical = sftp_canonicalize_path(m_sftp, m_root.constData());
     endStep();
     if (canonical) {
-        result.config.insert(Net::Sftp::Path, RemoteName::decode(QByteArray(canonical)));
+        result.config.insert(Net::Sftp::Path, NVL::ByteName::decode(QByteArray(canonical)));
         ssh_string_free_char(canonical);
     }
     const OperationResult cut = interrupted();
@@ -609,7 +609,7 @@ OperationResult SftpClient::createContainer(
     result = checkRoot();
     if (result.isError())
         return result;
-    const QByteArray folder = joinPath(m_root, RemoteName::encode(name));
+    const QByteArray folder = joinPath(m_root, NVL::ByteName::encode(name));
     beginStep(QStringLiteral("creating a folder"));
     const int made = sftp_mkdir(m_sftp, folder.constData(), 0755);
     endStep();
@@ -643,7 +643,7 @@ OperationResult SftpClient::listing(
         return result;
 
     const QString folder = ListingPager::splitPrefix(relative.prefix).first;
-    const QByteArray base = folder.isEmpty() ? m_root : joinPath(m_root, RemoteName::encode(folder));
+    const QByteArray base = folder.isEmpty() ? m_root : joinPath(m_root, NVL::ByteName::encode(folder));
 
     QVector<Api::ListingObject> entries;
     beginStep(QStringLiteral("reading the folder"));

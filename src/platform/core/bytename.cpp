@@ -1,6 +1,6 @@
-#include "remotename.h"
+#include "bytename.h"
 
-namespace NVL::Cloud {
+namespace NVL {
 
 namespace {
 
@@ -48,7 +48,7 @@ int sequenceAt(const QByteArray& bytes, int i, uint* code)
 
 } // namespace
 
-QString RemoteName::decode(const QByteArray& bytes)
+QString ByteName::decode(const QByteArray& bytes)
 {
     QString result;
     result.reserve(bytes.size());
@@ -74,7 +74,7 @@ QString RemoteName::decode(const QByteArray& bytes)
     return result;
 }
 
-QByteArray RemoteName::encode(const QString& name)
+QByteArray ByteName::encode(const QString& name)
 {
     QByteArray result;
     result.reserve(name.size());
@@ -91,7 +91,7 @@ QByteArray RemoteName::encode(const QString& name)
     return result;
 }
 
-QString RemoteName::display(const QString& name)
+QString ByteName::display(const QString& name)
 {
     QString result;
     for (const QChar c : name) {
@@ -103,4 +103,4 @@ QString RemoteName::display(const QString& name)
     return result;
 }
 
-} // namespace NVL::Cloud
+} // namespace NVL
