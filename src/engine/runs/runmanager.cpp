@@ -37,6 +37,40 @@ QString noBraces(const QUuid& id)
 }
 
 // The account's folder, ending in a slash, or an empty text with the reason.
+// A restore point's content, read on the calling worker's own connection: a
+// point of many files takes a while to read, and the serving thread's
+// connection must stay free. Empty, with `error` set, when the store fails.
+QList<StoredContent> loadContent(const QString& storeFile, qint64 row, QString* error)
+{
+    StoreDatabase database;
+    if (!database.open(storeFile)) {
+        *error = database.lastError();
+        return {};
+    }
+    QList<StoredContent> content = RepositoryStore(database).content(row);
+    database.close();
+    return content;
+}
+
+template<typename JobResult>
+RunOutcome outcomeOf(JobResult&& result)
+{
+    RunOutcome outcome;
+    outcome.planResult = result.planResult;
+    outcome.message = result.message;
+    outcome.files = std::move(result.files);
+    outcome.totals = result.totals;
+    return outcome;
+}
+
+RunOutcome failedOutcome(const QString& message)
+{
+    RunOutcome outcome;
+    outcome.planResult = PlanResult::Failed;
+    outcome.message = message;
+    return outcome;
+}
+
 } // namespace
 
 RunManager::RunManager(EngineStore* store, QObject* parent)
@@ -180,22 +214,19 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                 storeFile](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
         if (previousRow > 0) {
-            // Loaded here, on the worker's own connection: a point of many
-            // files takes a while to read.
-            StoreDatabase database;
-            if (database.open(storeFile)) {
-                for (const StoredContent& item : RepositoryStore(database).content(previousRow))
-                    spec.previous.insert(item.path, item);
-            }
+            // Without the previous point every file would be copied again,
+            // which is slow but loses nothing.
+            QString error;
+            for (const StoredContent& item : loadContent(storeFile, previousRow, &error))
+                spec.previous.insert(item.path, item);
+            if (!error.isEmpty())
+                NVL::NvlDebug(QStringLiteral("NVB")).warning()
+                    << QStringLiteral("The previous restore point could not be read: %1").arg(error);
         }
         FileBackupJob job(spec, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
-        RunOutcome outcome;
-        outcome.planResult = result.planResult;
-        outcome.message = result.message;
-        outcome.files = std::move(result.files);
+        RunOutcome outcome = outcomeOf(result);
         outcome.content = std::move(result.content);
-        outcome.totals = result.totals;
         return outcome;
     };
     return {};
@@ -228,21 +259,21 @@ QString RunManager::prepareRestore(
     spec.planId = active.plan.id;
     spec.planName = active.plan.name;
     spec.storageRoot = QDir::cleanPath(folder);
-    spec.content = m_store->content(point->rowId);
     spec.items = plan->restoreItems();
     spec.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
     spec.skipExistingFiles = plan->skipExistingFiles();
     spec.onlyNewFiles = plan->onlyNewFiles();
     const QUuid planId = active.plan.id;
-    *work = [this, planId, spec = std::move(spec)](const std::atomic_bool& stop) {
+    const qint64 row = point->rowId;
+    const QString storeFile = m_store->filePath();
+    *work = [this, planId, spec = std::move(spec), row, storeFile](const std::atomic_bool& stop) mutable {
+        QString error;
+        spec.content = loadContent(storeFile, row, &error);
+        if (!error.isEmpty())
+            return failedOutcome(error);
         FileRestoreJob job(spec);
-        auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
-        RunOutcome outcome;
-        outcome.planResult = result.planResult;
-        outcome.message = result.message;
-        outcome.files = std::move(result.files);
-        outcome.totals = result.totals;
-        return outcome;
+        return outcomeOf(
+            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
     };
     return {};
 }
@@ -265,23 +296,13 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
     const qint64 row = point->rowId;
     const QString storeFile = m_store->filePath();
     *work = [this, planId, spec = std::move(spec), row, storeFile](const std::atomic_bool& stop) mutable {
-        StoreDatabase database;
-        if (!database.open(storeFile)) {
-            RunOutcome failed;
-            failed.planResult = PlanResult::Failed;
-            failed.message = database.lastError();
-            return failed;
-        }
-        spec.content = RepositoryStore(database).content(row);
-        database.close();
+        QString error;
+        spec.content = loadContent(storeFile, row, &error);
+        if (!error.isEmpty())
+            return failedOutcome(error);
         FileVerifyJob job(spec);
-        auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
-        RunOutcome outcome;
-        outcome.planResult = result.planResult;
-        outcome.message = result.message;
-        outcome.files = std::move(result.files);
-        outcome.totals = result.totals;
-        return outcome;
+        return outcomeOf(
+            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
     };
     return {};
 }

@@ -130,22 +130,26 @@ QString historyFilter(const HistoryQuery& query, const char* timeColumn, const c
 
 } // namespace
 
+QSqlQuery RunStore::historyPage(
+    const QString& select, const HistoryQuery& query, const char* timeColumn, const char* textColumn)
+{
+    QVariantList values;
+    QSqlQuery q(m_db.database());
+    q.prepare(select + historyFilter(query, timeColumn, textColumn, &values));
+    for (const QVariant& value : qAsConst(values))
+        q.addBindValue(value);
+    if (!q.exec())
+        m_db.fail(q.lastError().text());
+    return q;
+}
+
 QList<RunRecord> RunStore::runs(const HistoryQuery& query)
 {
     QList<RunRecord> result;
-    QVariantList values;
-    const QString sql = QStringLiteral("SELECT id, plan_id, plan_name, operation, result, start_utc, duration, size, "
-                                       "file_count, error_message FROM runs")
-        + historyFilter(query, "start_utc", "plan_name", &values);
-    QSqlQuery q(m_db.database());
-    q.prepare(sql);
-    for (const QVariant& value : qAsConst(values))
-        q.addBindValue(value);
-    if (!q.exec()) {
-        m_db.fail(q.lastError().text());
-        return result;
-    }
-    while (q.next()) {
+    QSqlQuery q = historyPage(QStringLiteral("SELECT id, plan_id, plan_name, operation, result, start_utc, duration, "
+                                             "size, file_count, error_message FROM runs"),
+        query, "start_utc", "plan_name");
+    while (q.isActive() && q.next()) {
         RunRecord r;
         r.id = q.value(0).toLongLong();
         r.planId = QUuid(q.value(1).toString());
@@ -165,19 +169,10 @@ QList<RunRecord> RunStore::runs(const HistoryQuery& query)
 QList<RunFileRecord> RunStore::runFiles(const HistoryQuery& query)
 {
     QList<RunFileRecord> result;
-    QVariantList values;
-    const QString sql = QStringLiteral("SELECT id, run_id, plan_id, plan_name, file, operation, size, modified_utc, "
-                                       "finish_utc, duration, message FROM run_files")
-        + historyFilter(query, "finish_utc", "file", &values);
-    QSqlQuery q(m_db.database());
-    q.prepare(sql);
-    for (const QVariant& value : qAsConst(values))
-        q.addBindValue(value);
-    if (!q.exec()) {
-        m_db.fail(q.lastError().text());
-        return result;
-    }
-    while (q.next()) {
+    QSqlQuery q = historyPage(QStringLiteral("SELECT id, run_id, plan_id, plan_name, file, operation, size, "
+                                             "modified_utc, finish_utc, duration, message FROM run_files"),
+        query, "finish_utc", "file");
+    while (q.isActive() && q.next()) {
         RunFileRecord f;
         f.id = q.value(0).toLongLong();
         f.runId = q.value(1).toLongLong();

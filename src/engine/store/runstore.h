@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <QList>
+#include <QSqlQuery>
 
 #include "historyquery.h"
 #include "runfilerecord.h"
@@ -41,6 +42,11 @@ public:
     QList<RunFileRecord> runFiles(const HistoryQuery& query);
 
 private:
+    // One history page: `select` plus the query's filter, executed; an
+    // inactive query (the error recorded) when it could not run.
+    QSqlQuery historyPage(const QString& select, const HistoryQuery& query, const char* timeColumn,
+        const char* textColumn);
+
     StoreDatabase& m_db;
 };
 
