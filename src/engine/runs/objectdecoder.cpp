@@ -8,20 +8,35 @@
 
 namespace NVB::Engine {
 
+namespace {
+
+// As for compression: one context a worker, not one a file.
+ZSTD_DCtx* threadContext()
+{
+    struct Owner
+    {
+        ZSTD_DCtx* context = ZSTD_createDCtx();
+        ~Owner() { ZSTD_freeDCtx(context); }
+    };
+    thread_local Owner owner;
+    return owner.context;
+}
+
+} // namespace
+
 ObjectDecoder::ObjectDecoder(int fd, ObjectEncoding encoding)
     : m_fd(fd)
     , m_encoding(encoding)
 {
     if (m_encoding == ObjectEncoding::Zstd) {
-        m_context = ZSTD_createDCtx();
+        m_context = threadContext();
+        if (m_context)
+            ZSTD_DCtx_reset(m_context, ZSTD_reset_session_and_parameters);
         m_in.resize(int(ZSTD_DStreamInSize()));
     }
 }
 
-ObjectDecoder::~ObjectDecoder()
-{
-    ZSTD_freeDCtx(m_context);
-}
+ObjectDecoder::~ObjectDecoder() = default;
 
 ssize_t ObjectDecoder::readRaw(char* buffer, size_t capacity)
 {

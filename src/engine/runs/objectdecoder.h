@@ -31,7 +31,7 @@ private:
 
     int m_fd;
     ObjectEncoding m_encoding;
-    ZSTD_DCtx* m_context = nullptr;
+    ZSTD_DCtx* m_context = nullptr; // the thread's own: one decoder at a time a thread
     QByteArray m_in;
     size_t m_inPos = 0;
     size_t m_inSize = 0;

@@ -13,6 +13,19 @@ namespace {
 // ratio, so a backup stays bound by reading the source, not by compressing.
 constexpr int CompressionLevel = 3;
 
+// A context holds several hundred KiB of tables; making one per file would
+// cost more than compressing a small file, so each worker keeps its own.
+ZSTD_CCtx* threadContext()
+{
+    struct Owner
+    {
+        ZSTD_CCtx* context = ZSTD_createCCtx();
+        ~Owner() { ZSTD_freeCCtx(context); }
+    };
+    thread_local Owner owner;
+    return owner.context;
+}
+
 } // namespace
 
 ObjectEncoder::ObjectEncoder(int fd, ObjectEncoding encoding)
@@ -20,17 +33,16 @@ ObjectEncoder::ObjectEncoder(int fd, ObjectEncoding encoding)
     , m_encoding(encoding)
 {
     if (m_encoding == ObjectEncoding::Zstd) {
-        m_context = ZSTD_createCCtx();
-        if (m_context)
+        m_context = threadContext();
+        if (m_context) {
+            ZSTD_CCtx_reset(m_context, ZSTD_reset_session_and_parameters);
             ZSTD_CCtx_setParameter(m_context, ZSTD_c_compressionLevel, CompressionLevel);
+        }
         m_out.resize(int(ZSTD_CStreamOutSize()));
     }
 }
 
-ObjectEncoder::~ObjectEncoder()
-{
-    ZSTD_freeCCtx(m_context);
-}
+ObjectEncoder::~ObjectEncoder() = default;
 
 bool ObjectEncoder::write(const char* data, size_t size)
 {

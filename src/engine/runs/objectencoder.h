@@ -34,7 +34,7 @@ private:
 
     int m_fd;
     ObjectEncoding m_encoding;
-    ZSTD_CCtx* m_context = nullptr;
+    ZSTD_CCtx* m_context = nullptr; // the thread's own: one encoder at a time a thread
     QByteArray m_out;
     qint64 m_stored = 0;
 };
