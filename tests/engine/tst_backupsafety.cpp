@@ -56,24 +56,24 @@ private:
     FileBackupJob::Result backup(const QStringList& roots, const QList<StoredContent>& previous = {},
         const QString& storage = QString(), bool compress = false)
     {
-        FileBackupJob::Spec spec;
-        spec.compress = compress;
-        spec.planId = QUuid::createUuid();
-        spec.storageRoot = storage.isEmpty() ? m_storage.path() : storage;
-        spec.objectPrefix = QStringLiteral("NVB_t/plan/run%1").arg(++m_runs);
+        FileBackupJob::Parameters parameters;
+        parameters.compress = compress;
+        parameters.planId = QUuid::createUuid();
+        parameters.storageRoot = storage.isEmpty() ? m_storage.path() : storage;
+        parameters.objectPrefix = QStringLiteral("NVB_t/plan/run%1").arg(++m_runs);
         for (const StoredContent& item : previous)
-            spec.previous.insert(item.path, item);
-        FileBackupJob job(spec, FileSelection(roots, {}, FileSelection::FilterType::All, {}, {}, false));
+            parameters.previous.insert(item.path, item);
+        FileBackupJob job(parameters, FileSelection(roots, {}, FileSelection::FilterType::All, {}, {}, false));
         return job.run(m_stop, {});
     }
 
     FileRestoreJob::Result restore(const QList<StoredContent>& content, const QString& destination)
     {
-        FileRestoreJob::Spec spec;
-        spec.storageRoot = m_storage.path();
-        spec.content = content;
-        spec.destination = destination;
-        FileRestoreJob job(spec);
+        FileRestoreJob::Parameters parameters;
+        parameters.storageRoot = m_storage.path();
+        parameters.content = content;
+        parameters.destination = destination;
+        FileRestoreJob job(parameters);
         return job.run(m_stop, {});
     }
 
@@ -170,14 +170,14 @@ private slots:
         const auto saved = backup({folder});
         const QString bad = folder + QStringLiteral("/bad.txt");
 
-        FileVerifyJob::Spec spec;
-        spec.storageRoot = m_storage.path();
-        spec.content = saved.content;
-        QCOMPARE(FileVerifyJob(spec).run(m_stop, {}).planResult, int(PlanResult::Success));
+        FileVerifyJob::Parameters parameters;
+        parameters.storageRoot = m_storage.path();
+        parameters.content = saved.content;
+        QCOMPARE(FileVerifyJob(parameters).run(m_stop, {}).planResult, int(PlanResult::Success));
 
         // Flip bytes without changing the size: only the checksum sees it.
         write(m_storage.filePath(find(saved.content, bad)->object), "BAD DATA!");
-        const auto verified = FileVerifyJob(spec).run(m_stop, {});
+        const auto verified = FileVerifyJob(parameters).run(m_stop, {});
         QCOMPARE(verified.planResult, int(PlanResult::Failed));
         QCOMPARE(verified.totals.failedCount, 1);
         QCOMPARE(verified.files.size(), 1);
@@ -238,10 +238,10 @@ private slots:
         const auto damaged = restore(second.content, again);
         QCOMPARE(damaged.planResult, int(PlanResult::Warning));
         QCOMPARE(damaged.totals.failedCount, 1);
-        FileVerifyJob::Spec spec;
-        spec.storageRoot = m_storage.path();
-        spec.content = second.content;
-        const auto verified = FileVerifyJob(spec).run(m_stop, {});
+        FileVerifyJob::Parameters parameters;
+        parameters.storageRoot = m_storage.path();
+        parameters.content = second.content;
+        const auto verified = FileVerifyJob(parameters).run(m_stop, {});
         QCOMPARE(verified.planResult, int(PlanResult::Failed));
         QCOMPARE(verified.files.size(), 1);
         QCOMPARE(verified.files.first().file, text);
@@ -429,13 +429,13 @@ private slots:
         QTemporaryDir tree;
         write(tree.filePath(QStringLiteral("mine.txt")), "mine");
         write(tree.filePath(QStringLiteral("data/engine.db")), "db");
-        FileBackupJob::Spec spec;
-        spec.storageRoot = tree.filePath(QStringLiteral("storage"));
-        QDir().mkpath(spec.storageRoot);
-        spec.objectPrefix = QStringLiteral("NVB_t/p/1");
-        spec.neverTaken = QStringList {spec.storageRoot, tree.filePath(QStringLiteral("data"))};
+        FileBackupJob::Parameters parameters;
+        parameters.storageRoot = tree.filePath(QStringLiteral("storage"));
+        QDir().mkpath(parameters.storageRoot);
+        parameters.objectPrefix = QStringLiteral("NVB_t/p/1");
+        parameters.neverTaken = QStringList {parameters.storageRoot, tree.filePath(QStringLiteral("data"))};
         const auto own
-            = FileBackupJob(spec, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
+            = FileBackupJob(parameters, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
                   .run(m_stop, {});
         QCOMPARE(own.planResult, int(PlanResult::Success));
         QCOMPARE(own.totals.scannedCount, 1);
@@ -458,12 +458,12 @@ private slots:
         if (::mount("nvbtest", QFile::encodeName(mountPoint).constData(), "tmpfs", 0, "size=1m") != 0)
             QSKIP("tmpfs cannot be mounted here");
         write(mountPoint + QStringLiteral("/there.txt"), "there");
-        FileBackupJob::Spec spec;
-        spec.storageRoot = m_storage.path();
+        FileBackupJob::Parameters parameters;
+        parameters.storageRoot = m_storage.path();
         const auto run = [&](std::optional<bool> oneFileSystem) {
-            spec.objectPrefix = QStringLiteral("NVB_t/fs/%1").arg(++m_runs);
-            spec.oneFileSystem = oneFileSystem;
-            return FileBackupJob(spec, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
+            parameters.objectPrefix = QStringLiteral("NVB_t/fs/%1").arg(++m_runs);
+            parameters.oneFileSystem = oneFileSystem;
+            return FileBackupJob(parameters, FileSelection({tree.path()}, {}, FileSelection::FilterType::All, {}, {}, false))
                 .run(m_stop, {})
                 .totals.copiedCount;
         };

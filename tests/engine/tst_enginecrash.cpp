@@ -87,13 +87,13 @@ private:
     void checkPoint(EngineStore& store, const StoredRestorePoint& point, const Tree& expected)
     {
         const QList<StoredContent> content = store.content(point.rowId);
-        FileRestoreJob::Spec spec;
-        spec.storageRoot = m_storage.path();
-        spec.content = content;
+        FileRestoreJob::Parameters parameters;
+        parameters.storageRoot = m_storage.path();
+        parameters.content = content;
         QTemporaryDir target;
-        spec.destination = target.path();
+        parameters.destination = target.path();
         std::atomic_bool stop {false};
-        const auto result = FileRestoreJob(spec).run(stop, {});
+        const auto result = FileRestoreJob(parameters).run(stop, {});
         QVERIFY2(result.totals.failedCount == 0, qPrintable(result.message));
 
         Tree restored;

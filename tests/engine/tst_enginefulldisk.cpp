@@ -166,13 +166,13 @@ private slots:
         QVERIFY(store.open(m_engine->dataDirectory() + QStringLiteral("/engine.db")));
         const auto points = store.restorePoints(account, plan.id());
         QCOMPARE(points.size(), 1);
-        FileRestoreJob::Spec spec;
-        spec.storageRoot = m_mount;
-        spec.content = store.content(points.first().rowId);
+        FileRestoreJob::Parameters parameters;
+        parameters.storageRoot = m_mount;
+        parameters.content = store.content(points.first().rowId);
         QTemporaryDir target;
-        spec.destination = target.path();
+        parameters.destination = target.path();
         std::atomic_bool stop {false};
-        QCOMPARE(FileRestoreJob(spec).run(stop, {}).planResult, int(PlanResult::Success));
+        QCOMPARE(FileRestoreJob(parameters).run(stop, {}).planResult, int(PlanResult::Success));
         for (auto it = first.cbegin(); it != first.cend(); ++it) {
             QFile file(target.path() + it.key());
             QVERIFY(file.open(QIODevice::ReadOnly));

@@ -39,10 +39,10 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
     }
 
-    static FileBackupJob::Spec spec(
+    static FileBackupJob::Parameters parameters(
         const QString& storage, const QString& runName, const QList<StoredContent>& previous = {})
     {
-        FileBackupJob::Spec s;
+        FileBackupJob::Parameters s;
         s.planId = QUuid::createUuid();
         s.planName = QStringLiteral("Test");
         s.storageRoot = storage;
@@ -77,7 +77,7 @@ private slots:
         std::atomic_bool stop {false};
 
         FileBackupJob first(
-            spec(storage.path(), QStringLiteral("run1")), everything(root, {root + QStringLiteral("/skip")}));
+            parameters(storage.path(), QStringLiteral("run1")), everything(root, {root + QStringLiteral("/skip")}));
         int reports = 0;
         const auto full = first.run(stop, [&reports](const RunProgress&) { ++reports; });
         QCOMPARE(full.planResult, int(PlanResult::Success));
@@ -88,14 +88,14 @@ private slots:
         QVERIFY(!paths(full.content).contains(root + QStringLiteral("/skip/c.txt")));
         QVERIFY(paths(full.content).contains(root + QStringLiteral("/sub")));
 
-        FileBackupJob unchanged(spec(storage.path(), QStringLiteral("run2"), full.content), everything(root));
+        FileBackupJob unchanged(parameters(storage.path(), QStringLiteral("run2"), full.content), everything(root));
         const auto same = unchanged.run(stop, {});
         QCOMPARE(same.totals.copiedCount, 1); // only the folder that was excluded before
         QCOMPARE(same.files.size(), 1);
         QCOMPARE(same.files.first().file, root + QStringLiteral("/skip/c.txt"));
 
         write(root + QStringLiteral("/a.txt"), "alpha, changed", 1700000500);
-        FileBackupJob changed(spec(storage.path(), QStringLiteral("run3"), same.content), everything(root));
+        FileBackupJob changed(parameters(storage.path(), QStringLiteral("run3"), same.content), everything(root));
         const auto delta = changed.run(stop, {});
         QCOMPARE(delta.totals.copiedCount, 1);
         QCOMPARE(delta.files.first().file, root + QStringLiteral("/a.txt"));
@@ -139,7 +139,7 @@ private slots:
         for (const char* name : {"doc.txt", "img.JPG", ".hidden", "cache/x.txt"})
             write(source.filePath(QString::fromLatin1(name)), "x");
         std::atomic_bool stop {false};
-        FileBackupJob job(spec(storage.path(), QStringLiteral("r")),
+        FileBackupJob job(parameters(storage.path(), QStringLiteral("r")),
             FileSelection({source.path()}, {}, FileSelection::FilterType(filterType), filter, folders, hidden));
         const auto result = job.run(stop, {});
         QStringList files;
@@ -159,7 +159,7 @@ private slots:
         write(source.filePath(QStringLiteral("real/file.txt")), "x");
         QVERIFY(QFile::link(source.path(), source.filePath(QStringLiteral("real/loop"))));
         std::atomic_bool stop {false};
-        FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
+        FileBackupJob job(parameters(storage.path(), QStringLiteral("r")), everything(source.path()));
         const auto result = job.run(stop, {});
         QCOMPARE(result.planResult, int(PlanResult::Success));
         QCOMPARE(result.totals.copiedCount, 1);
@@ -169,7 +169,7 @@ private slots:
     {
         QTemporaryDir storage;
         std::atomic_bool stop {false};
-        FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(QStringLiteral("/no/such/folder")));
+        FileBackupJob job(parameters(storage.path(), QStringLiteral("r")), everything(QStringLiteral("/no/such/folder")));
         const auto result = job.run(stop, {});
         QCOMPARE(result.planResult, int(PlanResult::Failed));
         QVERIFY(result.message.contains(QStringLiteral("/no/such/folder")));
@@ -186,7 +186,7 @@ private slots:
         write(large, QByteArray());
         QVERIFY(::truncate(QFile::encodeName(large).constData(), qint64(8) << 30) == 0);
         std::atomic_bool stop {false};
-        FileBackupJob job(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
+        FileBackupJob job(parameters(storage.path(), QStringLiteral("r")), everything(source.path()));
         std::thread stopper([&stop] {
             std::this_thread::sleep_for(std::chrono::milliseconds(300));
             stop = true;
@@ -213,10 +213,10 @@ private slots:
         write(source.filePath(QStringLiteral("keep/two.txt")), "two", 1700000000);
         write(source.filePath(QStringLiteral("other.txt")), "other", 1700000000);
         std::atomic_bool stop {false};
-        FileBackupJob backup(spec(storage.path(), QStringLiteral("r")), everything(source.path()));
+        FileBackupJob backup(parameters(storage.path(), QStringLiteral("r")), everything(source.path()));
         const auto saved = backup.run(stop, {});
 
-        FileRestoreJob::Spec restoreSpec;
+        FileRestoreJob::Parameters restoreSpec;
         restoreSpec.storageRoot = storage.path();
         restoreSpec.content = saved.content;
         restoreSpec.items = QStringList {source.filePath(QStringLiteral("keep"))};

@@ -59,17 +59,17 @@ void takeOwnership(const struct stat& info, StoredContent* item)
 
 } // namespace
 
-FileBackupJob::FileBackupJob(Spec spec, FileSelection selection)
-    : m_spec(std::move(spec))
+FileBackupJob::FileBackupJob(Parameters parameters, FileSelection selection)
+    : m_parameters(std::move(parameters))
     , m_selection(std::move(selection))
 {
-    for (QString& path : m_spec.neverTaken)
+    for (QString& path : m_parameters.neverTaken)
         path = QDir::cleanPath(path);
 }
 
 bool FileBackupJob::isNeverTaken(const QString& path) const
 {
-    return std::any_of(m_spec.neverTaken.cbegin(), m_spec.neverTaken.cend(),
+    return std::any_of(m_parameters.neverTaken.cbegin(), m_parameters.neverTaken.cend(),
         [&path](const QString& folder) { return isBelowOrSame(path, folder); });
 }
 
@@ -79,8 +79,8 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
     m_clock.start();
 
     QString error;
-    m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_spec.storageRoot), &error);
-    const QByteArray runFolder = NVL::ByteName::encode(m_spec.objectPrefix);
+    m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_parameters.storageRoot), &error);
+    const QByteArray runFolder = NVL::ByteName::encode(m_parameters.objectPrefix);
     if (m_storage.isValid()) {
         // The run's folder is new: an existing one belongs to another run
         // and is never written into.
@@ -90,7 +90,7 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
             const QByteArray last = runFolder.mid(slash + 1);
             if (::mkdirat(parent.fd(), last.constData(), 0700) != 0) {
                 error = QStringLiteral("Cannot make the run's folder %1: %2")
-                            .arg(m_spec.objectPrefix, QString::fromLocal8Bit(std::strerror(errno)));
+                            .arg(m_parameters.objectPrefix, QString::fromLocal8Bit(std::strerror(errno)));
             } else {
                 m_runFolder = parent.openBelow(last, false, &error);
             }
@@ -123,7 +123,7 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         if (isNeverTaken(root))
             continue;
         if (S_ISDIR(info.st_mode)) {
-            m_oneFileSystem = m_spec.oneFileSystem.value_or(root == QLatin1String("/"));
+            m_oneFileSystem = m_parameters.oneFileSystem.value_or(root == QLatin1String("/"));
             takeFolder(root, info);
             walk(root, info.st_dev, stop);
         } else if (S_ISREG(info.st_mode)) {
@@ -167,13 +167,13 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
         if (::syncfs(m_storage.fd()) != 0) {
             m_result.planResult = PlanResult::Failed;
             m_result.message = QStringLiteral("Cannot flush the copies to the storage %1: %2")
-                                   .arg(m_spec.storageRoot, QString::fromLocal8Bit(std::strerror(errno)));
+                                   .arg(m_parameters.storageRoot, QString::fromLocal8Bit(std::strerror(errno)));
         }
     }
     if (m_result.planResult != PlanResult::Success && m_result.planResult != PlanResult::Warning) {
         // Nothing will refer to this run's copies.
         m_runFolder = FolderHandle();
-        QDir(m_spec.storageRoot + QLatin1Char('/') + m_spec.objectPrefix).removeRecursively();
+        QDir(m_parameters.storageRoot + QLatin1Char('/') + m_parameters.objectPrefix).removeRecursively();
         m_result.content.clear();
     }
     report(true);
@@ -211,7 +211,7 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
             struct stat target
             {
             };
-            if (!m_spec.followFileSymlinks || ::fstatat(::dirfd(dir), entry->d_name, &target, 0) != 0
+            if (!m_parameters.followFileSymlinks || ::fstatat(::dirfd(dir), entry->d_name, &target, 0) != 0
                 || !S_ISREG(target.st_mode)) {
                 if (m_selection.takesFile(name))
                     takeLink(path, ::dirfd(dir), entry->d_name, info);
@@ -238,7 +238,7 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
         takeFolder(path, info);
         walk(path, device, stop);
         // A folder with nothing taken below it is kept only when asked to.
-        if (!m_spec.backupEmptyFolders && m_result.content.size() == before + 1)
+        if (!m_parameters.backupEmptyFolders && m_result.content.size() == before + 1)
             m_result.content.removeAt(before);
     }
 }
@@ -308,9 +308,9 @@ void FileBackupJob::takeFile(
     file.inode = seen.st_ino;
     takeOwnership(seen, &file);
 
-    const auto previous = m_spec.previous.constFind(path);
-    const bool forced = m_spec.reBackupModifiedSince.isValid() && file.modifiedUtc >= m_spec.reBackupModifiedSince;
-    if (!forced && previous != m_spec.previous.cend() && reusable(*previous, file)) {
+    const auto previous = m_parameters.previous.constFind(path);
+    const bool forced = m_parameters.reBackupModifiedSince.isValid() && file.modifiedUtc >= m_parameters.reBackupModifiedSince;
+    if (!forced && previous != m_parameters.previous.cend() && reusable(*previous, file)) {
         file.object = previous->object;
         file.checksum = previous->checksum;
         file.encoding = previous->encoding;
@@ -354,7 +354,7 @@ void FileBackupJob::takeFile(
         options.times[0] = before.st_atim;
         options.times[1] = before.st_mtim;
         options.mode = before.st_mode;
-        if (m_spec.compress)
+        if (m_parameters.compress)
             options.writeEncoding = ObjectEncoding::Zstd;
         // The first read of a file that changes under it is thrown away and
         // made again; the second is kept, with a warning that names it.
@@ -390,17 +390,17 @@ void FileBackupJob::takeFile(
             fail(path, copied.error, true);
         return;
     }
-    file.object = m_spec.objectPrefix + path;
+    file.object = m_parameters.objectPrefix + path;
     file.checksum = copied.checksum;
-    file.encoding = int(m_spec.compress ? ObjectEncoding::Zstd : ObjectEncoding::Plain);
-    file.storedSize = m_spec.compress ? copied.storedSize : -1;
+    file.encoding = int(m_parameters.compress ? ObjectEncoding::Zstd : ObjectEncoding::Plain);
+    file.storedSize = m_parameters.compress ? copied.storedSize : -1;
     ++totals.copiedCount;
     totals.copiedSize += copied.size;
     m_result.content.append(file);
 
     RunFileRecord record;
-    record.planId = m_spec.planId;
-    record.planName = m_spec.planName;
+    record.planId = m_parameters.planId;
+    record.planName = m_parameters.planName;
     record.file = path;
     record.operation = RunFileRecord::Copied;
     record.size = copied.size;
@@ -425,8 +425,8 @@ void FileBackupJob::fail(const QString& path, const QString& message, bool count
     if (m_result.message.isEmpty())
         m_result.message = message;
     RunFileRecord record;
-    record.planId = m_spec.planId;
-    record.planName = m_spec.planName;
+    record.planId = m_parameters.planId;
+    record.planName = m_parameters.planName;
     record.file = path;
     record.operation = RunFileRecord::Failed;
     record.finishUtc = QDateTime::currentDateTimeUtc();

@@ -27,7 +27,7 @@ namespace NVB::Engine {
 class FileBackupJob
 {
 public:
-    struct Spec
+    struct Parameters
     {
         QUuid planId;
         QString planName;
@@ -62,7 +62,7 @@ public:
 
     using ProgressHandler = std::function<void(const RunProgress&)>;
 
-    FileBackupJob(Spec spec, FileSelection selection);
+    FileBackupJob(Parameters parameters, FileSelection selection);
 
     // Blocks until the run ends or `stop` turns true. Progress is reported at
     // most ten times a second.
@@ -81,7 +81,7 @@ private:
     bool isNeverTaken(const QString& path) const;
     void finishResult(const std::atomic_bool& stop);
 
-    Spec m_spec;
+    Parameters m_parameters;
     FileSelection m_selection;
     FolderHandle m_storage;
     FolderHandle m_runFolder;

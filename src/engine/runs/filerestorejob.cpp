@@ -22,10 +22,10 @@ namespace NVB::Engine {
 
 using NVB::Info::Plan::PlanResult;
 
-FileRestoreJob::FileRestoreJob(Spec spec)
-    : m_spec(std::move(spec))
+FileRestoreJob::FileRestoreJob(Parameters parameters)
+    : m_parameters(std::move(parameters))
 {
-    for (QString& item : m_spec.items)
+    for (QString& item : m_parameters.items)
         item = QDir::cleanPath(item);
 }
 
@@ -38,9 +38,9 @@ QString FileRestoreJob::targetPath(const QString& destination, const QString& so
 
 bool FileRestoreJob::isChosen(const QString& path) const
 {
-    if (m_spec.items.isEmpty())
+    if (m_parameters.items.isEmpty())
         return true;
-    return std::any_of(m_spec.items.cbegin(), m_spec.items.cend(), [&path](const QString& item) {
+    return std::any_of(m_parameters.items.cbegin(), m_parameters.items.cend(), [&path](const QString& item) {
         return item == QLatin1String("/") || path == item
             || (path.startsWith(item) && path.at(item.size()) == QLatin1Char('/'));
     });
@@ -51,10 +51,10 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     m_clock.start();
     qint64 lastReport = -1;
     QString error;
-    m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_spec.storageRoot), &error);
+    m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_parameters.storageRoot), &error);
     if (m_storage.isValid()) {
-        const bool inPlace = m_spec.destination.isEmpty();
-        m_target = FolderHandle::openAbsolute(inPlace ? QByteArrayLiteral("/") : NVL::ByteName::encode(m_spec.destination),
+        const bool inPlace = m_parameters.destination.isEmpty();
+        m_target = FolderHandle::openAbsolute(inPlace ? QByteArrayLiteral("/") : NVL::ByteName::encode(m_parameters.destination),
                                               &error, inPlace);
     }
     if (!m_target.isValid()) {
@@ -63,7 +63,7 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
         return std::move(m_result);
     }
     QList<const StoredContent*> folders;
-    for (const StoredContent& item : std::as_const(m_spec.content)) {
+    for (const StoredContent& item : std::as_const(m_parameters.content)) {
         if (stop)
             break;
         if (item.deleted || !isChosen(item.path))
@@ -103,7 +103,7 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     if (stop) {
         m_result.planResult = PlanResult::Interrupted;
         m_result.message = QStringLiteral("The run was stopped");
-    } else if (m_result.totals.scannedCount == 0 && !m_spec.items.isEmpty()) {
+    } else if (m_result.totals.scannedCount == 0 && !m_parameters.items.isEmpty()) {
         m_result.planResult = PlanResult::Failed;
         m_result.message = QStringLiteral("None of the chosen items is in the restore point");
     } else if (m_result.totals.failedCount > 0) {
@@ -168,14 +168,14 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     {
     };
     if (::fstatat(target.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
-        if (m_spec.skipExistingFiles) {
+        if (m_parameters.skipExistingFiles) {
             ::close(from);
             record(file, RunFileRecord::Skipped, QStringLiteral("The file exists"));
             return;
         }
         const qint64 existingNs = qint64(existing.st_mtim.tv_sec) * 1000000000 + existing.st_mtim.tv_nsec;
         const qint64 storedNs = file.modifiedNs > 0 ? file.modifiedNs : file.modifiedUtc.toMSecsSinceEpoch() * 1000000;
-        if (m_spec.onlyNewFiles && existingNs >= storedNs) {
+        if (m_parameters.onlyNewFiles && existingNs >= storedNs) {
             ::close(from);
             record(file, RunFileRecord::Skipped, QStringLiteral("The file on disk is as new"));
             return;
@@ -243,7 +243,7 @@ void FileRestoreJob::restoreLink(const StoredContent& link)
         {
         };
         if (folder.isValid() && ::fstatat(folder.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0
-            && m_spec.skipExistingFiles) {
+            && m_parameters.skipExistingFiles) {
             record(link, RunFileRecord::Skipped, QStringLiteral("The file exists"));
             return;
         }
@@ -282,8 +282,8 @@ void FileRestoreJob::restoreLink(const StoredContent& link)
 void FileRestoreJob::record(const StoredContent& file, int operation, const QString& message)
 {
     RunFileRecord record;
-    record.planId = m_spec.planId;
-    record.planName = m_spec.planName;
+    record.planId = m_parameters.planId;
+    record.planName = m_parameters.planName;
     record.file = file.path;
     record.operation = operation;
     record.size = file.size;

@@ -22,7 +22,7 @@ namespace NVB::Engine {
 class FileRestoreJob
 {
 public:
-    struct Spec
+    struct Parameters
     {
         QUuid planId;
         QString planName;
@@ -44,7 +44,7 @@ public:
 
     using ProgressHandler = std::function<void(const RunProgress&)>;
 
-    explicit FileRestoreJob(Spec spec);
+    explicit FileRestoreJob(Parameters parameters);
 
     Result run(const std::atomic_bool& stop, const ProgressHandler& progress);
 
@@ -61,7 +61,7 @@ private:
     static void applyOwnership(int folder, const char* name, const StoredContent& item);
     void record(const StoredContent& file, int operation, const QString& message);
 
-    Spec m_spec;
+    Parameters m_parameters;
     FolderHandle m_storage;
     FolderHandle m_target;
     Result m_result;

@@ -17,8 +17,8 @@ namespace NVB::Engine {
 
 using NVB::Info::Plan::PlanResult;
 
-FileVerifyJob::FileVerifyJob(Spec spec)
-    : m_spec(std::move(spec))
+FileVerifyJob::FileVerifyJob(Parameters parameters)
+    : m_parameters(std::move(parameters))
 { }
 
 FileVerifyJob::Verdict FileVerifyJob::check(
@@ -74,14 +74,14 @@ FileVerifyJob::Result FileVerifyJob::run(const std::atomic_bool& stop, const Pro
     clock.start();
     qint64 lastReport = -1;
     QString error;
-    const FolderHandle storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_spec.storageRoot), &error);
+    const FolderHandle storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_parameters.storageRoot), &error);
     if (!storage.isValid()) {
         m_result.planResult = PlanResult::Failed;
         m_result.message = error;
         return std::move(m_result);
     }
     int unchecked = 0;
-    for (const StoredContent& file : std::as_const(m_spec.content)) {
+    for (const StoredContent& file : std::as_const(m_parameters.content)) {
         if (stop)
             break;
         if (file.type != StoredContent::File || file.deleted)
@@ -93,8 +93,8 @@ FileVerifyJob::Result FileVerifyJob::run(const std::atomic_bool& stop, const Pro
         QString problem;
         const Verdict verdict = check(storage, file, stop, &problem);
         RunFileRecord record;
-        record.planId = m_spec.planId;
-        record.planName = m_spec.planName;
+        record.planId = m_parameters.planId;
+        record.planName = m_parameters.planName;
         record.file = file.path;
         record.size = file.size;
         record.modifiedUtc = file.modifiedUtc;

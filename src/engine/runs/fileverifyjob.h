@@ -23,7 +23,7 @@ class FolderHandle;
 class FileVerifyJob
 {
 public:
-    struct Spec
+    struct Parameters
     {
         QUuid planId;
         QString planName;
@@ -41,7 +41,7 @@ public:
 
     using ProgressHandler = std::function<void(const RunProgress&)>;
 
-    explicit FileVerifyJob(Spec spec);
+    explicit FileVerifyJob(Parameters parameters);
 
     Result run(const std::atomic_bool& stop, const ProgressHandler& progress);
 
@@ -51,7 +51,7 @@ private:
     Verdict check(
         const FolderHandle& storage, const StoredContent& file, const std::atomic_bool& stop, QString* problem);
 
-    Spec m_spec;
+    Parameters m_parameters;
     Result m_result;
 };
 

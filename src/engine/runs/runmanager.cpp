@@ -179,23 +179,23 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         active.newGeneration = true;
     }
 
-    FileBackupJob::Spec spec;
-    spec.planId = active.plan.id;
-    spec.planName = active.plan.name;
-    spec.storageRoot = QDir::cleanPath(folder);
-    spec.objectPrefix = QStringLiteral("NVB_%1/%2/%3/%4")
+    FileBackupJob::Parameters parameters;
+    parameters.planId = active.plan.id;
+    parameters.planName = active.plan.name;
+    parameters.storageRoot = QDir::cleanPath(folder);
+    parameters.objectPrefix = QStringLiteral("NVB_%1/%2/%3/%4")
                             .arg(prefix, noBraces(active.plan.id), noBraces(point.generationId))
                             .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
-    spec.reBackupModifiedSince = plan->reBackupModifiedSince();
-    spec.backupEmptyFolders = plan->backupEmptyFolders();
-    spec.compress = plan->useCompression();
-    spec.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
+    parameters.reBackupModifiedSince = plan->reBackupModifiedSince();
+    parameters.backupEmptyFolders = plan->backupEmptyFolders();
+    parameters.compress = plan->useCompression();
+    parameters.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
     // "StayOnOneFileSystem": "true" or "false" for every root; unset, only
     // the root "/" stays on its file system.
     const QString oneFileSystem = NVB::DefaultSettings::instance()->value(QStringLiteral("StayOnOneFileSystem"));
     if (oneFileSystem == QLatin1String("true") || oneFileSystem == QLatin1String("false"))
-        spec.oneFileSystem = oneFileSystem == QLatin1String("true");
-    spec.neverTaken = QStringList {spec.storageRoot, QFileInfo(m_store->filePath()).absolutePath()};
+        parameters.oneFileSystem = oneFileSystem == QLatin1String("true");
+    parameters.neverTaken = QStringList {parameters.storageRoot, QFileInfo(m_store->filePath()).absolutePath()};
     // Run folders that no restore point names are what killed or failed runs
     // left behind; they are removed before this run starts.
     QSet<QString> kept;
@@ -203,14 +203,14 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         kept.insert(QStringLiteral("%1/%2")
                         .arg(noBraces(recorded.generationId))
                         .arg(recorded.sequenceNumber, 6, 10, QLatin1Char('0')));
-    const QString planFolder = QStringLiteral("%1/NVB_%2/%3").arg(spec.storageRoot, prefix, noBraces(active.plan.id));
+    const QString planFolder = QStringLiteral("%1/NVB_%2/%3").arg(parameters.storageRoot, prefix, noBraces(active.plan.id));
     const qint64 previousRow = previous ? previous->rowId : 0;
     const QString storeFile = m_store->filePath();
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const QUuid planId = active.plan.id;
-    *work = [this, planId, spec = std::move(spec), selection = std::move(selection), kept, planFolder, previousRow,
+    *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder, previousRow,
                 storeFile](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
         if (previousRow > 0) {
@@ -218,12 +218,12 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
             // which is slow but loses nothing.
             QString error;
             for (const StoredContent& item : loadContent(storeFile, previousRow, &error))
-                spec.previous.insert(item.path, item);
+                parameters.previous.insert(item.path, item);
             if (!error.isEmpty())
                 NVL::NvlDebug(QStringLiteral("NVB")).warning()
                     << QStringLiteral("The previous restore point could not be read: %1").arg(error);
         }
-        FileBackupJob job(spec, selection);
+        FileBackupJob job(parameters, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
         RunOutcome outcome = outcomeOf(result);
         outcome.content = std::move(result.content);
@@ -255,23 +255,23 @@ QString RunManager::prepareRestore(
     if (!point)
         return QStringLiteral("There is no restore point of that backup at the chosen time");
 
-    FileRestoreJob::Spec spec;
-    spec.planId = active.plan.id;
-    spec.planName = active.plan.name;
-    spec.storageRoot = QDir::cleanPath(folder);
-    spec.items = plan->restoreItems();
-    spec.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
-    spec.skipExistingFiles = plan->skipExistingFiles();
-    spec.onlyNewFiles = plan->onlyNewFiles();
+    FileRestoreJob::Parameters parameters;
+    parameters.planId = active.plan.id;
+    parameters.planName = active.plan.name;
+    parameters.storageRoot = QDir::cleanPath(folder);
+    parameters.items = plan->restoreItems();
+    parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
+    parameters.skipExistingFiles = plan->skipExistingFiles();
+    parameters.onlyNewFiles = plan->onlyNewFiles();
     const QUuid planId = active.plan.id;
     const qint64 row = point->rowId;
     const QString storeFile = m_store->filePath();
-    *work = [this, planId, spec = std::move(spec), row, storeFile](const std::atomic_bool& stop) mutable {
+    *work = [this, planId, parameters = std::move(parameters), row, storeFile](const std::atomic_bool& stop) mutable {
         QString error;
-        spec.content = loadContent(storeFile, row, &error);
+        parameters.content = loadContent(storeFile, row, &error);
         if (!error.isEmpty())
             return failedOutcome(error);
-        FileRestoreJob job(spec);
+        FileRestoreJob job(parameters);
         return outcomeOf(
             job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
     };
@@ -288,19 +288,19 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
     const auto point = m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
     if (!point)
         return QStringLiteral("The plan has no restore point to verify");
-    FileVerifyJob::Spec spec;
-    spec.planId = active.plan.id;
-    spec.planName = active.plan.name;
-    spec.storageRoot = QDir::cleanPath(folder);
+    FileVerifyJob::Parameters parameters;
+    parameters.planId = active.plan.id;
+    parameters.planName = active.plan.name;
+    parameters.storageRoot = QDir::cleanPath(folder);
     const QUuid planId = active.plan.id;
     const qint64 row = point->rowId;
     const QString storeFile = m_store->filePath();
-    *work = [this, planId, spec = std::move(spec), row, storeFile](const std::atomic_bool& stop) mutable {
+    *work = [this, planId, parameters = std::move(parameters), row, storeFile](const std::atomic_bool& stop) mutable {
         QString error;
-        spec.content = loadContent(storeFile, row, &error);
+        parameters.content = loadContent(storeFile, row, &error);
         if (!error.isEmpty())
             return failedOutcome(error);
-        FileVerifyJob job(spec);
+        FileVerifyJob job(parameters);
         return outcomeOf(
             job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
     };
