@@ -19,6 +19,7 @@
 #include "cloud/operationmanager.h"
 #include "cloud/operationresult.h"
 #include "enginetestpeer.h"
+#include "modaldialog.h"
 #include "models/models.h"
 #include "service/commands/storage.h"
 #include "service/commands/system.h"
@@ -28,6 +29,7 @@
 
 using namespace NVB::GUI::Settings;
 using NvbTest::EngineTestPeer;
+using NvbTest::whenModal;
 namespace System = NVB::Common::Communication::Commands::Format::System;
 namespace Storage = NVB::Common::Communication::Commands::Format::Storage;
 namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
@@ -120,21 +122,6 @@ protected:
 private:
     QString m_endpoint;
 };
-
-// Answers the next modal dialog of the given class once it is open.
-template<class Dialog, class Action> void whenModal(Action action)
-{
-    auto* timer = new QTimer;
-    timer->setInterval(20);
-    QObject::connect(timer, &QTimer::timeout, [timer, action] {
-        if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget())) {
-            timer->stop();
-            timer->deleteLater();
-            action(dialog);
-        }
-    });
-    timer->start();
-}
 
 QString readFile(const QString& path)
 {
