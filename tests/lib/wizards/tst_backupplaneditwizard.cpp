@@ -134,7 +134,6 @@ private slots:
     void cleanup();
     void shouldRegisterBuiltPagesAndStartOnName();
     void shouldTitleByEditState();
-    void shouldGiveNoWizardForNullPlan();
     void shouldWalkFromSourceStraightToSummary();
     void shouldFollowLicenceAfterRetention();
     void shouldGiveStoragePageTheFormatAsSecondFlag_data();
@@ -155,8 +154,7 @@ private slots:
     void shouldNeverTurnBlockLevelOffWhenLoading();
     void shouldOpenOtherContentInFileFlow();
     void shouldSaveEditedPlanUnderItsId();
-    void shouldSaveNewPlanWithFreshIdAndRunFlag();
-    void shouldStayOpenWhenSaveFails();
+    void shouldStayOpenWhenSaveFailsThenSaveWithRunFlag();
     void shouldResetPagesByChosenBackupType();
     void shouldStayOpenWhenPlanWaitEndsWithoutPlan();
     void shouldTakeAccountOfUnvisitedSingleStoragePage_data();
@@ -219,10 +217,6 @@ void TestBackupPlanEditWizard::shouldTitleByEditState()
     QVERIFY(edit->isEdit());
     QCOMPARE(edit->getPlanId(), plan.id());
     QCOMPARE(namePage(*edit)->nameEdit()->text(), QStringLiteral("Photos"));
-}
-
-void TestBackupPlanEditWizard::shouldGiveNoWizardForNullPlan()
-{
     QVERIFY(!BackupPlanEditWizard::createWizard(nullptr));
 }
 
@@ -543,38 +537,29 @@ void TestBackupPlanEditWizard::shouldSaveEditedPlanUnderItsId()
     QCOMPARE(wizard->result(), 1);
 }
 
-void TestBackupPlanEditWizard::shouldSaveNewPlanWithFreshIdAndRunFlag()
+void TestBackupPlanEditWizard::shouldStayOpenWhenSaveFailsThenSaveWithRunFlag()
 {
     BackupPlanEditWizard wizard(true);
     walkToSummary(wizard, QStringLiteral("Docs"));
     summaryPage(wizard)->setField(QStringLiteral("Field_SummaryRunNow"), true);
-    Saved saved;
-    summaryPage(wizard)->setSaver(saved.saver());
-    wizard.button(QWizard::FinishButton)->click();
-    QCOMPARE(saved.calls, 1);
-    QVERIFY(!saved.isEdit);
-    QVERIFY(saved.run);
-    QVERIFY(!saved.id.isNull());
-    QCOMPARE(saved.plan()->id(), saved.id);
-    QCOMPARE(saved.plan()->name(), QStringLiteral("Docs"));
-}
-
-void TestBackupPlanEditWizard::shouldStayOpenWhenSaveFails()
-{
-    BackupPlanEditWizard wizard(false);
-    walkToSummary(wizard, QStringLiteral("Docs"));
     Saved saved;
     saved.answer = false;
     summaryPage(wizard)->setSaver(saved.saver());
     wizard.button(QWizard::FinishButton)->click();
     QCOMPARE(saved.calls, 1);
     QVERIFY(wizard.isVisible());
-    QCOMPARE(wizard.currentId(), 9);
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSummaryId));
     QCOMPARE(namePage(wizard)->nameEdit()->text(), QStringLiteral("Docs"));
+
     saved.answer = true;
     wizard.button(QWizard::FinishButton)->click();
     QCOMPARE(saved.calls, 2);
     QVERIFY(!wizard.isVisible());
+    QVERIFY(!saved.isEdit);
+    QVERIFY(saved.run);
+    QVERIFY(!saved.id.isNull());
+    QCOMPARE(saved.plan()->id(), saved.id);
+    QCOMPARE(saved.plan()->name(), QStringLiteral("Docs"));
 }
 
 void TestBackupPlanEditWizard::shouldResetPagesByChosenBackupType()

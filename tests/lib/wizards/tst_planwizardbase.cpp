@@ -281,8 +281,6 @@ void TestPlanWizardBase::shouldNotFinishWithFrameSummary()
     flow.wizard.next();
     QVERIFY(flow.summary->isFinalPage());
     QCOMPARE(flow.summary->nextId(), -1);
-    QCOMPARE(flow.summary->name(), QStringLiteral("Summary"));
-    QCOMPARE(flow.summary->subTitle(), QStringLiteral("Review plan"));
     flow.wizard.button(QWizard::FinishButton)->click();
     QVERIFY(flow.wizard.isVisible());
     QCOMPARE(flow.wizard.result(), 0);
