@@ -13,6 +13,7 @@
 #include "engineprocess.h"
 #include "listing/filesystemlisting.h"
 #include "mainwindow.h"
+#include "modaldialog.h"
 #include "models/filesystemcheckedmodel.h"
 #include "models/modelmanager.h"
 #include "models/models.h"
@@ -30,29 +31,10 @@
 using NVB::Console::MainWindow;
 using NVB::GUI::BackupPlanEditWizard;
 using NVB::GUI::IconManager;
+using NvbTest::whenModal;
 namespace Column = NVB::GUI::Models::Table::NvbPlanBackupModelInfo::Column;
 
 namespace {
-
-// Acts on the next modal dialog of that class once it is open: the code that
-// opens it blocks in exec() meanwhile.
-template<class Dialog, class Action> void whenModal(Action action)
-{
-    auto* timer = new QTimer;
-    timer->setInterval(20);
-    QObject::connect(timer, &QTimer::timeout, [timer, action] {
-        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-        if (!dialog || !dialog->isVisible())
-            return;
-        timer->stop();
-        timer->deleteLater();
-        const QPointer<Dialog> guard(dialog);
-        action(dialog);
-        if (QTest::currentTestFailed() && guard && guard->isVisible())
-            guard->reject();
-    });
-    timer->start();
-}
 
 // Pictures for scripts/screenshot.sh, only when it asks for them.
 void keepPicture(QWidget* widget, const char* name)

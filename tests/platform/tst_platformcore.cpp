@@ -110,7 +110,6 @@ private slots:
         QTest::newRow("below a KB") << 1023.0 << QStringLiteral("1023 bytes");
         QTest::newRow("one KB") << 1024.0 << QStringLiteral("1.00 KB");
         QTest::newRow("one and a half MB") << 1572864.0 << QStringLiteral("1.50 MB");
-        QTest::newRow("TB") << 5.0 * 1024 * 1024 * 1024 * 1024 << QStringLiteral("5.00 TB");
         QTest::newRow("negative") << -2048.0 << QStringLiteral("-2.00 KB");
     }
 
@@ -126,7 +125,6 @@ private slots:
         QTest::addColumn<int>("seconds");
         QTest::addColumn<QString>("text");
         QTest::newRow("zero") << 0 << QStringLiteral("00:00:00");
-        QTest::newRow("minute") << 61 << QStringLiteral("00:01:01");
         QTest::newRow("below a day") << 86399 << QStringLiteral("23:59:59");
         QTest::newRow("days") << 2 * 86400 + 3 * 3600 + 4 * 60 + 5 << QStringLiteral("2d 03:04:05");
         QTest::newRow("negative") << -90 << QStringLiteral("-00:01:30");

@@ -95,9 +95,7 @@ void TestAccountSelect::shouldSkipOpenStackInMenu()
 void TestAccountSelect::shouldGiveNoDialogForUnofferedTypes_data()
 {
     QTest::addColumn<int>("type");
-    QTest::newRow("HP Helion") << 10;
     QTest::newRow("Aruba") << 16;
-    QTest::newRow("managed cloud") << 38;
     QTest::newRow("gap") << 32;
     QTest::newRow("nonsense") << -4;
     QTest::newRow("no dialog yet") << 31;

@@ -134,10 +134,8 @@ void TestAdvanced::shouldEnableOkOnlyForNonBlankPrefix_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("enabled");
-    QTest::newRow("name") << "office" << true;
     QTest::newRow("padded") << "  office  " << true;
     QTest::newRow("spaces") << "   " << false;
-    QTest::newRow("empty") << "" << false;
 }
 
 void TestAdvanced::shouldEnableOkOnlyForNonBlankPrefix()

@@ -33,6 +33,7 @@ private slots:
 
 private:
     QString xmlOf(int job, const QUuid& id, const QUuid& storage) const;
+    bool loadTable(const QList<QJsonObject>& plans);
 
     EngineTestPeer* m_peer = nullptr;
     PlanTest::Engine* m_engine = nullptr;
@@ -63,6 +64,14 @@ void TestPlanBackupModel::cleanup()
     delete m_table;
     delete m_engine;
     QTRY_COMPARE(NVB::Common::Communication::ServiceLink::instance()->pendingCount(), 0);
+}
+
+bool TestPlanBackupModel::loadTable(const QList<QJsonObject>& plans)
+{
+    m_engine->plans = plans;
+    QSignalSpy complite(m_table, &BaseModel::complite);
+    m_table->init();
+    return complite.wait();
 }
 
 QString TestPlanBackupModel::xmlOf(int job, const QUuid& id, const QUuid& storage) const
@@ -97,13 +106,10 @@ void TestPlanBackupModel::shouldShowOnlyItsJobKind_data()
 void TestPlanBackupModel::shouldShowOnlyItsJobKind()
 {
     QFETCH(bool, restore);
-    m_engine->plans = {PlanTest::summary(QUuid::createUuid(), QStringLiteral("Backup one"), 1),
+    QVERIFY(loadTable({PlanTest::summary(QUuid::createUuid(), QStringLiteral("Backup one"), 1),
         PlanTest::summary(QUuid::createUuid(), QStringLiteral("Restore one"), 2),
         PlanTest::summary(QUuid::createUuid(), QStringLiteral("Purge"), 5),
-        PlanTest::summary(QUuid::createUuid(), QStringLiteral("Backup two"), 1)};
-    QSignalSpy complite(m_table, &BaseModel::complite);
-    m_table->init();
-    QVERIFY(complite.wait());
+        PlanTest::summary(QUuid::createUuid(), QStringLiteral("Backup two"), 1)}));
 
     QScopedPointer<PlanFullTableModel> view(
         restore ? static_cast<PlanFullTableModel*>(new PlanRestoreModel()) : new PlanBackupModel());
@@ -124,13 +130,10 @@ void TestPlanBackupModel::shouldShowOnlyItsJobKind()
 
 void TestPlanBackupModel::shouldSortNamesAsPeopleRead()
 {
-    m_engine->plans = {PlanTest::summary(QUuid::createUuid(), QStringLiteral("Plan 10"), 1),
+    QVERIFY(loadTable({PlanTest::summary(QUuid::createUuid(), QStringLiteral("Plan 10"), 1),
         PlanTest::summary(QUuid::createUuid(), QStringLiteral("Plan 9"), 1),
         PlanTest::summary(QUuid::createUuid(), QStringLiteral("Plan 2"), 1),
-        PlanTest::summary(QUuid::createUuid(), QStringLiteral("Archive"), 1)};
-    QSignalSpy complite(m_table, &BaseModel::complite);
-    m_table->init();
-    QVERIFY(complite.wait());
+        PlanTest::summary(QUuid::createUuid(), QStringLiteral("Archive"), 1)}));
     PlanBackupModel view;
     QAbstractItemModelTester tester(&view, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(view.init());
@@ -146,10 +149,7 @@ void TestPlanBackupModel::shouldFollowTableChanges()
 {
     const QUuid late = QUuid::createUuid();
     const QUuid gone = QUuid::createUuid();
-    m_engine->plans = {PlanTest::summary(gone, QStringLiteral("Plan 5"), 1)};
-    QSignalSpy complite(m_table, &BaseModel::complite);
-    m_table->init();
-    QVERIFY(complite.wait());
+    QVERIFY(loadTable({PlanTest::summary(gone, QStringLiteral("Plan 5"), 1)}));
     PlanBackupModel view;
     QAbstractItemModelTester tester(&view, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(view.init());
@@ -181,10 +181,7 @@ void TestPlanBackupModel::shouldFollowTableChanges()
 
 void TestPlanBackupModel::shouldSwapRunTimeAndMessageColumns()
 {
-    m_engine->plans = {PlanTest::summary(QUuid::createUuid(), QStringLiteral("A"), 1)};
-    QSignalSpy complite(m_table, &BaseModel::complite);
-    m_table->init();
-    QVERIFY(complite.wait());
+    QVERIFY(loadTable({PlanTest::summary(QUuid::createUuid(), QStringLiteral("A"), 1)}));
     PlanBackupModel view;
     QAbstractItemModelTester tester(&view, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(view.init());
@@ -215,10 +212,7 @@ void TestPlanBackupModel::shouldFillStorageAndXmlOnceXmlArrives()
     const QUuid id = QUuid::createUuid();
     const QUuid storage = QUuid::createUuid();
     m_xml.insert(id, xmlOf(1, id, storage));
-    m_engine->plans = {PlanTest::summary(id, QStringLiteral("A"), 1)};
-    QSignalSpy complite(m_table, &BaseModel::complite);
-    m_table->init();
-    QVERIFY(complite.wait());
+    QVERIFY(loadTable({PlanTest::summary(id, QStringLiteral("A"), 1)}));
     PlanBackupModel view;
     QAbstractItemModelTester tester(&view, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(view.init());
@@ -242,10 +236,7 @@ void TestPlanBackupModel::shouldKeepStorageBlankForPlanOfOtherKind()
     // half and shows nothing from the XML.
     const QUuid id = QUuid::createUuid();
     m_xml.insert(id, xmlOf(2, id, QUuid::createUuid()));
-    m_engine->plans = {PlanTest::summary(id, QStringLiteral("A"), 1)};
-    QSignalSpy complite(m_table, &BaseModel::complite);
-    m_table->init();
-    QVERIFY(complite.wait());
+    QVERIFY(loadTable({PlanTest::summary(id, QStringLiteral("A"), 1)}));
     PlanBackupModel view;
     QVERIFY(view.init());
     QSignalSpy loaded(PlanXmlList::instance(), &PlanXmlList::complite);
@@ -258,10 +249,7 @@ void TestPlanBackupModel::shouldKeepStorageBlankForPlanOfOtherKind()
 
 void TestPlanBackupModel::shouldReadProgressStepsByNumber()
 {
-    m_engine->plans = {PlanTest::summary(QUuid::createUuid(), QStringLiteral("A"), 2)};
-    QSignalSpy complite(m_table, &BaseModel::complite);
-    m_table->init();
-    QVERIFY(complite.wait());
+    QVERIFY(loadTable({PlanTest::summary(QUuid::createUuid(), QStringLiteral("A"), 2)}));
     PlanRestoreModel view;
     QAbstractItemModelTester tester(&view, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(view.init());

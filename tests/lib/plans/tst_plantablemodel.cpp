@@ -272,8 +272,6 @@ void TestPlanTableModel::shouldGiveNoValueForEmptyOrBadTimes_data()
                                     << "";
     QTest::newRow("last run garbage") << Column::LastRunTime << "LastRunTime"
                                       << "yesterday";
-    QTest::newRow("next run empty") << Column::NextRunTime << "NextRun"
-                                    << "";
     QTest::newRow("next run garbage") << Column::NextRunTime << "NextRun"
                                       << "2030-13-45";
 }
@@ -306,14 +304,11 @@ void TestPlanTableModel::shouldPickStatusIcon_data()
     QTest::addColumn<int>("result");
     QTest::addColumn<int>("icon");
     QTest::newRow("backup running") << 1 << 1 << 6 << int(IconManager::BackupPlanRunning);
-    QTest::newRow("backup success") << 1 << 2 << 6 << int(IconManager::BackupPlanSuccess);
     QTest::newRow("backup warning") << 1 << 2 << 7 << int(IconManager::BackupPlanWarning);
     QTest::newRow("backup failed") << 1 << 2 << 8 << int(IconManager::BackupPlanFailed);
     QTest::newRow("backup other") << 1 << 2 << 5 << int(IconManager::BackupPlan);
     QTest::newRow("restore running") << 2 << 1 << 8 << int(IconManager::RestorePlanRunning);
     QTest::newRow("restore success") << 2 << 2 << 6 << int(IconManager::RestorePlanSuccess);
-    QTest::newRow("restore warning") << 2 << 2 << 7 << int(IconManager::RestorePlanWarning);
-    QTest::newRow("restore failed") << 2 << 2 << 8 << int(IconManager::RestorePlanFailed);
     QTest::newRow("restore other") << 2 << 4 << -1 << int(IconManager::RestorePlan);
     QTest::newRow("other job") << 3 << 1 << 6 << int(IconManager::Empty);
 }

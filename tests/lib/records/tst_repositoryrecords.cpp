@@ -1,3 +1,4 @@
+#include <QJsonDocument>
 #include <QTest>
 
 #include "logcapture.h"
@@ -11,6 +12,34 @@
 #include "testmain.h"
 
 using namespace NVB::Info::Repository;
+
+namespace {
+
+// Every key is required on reading, so comparing the written records catches
+// a field the writer or the reader forgets, as long as no field of the sample
+// is left at its default; the first check makes sure of that.
+template<typename T> QSharedPointer<T> roundTrip(const T& record)
+{
+    const QJsonObject written = record.toJson();
+    const QJsonObject fresh = T().toJson();
+    QStringList unfilled;
+    for (auto it = written.begin(); it != written.end(); ++it) {
+        if (fresh.value(it.key()) == it.value())
+            unfilled.append(it.key());
+    }
+    if (!unfilled.isEmpty()) {
+        qWarning("sample leaves at their default: %s", qPrintable(unfilled.join(QLatin1Char(' '))));
+        return {};
+    }
+    const QSharedPointer<T> read = T::fromJson(written);
+    if (read && read->toJson() != written) {
+        qWarning("written again differently: %s", QJsonDocument(read->toJson()).toJson().constData());
+        return {};
+    }
+    return read;
+}
+
+} // namespace
 
 class TestRepositoryRecords : public QObject
 {
@@ -35,21 +64,16 @@ void TestRepositoryRecords::shouldRoundTripBunchWithAndWithoutPlan()
     bunch.setType(NVL::Archive::Type(17));
     const QSharedPointer<Bunch> bare = Bunch::fromJson(bunch.toJson());
     QVERIFY(bare);
-    QCOMPARE(bare->id(), bunch.id());
-    QCOMPARE(bare->connectionId(), bunch.connectionId());
-    QCOMPARE(bare->displayName(), bunch.displayName());
-    QCOMPARE(int(bare->type()), 17);
+    QCOMPARE(bare->toJson(), bunch.toJson());
     QVERIFY(!bare->backupPlan());
 
     auto plan = QSharedPointer<NVB::Info::Plan::BackupFile>::create();
     plan->setName(QStringLiteral("Nightly"));
     plan->encryption().setEnabled(true);
     bunch.setBackupPlan(plan);
-    const QSharedPointer<Bunch> withPlan = Bunch::fromJson(bunch.toJson());
+    const QSharedPointer<Bunch> withPlan = roundTrip(bunch);
     QVERIFY(withPlan && withPlan->backupPlan());
-    QCOMPARE(withPlan->backupPlan()->id(), plan->id());
     QCOMPARE(withPlan->backupPlan()->name(), QStringLiteral("Nightly"));
-    QVERIFY(withPlan->backupPlan()->encryption().isEnabled());
 }
 
 void TestRepositoryRecords::shouldRoundTripGeneration()
@@ -66,18 +90,11 @@ void TestRepositoryRecords::shouldRoundTripGeneration()
     g.setIsEncrypted(true);
     g.setHint(QString::fromLatin1(QStringLiteral("Hündin").toUtf8().toBase64()));
     g.setStorageSize(18446744073709551615ULL);
-    const QSharedPointer<Generation> read = Generation::fromJson(g.toJson());
+    const QSharedPointer<Generation> read = roundTrip(g);
     QVERIFY(read);
-    QCOMPARE(read->id(), g.id());
-    QCOMPARE(read->bunchId(), g.bunchId());
-    QCOMPARE(read->connectionId(), g.connectionId());
-    QCOMPARE(read->firstRestorePoint(), g.firstRestorePoint());
+    // Given with an offset, kept as the same instant in UTC.
     QCOMPARE(read->lastRestorePoint(), g.lastRestorePoint());
     QCOMPARE(read->lastRestorePoint().timeSpec(), Qt::UTC);
-    QCOMPARE(read->status(), Generation::Error);
-    QCOMPARE(read->brokenType(), NVL::Archive::ToPurgeAfterSync);
-    QCOMPARE(read->deepSync(), NVL::Archive::DeepSyncRunning);
-    QVERIFY(read->isEncrypted());
     QCOMPARE(QString::fromUtf8(QByteArray::fromBase64(read->hint().toLatin1())), QStringLiteral("Hündin"));
     QCOMPARE(read->storageSize(), 18446744073709551615ULL);
 }
@@ -95,19 +112,10 @@ void TestRepositoryRecords::shouldRoundTripRestorePoint()
     p.setStatus(RestorePoint::Warning);
     p.setDeepSync(NVL::Archive::DeepSyncNeeded);
     p.setIsEncrypted(true);
+    // Above 2^53: a double would round it.
     p.setSizeOnStorage(9007199254740993LL);
-    const QSharedPointer<RestorePoint> read = RestorePoint::fromJson(p.toJson());
+    const QSharedPointer<RestorePoint> read = roundTrip(p);
     QVERIFY(read);
-    QCOMPARE(read->connectionId(), p.connectionId());
-    QCOMPARE(read->bunchId(), p.bunchId());
-    QCOMPARE(read->generationId(), p.generationId());
-    QCOMPARE(read->sequenceNumber(), 42);
-    QCOMPARE(read->startDate(), p.startDate());
-    QCOMPARE(read->backupType(), NVL::Archive::Incremental);
-    QCOMPARE(read->type(), RestorePoint::Incomplete);
-    QCOMPARE(read->status(), RestorePoint::Warning);
-    QCOMPARE(read->deepSync(), NVL::Archive::DeepSyncNeeded);
-    QVERIFY(read->isEncrypted());
     QCOMPARE(read->sizeOnStorage(), 9007199254740993LL);
 }
 
@@ -120,15 +128,9 @@ void TestRepositoryRecords::shouldRoundTripContentObject()
     o.setModifyDate(QDateTime(QDate(2022, 5, 6), QTime(7, 8), Qt::UTC));
     o.setOriginalSize(123456789012ULL);
     o.setDeleted(true);
-    const QSharedPointer<ContentObject> read = ContentObject::fromJson(o.toJson());
+    const QSharedPointer<ContentObject> read = roundTrip(o);
     QVERIFY(read);
-    QCOMPARE(read->displayName(), o.displayName());
-    QCOMPARE(read->path(), o.path());
-    QCOMPARE(read->type(), ContentObject::Link);
     QVERIFY(read->isLeaf());
-    QCOMPARE(read->modifyDate(), o.modifyDate());
-    QCOMPARE(read->originalSize(), 123456789012ULL);
-    QVERIFY(read->deleted());
 }
 
 void TestRepositoryRecords::shouldRoundTripConnection()
@@ -138,12 +140,7 @@ void TestRepositoryRecords::shouldRoundTripConnection()
     c.setDisplayName(QStringLiteral("Wasabi EU"));
     c.setType(29);
     c.setSyncInProgress(true);
-    const auto read = NVB::Info::Storage::Connection::fromJson(c.toJson());
-    QVERIFY(read);
-    QCOMPARE(read->id(), c.id());
-    QCOMPARE(read->displayName(), c.displayName());
-    QCOMPARE(read->type(), 29);
-    QVERIFY(read->syncInProgress());
+    QVERIFY(roundTrip(c));
 }
 
 void TestRepositoryRecords::shouldRefuseBrokenRecords_data()

@@ -122,7 +122,6 @@ void TestNotificationRouting::shouldRecogniseOnlyKnownNotifications_data()
     QTest::newRow("message not an object")
         << QByteArray(R"({"type":"{ca927cb1-de60-46c1-a978-cda7a44bbf01}","Message":[1]})") << false << QUuid();
     QTest::newRow("array document") << QByteArray("[]") << false << QUuid();
-    QTest::newRow("empty document") << QByteArray() << false << QUuid();
 }
 
 void TestNotificationRouting::shouldRecogniseOnlyKnownNotifications()

@@ -195,7 +195,6 @@ void TestPlanWizardBase::shouldTitlePageByWizardKind_data()
     QTest::addColumn<QString>("title");
     QTest::newRow("backup") << 1 << QStringLiteral("Backup plan: Plan name");
     QTest::newRow("restore") << 2 << QStringLiteral("Restore plan: Plan name");
-    QTest::newRow("other") << 7 << QStringLiteral(": Plan name");
 }
 
 void TestPlanWizardBase::shouldTitlePageByWizardKind()
@@ -215,9 +214,7 @@ void TestPlanWizardBase::shouldNotCompleteBlankName_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("complete");
     QTest::newRow("empty") << QString() << false;
-    QTest::newRow("blank") << QStringLiteral(" ") << false;
-    QTest::newRow("blanks, tab, newline") << QStringLiteral(" \t  ") << false;
-    QTest::newRow("letter") << QStringLiteral("a") << true;
+    QTest::newRow("blanks and tab") << QStringLiteral(" \t  ") << false;
     QTest::newRow("padded") << QStringLiteral("  Docs  ") << true;
 }
 
@@ -284,8 +281,6 @@ void TestPlanWizardBase::shouldNotFinishWithFrameSummary()
     flow.wizard.next();
     QVERIFY(flow.summary->isFinalPage());
     QCOMPARE(flow.summary->nextId(), -1);
-    QCOMPARE(flow.summary->name(), QStringLiteral("Summary"));
-    QCOMPARE(flow.summary->subTitle(), QStringLiteral("Review plan"));
     flow.wizard.button(QWizard::FinishButton)->click();
     QVERIFY(flow.wizard.isVisible());
     QCOMPARE(flow.wizard.result(), 0);

@@ -14,10 +14,12 @@
 #include "cloud/operations/listing.h"
 #include "core/bytename.h"
 #include "cloud/sshprivatekey.h"
+#include "sftptestserver.h"
 #include "testmain.h"
 
 using namespace NVL::Cloud;
 using CloudConfig = QMap<QString, QVariant>;
+using NvbTest::SftpTestServer;
 
 // Runs against the OpenSSH server that tests/support/servers/sshd.sh starts;
 // its folder comes in NVB_TEST_SSHD_DIR.
@@ -55,7 +57,6 @@ private:
     enum class Auth { Key, Password };
     CloudConfig config(Auth auth) const;
     QSharedPointer<IOperation> runToEnd(const QSharedPointer<IOperation>& operation);
-    static QString readFile(const QString& path);
     static QStringList names(const QJsonArray& data);
 
     QString m_dir;
@@ -67,14 +68,6 @@ private:
     int m_stallPort = 0;
     int m_kbdPort = 0;
 };
-
-QString TestSftpOperations::readFile(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return QString();
-    return QString::fromUtf8(file.readAll());
-}
 
 QStringList TestSftpOperations::names(const QJsonArray& data)
 {
@@ -88,35 +81,19 @@ QStringList TestSftpOperations::names(const QJsonArray& data)
 
 void TestSftpOperations::initTestCase()
 {
-    m_dir = qEnvironmentVariable("NVB_TEST_SSHD_DIR");
-    QString reason;
-    if (m_dir.isEmpty())
-        reason = QStringLiteral("NVB_TEST_SSHD_DIR is not set; run through ctest or start "
-                                "tests/support/servers/sshd.sh yourself");
-    else if (QFileInfo::exists(m_dir + QStringLiteral("/unavailable")))
-        reason = readFile(m_dir + QStringLiteral("/unavailable")).trimmed();
-    else if (!QFileInfo::exists(m_dir + QStringLiteral("/port")))
-        reason = QStringLiteral("no SFTP test server runs in %1").arg(m_dir);
-    if (!reason.isEmpty()) {
-        const QByteArray text = QStringLiteral("SFTP test server unavailable: %1").arg(reason).toUtf8();
-        // A skipped suite in CI would hide a broken SFTP client: when the
-        // fixture ran as root, the server had everything it needs.
-        if (qEnvironmentVariableIsSet("CI") || (!m_dir.isEmpty() && ::geteuid() == 0))
-            QFAIL(text.constData());
-        QSKIP(text.constData());
-    }
-    m_port = readFile(m_dir + QStringLiteral("/port")).trimmed().toInt();
-    m_user = readFile(m_dir + QStringLiteral("/user")).trimmed();
-    m_password = readFile(m_dir + QStringLiteral("/password")).trimmed();
-    m_privateKey = readFile(m_dir + QStringLiteral("/user_key"));
-    m_data = m_dir + QStringLiteral("/data");
-    m_stallPort = readFile(m_dir + QStringLiteral("/stall_port")).trimmed().toInt();
-    m_kbdPort = readFile(m_dir + QStringLiteral("/kbd_port")).trimmed().toInt();
+    const SftpTestServer server;
+    if (!server.require(__FILE__, __LINE__))
+        return;
+    m_dir = server.dir();
+    m_port = server.port();
+    m_user = server.user();
+    m_password = server.password();
+    m_privateKey = SftpTestServer::readFile(server.path(QStringLiteral("user_key")));
+    m_data = server.path(QStringLiteral("data"));
+    m_stallPort = server.text(QStringLiteral("stall_port")).toInt();
+    m_kbdPort = server.text(QStringLiteral("kbd_port")).toInt();
     QVERIFY(m_stallPort > 0);
     QVERIFY(m_kbdPort > 0);
-    QVERIFY(m_port > 0);
-    QVERIFY(!m_user.isEmpty());
-    QVERIFY(!m_password.isEmpty());
     QVERIFY(m_privateKey.contains(QStringLiteral("PRIVATE KEY")));
 }
 
@@ -242,7 +219,8 @@ void TestSftpOperations::shouldRefuseKeyTheServerDoesNotKnow()
 {
     // The host's key is a valid private key, but not one the login accepts.
     CloudConfig wrong = config(Auth::Key);
-    wrong.insert(Config::Network::Sftp::PrivateKey, readFile(m_dir + QStringLiteral("/other_host_key")));
+    wrong.insert(
+        Config::Network::Sftp::PrivateKey, SftpTestServer::readFile(m_dir + QStringLiteral("/other_host_key")));
     const auto operation = runToEnd(OperationManager::instance().listing(wrong, QString(), "/", QString(), 0));
     QCOMPARE(operation->errorCode(), int(OperationError::AuthenticationFailed));
 
@@ -261,14 +239,14 @@ void TestSftpOperations::shouldOfferUnknownHostKeyAndConnectOnceAccepted()
     const auto refused = runToEnd(OperationManager::instance().listing(given, QString(), "/", QString(), 0));
     QCOMPARE(refused->errorCode(), int(OperationError::HostKeyNotTrusted));
     QVERIFY2(!QFileInfo::exists(knownHosts), "an unknown key is never learnt silently");
-    const QString fingerprint = readFile(m_dir + QStringLiteral("/host_fingerprint")).trimmed();
+    const QString fingerprint = SftpTestServer::readFile(m_dir + QStringLiteral("/host_fingerprint")).trimmed();
     const CloudConfig offered = refused->cloudConfig();
     QCOMPARE(offered.value(Config::Network::Sftp::OfferedHostKeyFingerprint).toString(), fingerprint);
     QVERIFY2(refused->errorMessage().contains(fingerprint), qPrintable(refused->errorMessage()));
     QVERIFY(!refused->errorMessage().contains(QStringLiteral("ssh-keyscan")));
 
     QCOMPARE(KnownHosts::accept(offered), QString());
-    QVERIFY(readFile(knownHosts).startsWith(QStringLiteral("[127.0.0.1]:%1 ssh-ed25519 ").arg(m_port)));
+    QVERIFY(SftpTestServer::readFile(knownHosts).startsWith(QStringLiteral("[127.0.0.1]:%1 ssh-ed25519 ").arg(m_port)));
     const auto accepted = runToEnd(OperationManager::instance().listing(given, QString(), "/", QString(), 0));
     QVERIFY2(!accepted->isError(), qPrintable(accepted->errorMessage()));
 
@@ -303,7 +281,8 @@ void TestSftpOperations::shouldNameBothFingerprintsOfChangedHostKey()
     const QString recorded = QString::fromUtf8(keygen.readAllStandardOutput()).section(QLatin1Char(' '), 1, 1);
     QVERIFY(recorded.startsWith(QStringLiteral("SHA256:")));
     QVERIFY2(message.contains(recorded), qPrintable(message));
-    QVERIFY2(message.contains(readFile(m_dir + QStringLiteral("/host_fingerprint")).trimmed()), qPrintable(message));
+    QVERIFY2(message.contains(SftpTestServer::readFile(m_dir + QStringLiteral("/host_fingerprint")).trimmed()),
+        qPrintable(message));
     QCOMPARE(operation->cloudConfig().value(Config::Network::Sftp::KnownHostKeyFingerprint).toString(), recorded);
 }
 
@@ -407,7 +386,8 @@ void TestSftpOperations::shouldLogInWithEncryptedKeyAndItsPassphrase()
     QCOMPARE(locked->errorCode(), int(OperationError::InvalidConfig));
     QVERIFY2(locked->errorMessage().contains(QStringLiteral("passphrase")), qPrintable(locked->errorMessage()));
 
-    given.insert(Config::Network::Sftp::Passphrase, readFile(m_dir + QStringLiteral("/enc_passphrase")).trimmed());
+    given.insert(Config::Network::Sftp::Passphrase,
+        SftpTestServer::readFile(m_dir + QStringLiteral("/enc_passphrase")).trimmed());
     const auto unlocked = runToEnd(OperationManager::instance().checkConfig(given));
     QVERIFY2(!unlocked->isError(), qPrintable(unlocked->errorMessage()));
 }

@@ -42,14 +42,12 @@ private slots:
         QTest::addColumn<QVariant>("value");
         QTest::addColumn<QString>("text");
         QTest::newRow("counter") << "counter" << QVariant(1234567) << "1234567";
-        QTest::newRow("counter zero") << "counter" << QVariant(0) << "0";
         QTest::newRow("counter negative") << "counter" << QVariant(-1) << NA;
         QTest::newRow("counter text") << "counter" << QVariant(QStringLiteral("many")) << NA;
         QTest::newRow("double") << "double" << QVariant(2.0 / 3.0) << "0.67";
         QTest::newRow("double negative") << "double" << QVariant(-0.5) << NA;
         QTest::newRow("percent half") << "percent" << QVariant(0.5) << "50%";
         QTest::newRow("percent one") << "percent" << QVariant(1.0) << "100%";
-        QTest::newRow("percent zero") << "percent" << QVariant(0.0) << "0%";
         QTest::newRow("percent above one") << "percent" << QVariant(1.01) << NA;
         QTest::newRow("percent below zero") << "percent" << QVariant(-0.01) << NA;
         QTest::newRow("percent text") << "percent" << QVariant(QStringLiteral("half")) << NA;
@@ -59,8 +57,6 @@ private slots:
                              << "Click to view details";
         QTest::newRow("xml upper case") << "xml" << QVariant(QStringLiteral("<?XML version=\"1.0\"?>"))
                                         << "<?XML version=\"1.0\"?>";
-        QTest::newRow("xml prefix only") << "xml" << QVariant(QStringLiteral("<?xm")) << "<?xm";
-        QTest::newRow("xml leading blank") << "xml" << QVariant(QStringLiteral(" <?xml")) << " <?xml";
         QTest::newRow("plain text") << "xml" << QVariant(QStringLiteral("Disk full")) << "Disk full";
     }
 
@@ -87,8 +83,6 @@ private slots:
         const QString other = QStringLiteral("unknown");
         QTest::newRow("zero") << QVariant(0) << "0 bytes"
                               << "0 bytes";
-        QTest::newRow("MB") << QVariant(1048576.0) << "1.00 MB"
-                            << "1.00 MB";
         QTest::newRow("negative") << QVariant(-5.0) << NA << "-5 bytes";
         QTest::newRow("qint64 max") << QVariant(std::numeric_limits<qint64>::max()) << NA << other;
         QTest::newRow("qint64 max less one") << QVariant(std::numeric_limits<qint64>::max() - 1) << "8.00 EB"
