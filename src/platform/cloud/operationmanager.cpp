@@ -3,6 +3,7 @@
 #include <libssh/libssh.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QMutexLocker>
 
 #include "cloudconfig.h"
@@ -68,12 +69,23 @@ OperationManager::~OperationManager()
 
 bool OperationManager::stopWorkers(int msecs)
 {
-    {
-        QMutexLocker locker(&m_mutex);
-        for (const CancelToken& cancel : qAsConst(m_running))
-            cancel.cancel();
+    // A job still queued in the pool is not running yet and so cannot be
+    // cancelled; cancel again until the pool is empty, so that one starting
+    // late is stopped too instead of running to its own deadline.
+    QElapsedTimer clock;
+    clock.start();
+    for (;;) {
+        {
+            QMutexLocker locker(&m_mutex);
+            for (const CancelToken& cancel : qAsConst(m_running))
+                cancel.cancel();
+        }
+        const qint64 left = msecs - clock.elapsed();
+        if (left <= 0)
+            return m_pool.waitForDone(0);
+        if (m_pool.waitForDone(int(qMin<qint64>(left, 50))))
+            return true;
     }
-    return m_pool.waitForDone(msecs);
 }
 
 int OperationManager::runningJobs() const
