@@ -17,9 +17,9 @@
 #include "synccommand.h"
 #include "testmain.h"
 
+using NVB::Info::Plan::PlanResult;
 using NvbTest::EngineProcess;
 using NvbTest::SyncCommand;
-using NVB::Info::Plan::PlanResult;
 namespace Format = NVB::Common::Communication::Notification::Format;
 
 // Drives the real engine through the console's channel, as the console does.
@@ -55,7 +55,8 @@ private:
             [&] {
                 for (const QJsonObject& note : std::as_const(m_notifications)) {
                     const QJsonObject message = note.value(QLatin1String(Format::Header::Message)).toObject();
-                    if (QUuid(note.value(QLatin1String(Format::Header::Type)).toString()) == Format::Plan::StateChange::Type
+                    if (QUuid(note.value(QLatin1String(Format::Header::Type)).toString())
+                            == Format::Plan::StateChange::Type
                         && QUuid(message.value(QStringLiteral("id")).toString()) == plan
                         && message.value(QStringLiteral("state")).toInt() == state)
                         return true;
@@ -74,7 +75,7 @@ private:
     }
 
     QUuid savePlan(const QString& name, const QStringList& items,
-                   const std::function<void(NVB::Info::Plan::BackupFile&)>& tweak = {})
+        const std::function<void(NVB::Info::Plan::BackupFile&)>& tweak = {})
     {
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
@@ -85,9 +86,8 @@ private:
         if (tweak)
             tweak(plan);
         const auto reply = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-                                            {{QStringLiteral("ID"), plan.id().toString()},
-                                             {QStringLiteral("planXML"), plan.toXml()},
-                                             {QStringLiteral("profile"), QStringLiteral("tester")}});
+            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()},
+                {QStringLiteral("profile"), QStringLiteral("tester")}});
         return reply.answered && !reply.isError ? plan.id() : QUuid();
     }
 
@@ -113,8 +113,8 @@ private:
     QJsonArray fileHistory(const QUuid& plan)
     {
         return SyncCommand::run(QStringLiteral("HistoryListByFiles"),
-                                {{QStringLiteral("planId"), plan.toString(QUuid::WithoutBraces)},
-                                 {QStringLiteral("period"), QStringLiteral("All")}})
+            {{QStringLiteral("planId"), plan.toString(QUuid::WithoutBraces)},
+                {QStringLiteral("period"), QStringLiteral("All")}})
             .data.value(QStringLiteral("HistoryListByFiles"))
             .toArray();
     }
@@ -122,7 +122,7 @@ private:
     bool run(const QUuid& plan, bool forceFull = false, bool verify = false)
     {
         m_notifications.clear();
-        QJsonObject params{{QStringLiteral("ID"), plan.toString()}};
+        QJsonObject params {{QStringLiteral("ID"), plan.toString()}};
         if (forceFull)
             params.insert(QStringLiteral("force_full"), true);
         if (verify)
@@ -138,17 +138,16 @@ private slots:
         QVERIFY2(m_engine->start(), m_engine->output().constData());
         m_engine->exportSocketPath();
         connect(NVB::Common::Communication::NotificationCenter::instance(),
-                &NVB::Common::Communication::NotificationCenter::notification, this,
-                [this](const QJsonDocument& document) { m_notifications.append(document.object()); });
+            &NVB::Common::Communication::NotificationCenter::notification, this,
+            [this](const QJsonDocument& document) { m_notifications.append(document.object()); });
         QVERIFY(waitForConnection());
 
-        const auto saved = SyncCommand::run(
-            QStringLiteral("SaveStorage"),
+        const auto saved = SyncCommand::run(QStringLiteral("SaveStorage"),
             {{QStringLiteral("ID"), m_account.toString()},
-             {QStringLiteral("displayName"), QStringLiteral("Local disk")},
-             {QStringLiteral("type"), 1},
-             {QStringLiteral("prefix"), QStringLiteral("tester")},
-             {QStringLiteral("params"), QJsonObject{{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
+                {QStringLiteral("displayName"), QStringLiteral("Local disk")}, {QStringLiteral("type"), 1},
+                {QStringLiteral("prefix"), QStringLiteral("tester")},
+                {QStringLiteral("params"),
+                    QJsonObject {{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
         QVERIFY2(saved.answered && !saved.isError, qPrintable(saved.errorString));
         QCOMPARE(saved.data.value(QStringLiteral("SaveStorage")).toString(), QStringLiteral("success"));
         QVERIFY(QTest::qWaitFor([this] { return notificationsOf(Format::Storage::Add::Type) == 1; }));
@@ -197,16 +196,17 @@ private slots:
         QTest::addColumn<QString>("command");
         QTest::addColumn<QJsonObject>("params");
         QTest::addColumn<QString>("text");
-        QTest::newRow("unknown plan") << "PlanExecuteStart" << QJsonObject{{"ID", QUuid::createUuid().toString()}}
+        QTest::newRow("unknown plan") << "PlanExecuteStart" << QJsonObject {{"ID", QUuid::createUuid().toString()}}
                                       << "There is no plan";
-        QTest::newRow("id of wrong type") << "PlanRemove" << QJsonObject{{"ID", 42}} << "\"ID\"";
-        QTest::newRow("missing xml") << "CommonPlanEdit" << QJsonObject{{"ID", QUuid::createUuid().toString()}}
+        QTest::newRow("id of wrong type") << "PlanRemove" << QJsonObject {{"ID", 42}} << "\"ID\"";
+        QTest::newRow("missing xml") << "CommonPlanEdit" << QJsonObject {{"ID", QUuid::createUuid().toString()}}
                                      << "\"planXML\"";
-        QTest::newRow("xml that is no plan") << "CommonPlanEdit" << QJsonObject{{"planXML", "<nothing/>"}}
-                                             << "cannot be read";
+        QTest::newRow("xml that is no plan")
+            << "CommonPlanEdit" << QJsonObject {{"planXML", "<nothing/>"}} << "cannot be read";
         QTest::newRow("unknown account") << "StorageDeleteFileSystem"
-                                         << QJsonObject{{"ID", QUuid::createUuid().toString()}} << "No storage account";
-        QTest::newRow("bad period") << "HistoryListByPlan" << QJsonObject{{"period", "Yesterday"}} << "Yesterday";
+                                         << QJsonObject {{"ID", QUuid::createUuid().toString()}}
+                                         << "No storage account";
+        QTest::newRow("bad period") << "HistoryListByPlan" << QJsonObject {{"period", "Yesterday"}} << "Yesterday";
     }
 
     void shouldAnswerBadRequestsWithClearErrors()
@@ -239,7 +239,7 @@ private slots:
         while (files.hasNext())
             copied << QFileInfo(files.next()).fileName();
         copied.sort();
-        QCOMPARE(copied, (QStringList{QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
+        QCOMPARE(copied, (QStringList {QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
         QCOMPARE(fileHistory(plan).size(), 2);
 
         QTest::qWait(1100); // a new modification time
@@ -248,19 +248,23 @@ private slots:
         const QJsonArray rows = fileHistory(plan);
         QCOMPARE(rows.size(), 3);
         QCOMPARE(rows.first().toObject().value(QStringLiteral("File")).toString(),
-                 m_source.filePath(QStringLiteral("inc/a.txt")));
+            m_source.filePath(QStringLiteral("inc/a.txt")));
         QCOMPARE(info(plan).value(QStringLiteral("LastUploadedCount")).toInt(), 1);
 
         const auto runs = SyncCommand::run(QStringLiteral("HistoryListByPlan"),
-                                           {{QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces)},
-                                            {QStringLiteral("period"), QStringLiteral("DayLast")},
-                                            {QStringLiteral("generateCSV"), true}});
+            {{QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces)},
+                {QStringLiteral("period"), QStringLiteral("DayLast")}, {QStringLiteral("generateCSV"), true}});
         const QJsonArray history = runs.data.value(QStringLiteral("HistoryListByPlan")).toArray();
         QCOMPARE(history.size(), 2);
         QCOMPARE(history.first().toObject().value(QStringLiteral("Result")).toInt(), int(PlanResult::Success));
         QCOMPARE(history.first().toObject().value(QStringLiteral("Operation")).toInt(), 0);
-        QVERIFY(history.first().toObject().value(QStringLiteral("CSVLine")).toString().startsWith(QStringLiteral("\"Incremental\"")));
-        QVERIFY(history.first().toObject().value(QStringLiteral("DbID")).toInt() > history.last().toObject().value(QStringLiteral("DbID")).toInt());
+        QVERIFY(history.first()
+                    .toObject()
+                    .value(QStringLiteral("CSVLine"))
+                    .toString()
+                    .startsWith(QStringLiteral("\"Incremental\"")));
+        QVERIFY(history.first().toObject().value(QStringLiteral("DbID")).toInt()
+            > history.last().toObject().value(QStringLiteral("DbID")).toInt());
 
         // Restore the first version of the changed file, from the first run.
         NVB::Info::Plan::RestoreFile restore;
@@ -270,7 +274,8 @@ private slots:
         restore.setRestoreType(NVB::Info::Plan::Restore::PointInTime);
         const QString firstRun = history.last().toObject().value(QStringLiteral("StartTimeUTC")).toString();
         restore.setPointInTime(QDateTime::fromString(firstRun, QStringLiteral("yyyyMMddhhmmss")).addSecs(0));
-        restore.setRestorePoint(QStringLiteral("NVB_Archive\\%1\\%2").arg(plan.toString(QUuid::WithoutBraces), firstRun));
+        restore.setRestorePoint(
+            QStringLiteral("NVB_Archive\\%1\\%2").arg(plan.toString(QUuid::WithoutBraces), firstRun));
         QTemporaryDir target;
         restore.setDestination(target.path());
         restore.setRestoreToOriginalLocation(false);
@@ -279,8 +284,7 @@ private slots:
         point.setTimeSpec(Qt::UTC);
         restore.setPointInTime(point);
         const auto saved = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-                                            {{QStringLiteral("ID"), restore.id().toString()},
-                                             {QStringLiteral("planXML"), restore.toXml()}});
+            {{QStringLiteral("ID"), restore.id().toString()}, {QStringLiteral("planXML"), restore.toXml()}});
         QVERIFY2(!saved.isError, qPrintable(saved.errorString));
         QVERIFY(run(restore.id()));
         QCOMPARE(info(restore.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
@@ -293,24 +297,24 @@ private slots:
         QVERIFY(run(plan, false, true));
         QCOMPARE(info(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
         const QStringList stored = storedFiles(plan);
-        const auto b = std::find_if(stored.cbegin(), stored.cend(),
-                                    [](const QString& file) { return file.endsWith(QLatin1String("/b.txt")); });
+        const auto b = std::find_if(
+            stored.cbegin(), stored.cend(), [](const QString& file) { return file.endsWith(QLatin1String("/b.txt")); });
         QVERIFY(b != stored.cend());
         const QString object = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces)
-                               + QLatin1Char('/') + *b;
+            + QLatin1Char('/') + *b;
         write(object, "BETA");
         QVERIFY(run(plan, false, true));
         const QJsonObject verified = info(plan);
         QCOMPARE(verified.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
         QVERIFY(verified.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("do not match")));
         QCOMPARE(fileHistory(plan).first().toObject().value(QStringLiteral("File")).toString(),
-                 m_source.filePath(QStringLiteral("inc/sub/b.txt")));
+            m_source.filePath(QStringLiteral("inc/sub/b.txt")));
     }
 
     void shouldRefuseWhatItCannotHonour()
     {
         write(m_source.filePath(QStringLiteral("honour/a.txt")), "a");
-        const QStringList items{m_source.filePath(QStringLiteral("honour"))};
+        const QStringList items {m_source.filePath(QStringLiteral("honour"))};
 
         // Paths that are relative or climb are refused when the plan is saved.
         for (const QString& bad : {m_source.filePath(QStringLiteral("honour/../honour")), QStringLiteral("honour")}) {
@@ -320,15 +324,14 @@ private slots:
             plan.setStorage(m_account);
             plan.setItems({bad});
             const auto saved = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-                                                {{QStringLiteral("ID"), plan.id().toString()},
-                                                 {QStringLiteral("planXML"), plan.toXml()}});
+                {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}});
             QVERIFY(saved.isError);
             QVERIFY2(saved.errorString.contains(QStringLiteral("refused")), qPrintable(saved.errorString));
         }
 
         // An option that is not carried out fails the run, by name, and
         // leaves nothing on the storage.
-        const QList<QPair<QString, std::function<void(NVB::Info::Plan::BackupFile&)>>> options{
+        const QList<QPair<QString, std::function<void(NVB::Info::Plan::BackupFile&)>>> options {
             {QStringLiteral("encryption"), [](auto& plan) { plan.encryption().setEnabled(true); }},
             {QStringLiteral("retention policy"), [](auto& plan) { plan.retentionPolicy().setUseKeepVersion(true); }},
         };
@@ -338,7 +341,7 @@ private slots:
             const QJsonObject summary = info(plan);
             QCOMPARE(summary.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
             QVERIFY2(summary.value(QStringLiteral("LastRunMessage")).toString().contains(name),
-                     qPrintable(summary.value(QStringLiteral("LastRunMessage")).toString()));
+                qPrintable(summary.value(QStringLiteral("LastRunMessage")).toString()));
             QCOMPARE(storedFiles(plan), QStringList());
         }
 
@@ -371,16 +374,20 @@ private slots:
         QVERIFY(::truncate(QFile::encodeName(large).constData(), qint64(16) << 30) == 0);
         const QUuid plan = savePlan(QStringLiteral("Many files"), {m_source.filePath(QStringLiteral("many"))});
         m_notifications.clear();
-        QVERIFY(!SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError);
-        const auto again = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
+        QVERIFY(
+            !SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError);
+        const auto again
+            = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
         QVERIFY(again.isError);
         QVERIFY(waitForState(plan, 1));
         QTest::qWait(500); // well into the large file
-        QVERIFY(!SyncCommand::run(QStringLiteral("PlanExecuteStop"), {{QStringLiteral("ID"), plan.toString()}}).isError);
+        QVERIFY(
+            !SyncCommand::run(QStringLiteral("PlanExecuteStop"), {{QStringLiteral("ID"), plan.toString()}}).isError);
         QVERIFY(waitForState(plan, 2, 10000));
         QCOMPARE(info(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Interrupted));
         QCOMPARE(storedFiles(plan), QStringList());
-        const auto stopAgain = SyncCommand::run(QStringLiteral("PlanExecuteStop"), {{QStringLiteral("ID"), plan.toString()}});
+        const auto stopAgain
+            = SyncCommand::run(QStringLiteral("PlanExecuteStop"), {{QStringLiteral("ID"), plan.toString()}});
         QVERIFY(stopAgain.isError);
         QVERIFY(stopAgain.errorString.contains(QStringLiteral("not running")));
     }
@@ -389,10 +396,8 @@ private slots:
     {
         const QUuid account = QUuid::createUuid();
         QVERIFY(!SyncCommand::run(QStringLiteral("SaveStorage"),
-                                  {{QStringLiteral("ID"), account.toString()},
-                                   {QStringLiteral("displayName"), QStringLiteral("Bucket")},
-                                   {QStringLiteral("type"), 3},
-                                   {QStringLiteral("params"), QJsonObject()}})
+            {{QStringLiteral("ID"), account.toString()}, {QStringLiteral("displayName"), QStringLiteral("Bucket")},
+                {QStringLiteral("type"), 3}, {QStringLiteral("params"), QJsonObject()}})
                      .isError);
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
@@ -401,15 +406,17 @@ private slots:
         plan.setStorage(account);
         plan.setItems({m_source.path()});
         QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-                                  {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
+            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
                      .isError);
         QVERIFY(run(plan.id()));
         const QJsonObject summary = info(plan.id());
         QCOMPARE(summary.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
-        QVERIFY(summary.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("not supported yet")));
+        QVERIFY(
+            summary.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("not supported yet")));
 
         // An account in use cannot be removed.
-        const auto refused = SyncCommand::run(QStringLiteral("StorageDeleteFileSystem"), {{QStringLiteral("ID"), account.toString()}});
+        const auto refused
+            = SyncCommand::run(QStringLiteral("StorageDeleteFileSystem"), {{QStringLiteral("ID"), account.toString()}});
         QVERIFY(refused.isError);
     }
 
@@ -417,7 +424,8 @@ private slots:
     {
         const QUuid plan = savePlan(QStringLiteral("Survivor"), {m_source.filePath(QStringLiteral("many"))});
         m_notifications.clear();
-        QVERIFY(!SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError);
+        QVERIFY(
+            !SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError);
         QVERIFY(waitForState(plan, 1));
         QTest::qWait(400); // the small files are copied, the large one is under way
         m_engine->kill();
@@ -436,8 +444,8 @@ private slots:
         const QJsonObject summary = info(plan);
         QCOMPARE(summary.value(QStringLiteral("Name")).toString(), QStringLiteral("Survivor"));
         QCOMPARE(summary.value(QStringLiteral("Status")).toInt(), 2);
-        const auto runs = SyncCommand::run(QStringLiteral("HistoryListByPlan"),
-                                           {{QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces)}});
+        const auto runs = SyncCommand::run(
+            QStringLiteral("HistoryListByPlan"), {{QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces)}});
         const QJsonArray history = runs.data.value(QStringLiteral("HistoryListByPlan")).toArray();
         QCOMPARE(history.size(), 1);
         QCOMPARE(history.first().toObject().value(QStringLiteral("Result")).toInt(), int(PlanResult::Interrupted));

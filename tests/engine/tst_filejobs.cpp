@@ -169,7 +169,8 @@ private slots:
     {
         QTemporaryDir storage;
         std::atomic_bool stop {false};
-        FileBackupJob job(parameters(storage.path(), QStringLiteral("r")), everything(QStringLiteral("/no/such/folder")));
+        FileBackupJob job(
+            parameters(storage.path(), QStringLiteral("r")), everything(QStringLiteral("/no/such/folder")));
         const auto result = job.run(stop, {});
         QCOMPARE(result.planResult, int(PlanResult::Failed));
         QVERIFY(result.message.contains(QStringLiteral("/no/such/folder")));

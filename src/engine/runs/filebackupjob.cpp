@@ -11,8 +11,8 @@
 
 #include <QDir>
 
-#include "filecopier.h"
 #include "core/bytename.h"
+#include "filecopier.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -309,7 +309,8 @@ void FileBackupJob::takeFile(
     takeOwnership(seen, &file);
 
     const auto previous = m_parameters.previous.constFind(path);
-    const bool forced = m_parameters.reBackupModifiedSince.isValid() && file.modifiedUtc >= m_parameters.reBackupModifiedSince;
+    const bool forced
+        = m_parameters.reBackupModifiedSince.isValid() && file.modifiedUtc >= m_parameters.reBackupModifiedSince;
     if (!forced && previous != m_parameters.previous.cend() && reusable(*previous, file)) {
         file.object = previous->object;
         file.checksum = previous->checksum;

@@ -12,10 +12,10 @@
 
 #include <QRandomGenerator>
 
+#include "core/bytename.h"
 #include "folderhandle.h"
 #include "objectdecoder.h"
 #include "objectencoder.h"
-#include "core/bytename.h"
 
 namespace NVB::Engine {
 

@@ -13,9 +13,9 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include "core/bytename.h"
 #include "filecopier.h"
 #include "folderhandle.h"
-#include "core/bytename.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -54,8 +54,8 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
     m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_parameters.storageRoot), &error);
     if (m_storage.isValid()) {
         const bool inPlace = m_parameters.destination.isEmpty();
-        m_target = FolderHandle::openAbsolute(inPlace ? QByteArrayLiteral("/") : NVL::ByteName::encode(m_parameters.destination),
-                                              &error, inPlace);
+        m_target = FolderHandle::openAbsolute(
+            inPlace ? QByteArrayLiteral("/") : NVL::ByteName::encode(m_parameters.destination), &error, inPlace);
     }
     if (!m_target.isValid()) {
         m_result.planResult = PlanResult::Failed;

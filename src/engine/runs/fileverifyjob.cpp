@@ -8,9 +8,9 @@
 
 #include <utility>
 
+#include "core/bytename.h"
 #include "filecopier.h"
 #include "folderhandle.h"
-#include "core/bytename.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {

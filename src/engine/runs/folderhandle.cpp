@@ -78,7 +78,9 @@ FolderHandle FolderHandle::openBelow(const QByteArray& relative, bool create, QS
     FolderHandle current = duplicate();
     for (const QByteArray& part : relative.split('/')) {
         int next = ::openat(current.m_fd, part.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-        struct stat link{};
+        struct stat link
+        {
+        };
         if (next < 0 && (errno == ELOOP || errno == ENOTDIR) && m_followSystemLinks
             && ::fstatat(current.m_fd, part.constData(), &link, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(link.st_mode)
             && (link.st_uid == 0 || link.st_uid == ::geteuid()))

@@ -75,12 +75,13 @@ ssize_t ObjectDecoder::read(char* buffer, size_t capacity)
             }
             return 0;
         }
-        ZSTD_inBuffer in{m_in.constData(), m_inSize, m_inPos};
-        ZSTD_outBuffer out{buffer, capacity, 0};
+        ZSTD_inBuffer in {m_in.constData(), m_inSize, m_inPos};
+        ZSTD_outBuffer out {buffer, capacity, 0};
         const size_t left = ZSTD_decompressStream(m_context, &out, &in);
         m_inPos = in.pos;
         if (ZSTD_isError(left)) {
-            m_error = QStringLiteral("the compressed data is damaged (%1)").arg(QString::fromUtf8(ZSTD_getErrorName(left)));
+            m_error
+                = QStringLiteral("the compressed data is damaged (%1)").arg(QString::fromUtf8(ZSTD_getErrorName(left)));
             return -1;
         }
         m_frameLeft = left;

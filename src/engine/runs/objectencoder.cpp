@@ -64,9 +64,9 @@ bool ObjectEncoder::compress(const char* data, size_t size, bool end)
         errno = ENOMEM;
         return false;
     }
-    ZSTD_inBuffer in{data, size, 0};
+    ZSTD_inBuffer in {data, size, 0};
     for (;;) {
-        ZSTD_outBuffer out{m_out.data(), size_t(m_out.size()), 0};
+        ZSTD_outBuffer out {m_out.data(), size_t(m_out.size()), 0};
         const size_t left = ZSTD_compressStream2(m_context, &out, &in, end ? ZSTD_e_end : ZSTD_e_continue);
         if (ZSTD_isError(left)) {
             errno = EIO;

@@ -52,8 +52,7 @@ QList<StoredContent> loadContent(const QString& storeFile, qint64 row, QString* 
     return content;
 }
 
-template<typename JobResult>
-RunOutcome outcomeOf(JobResult&& result)
+template<typename JobResult> RunOutcome outcomeOf(JobResult&& result)
 {
     RunOutcome outcome;
     outcome.planResult = result.planResult;
@@ -184,8 +183,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     parameters.planName = active.plan.name;
     parameters.storageRoot = QDir::cleanPath(folder);
     parameters.objectPrefix = QStringLiteral("NVB_%1/%2/%3/%4")
-                            .arg(prefix, noBraces(active.plan.id), noBraces(point.generationId))
-                            .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
+                                  .arg(prefix, noBraces(active.plan.id), noBraces(point.generationId))
+                                  .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
     parameters.reBackupModifiedSince = plan->reBackupModifiedSince();
     parameters.backupEmptyFolders = plan->backupEmptyFolders();
     parameters.compress = plan->useCompression();
@@ -203,15 +202,16 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         kept.insert(QStringLiteral("%1/%2")
                         .arg(noBraces(recorded.generationId))
                         .arg(recorded.sequenceNumber, 6, 10, QLatin1Char('0')));
-    const QString planFolder = QStringLiteral("%1/NVB_%2/%3").arg(parameters.storageRoot, prefix, noBraces(active.plan.id));
+    const QString planFolder
+        = QStringLiteral("%1/NVB_%2/%3").arg(parameters.storageRoot, prefix, noBraces(active.plan.id));
     const qint64 previousRow = previous ? previous->rowId : 0;
     const QString storeFile = m_store->filePath();
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const QUuid planId = active.plan.id;
-    *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder, previousRow,
-                storeFile](const std::atomic_bool& stop) mutable {
+    *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
+                previousRow, storeFile](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
         if (previousRow > 0) {
             // Without the previous point every file would be copied again,

@@ -35,8 +35,9 @@ const QString RestorePointColumns = QStringLiteral(
     "id, connection_id, bunch_id, generation_id, sequence, start_utc, backup_type, type, status, deep_sync, "
     "encrypted, size_on_storage");
 
-const QString ContentColumns = QStringLiteral("path, type, modified_utc, size, deleted, object, checksum, modified_ns, "
-                                              "changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size");
+const QString ContentColumns
+    = QStringLiteral("path, type, modified_utc, size, deleted, object, checksum, modified_ns, "
+                     "changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size");
 
 StoredContent readContent(const QSqlQuery& q)
 {

@@ -44,8 +44,8 @@ public:
 private:
     // One history page: `select` plus the query's filter, executed; an
     // inactive query (the error recorded) when it could not run.
-    QSqlQuery historyPage(const QString& select, const HistoryQuery& query, const char* timeColumn,
-        const char* textColumn);
+    QSqlQuery historyPage(
+        const QString& select, const HistoryQuery& query, const char* timeColumn, const char* textColumn);
 
     StoreDatabase& m_db;
 };

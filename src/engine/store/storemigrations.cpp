@@ -83,8 +83,9 @@ QVector<StoreMigrations::Migration> build()
     // 6: the certificates the user trusted, one leaf pinned per endpoint
     // (CertificatePinStore reads and writes them on a connection of its own).
     steps.append({6,
-        {QStringLiteral("CREATE TABLE certificate_pins(host TEXT NOT NULL, port INTEGER NOT NULL, "
-                        "sha256 TEXT NOT NULL, pem TEXT NOT NULL, added_utc TEXT NOT NULL, PRIMARY KEY(host, port))")}});
+        {QStringLiteral(
+            "CREATE TABLE certificate_pins(host TEXT NOT NULL, port INTEGER NOT NULL, "
+            "sha256 TEXT NOT NULL, pem TEXT NOT NULL, added_utc TEXT NOT NULL, PRIMARY KEY(host, port))")}});
     return steps;
 }
 

@@ -12,8 +12,8 @@
 #include "cloud/operationmanager.h"
 #include "cloud/operations/listcontainers.h"
 #include "cloud/operations/listing.h"
-#include "core/bytename.h"
 #include "cloud/sshprivatekey.h"
+#include "core/bytename.h"
 #include "sftptestserver.h"
 #include "testmain.h"
 

@@ -17,9 +17,9 @@
 
 #include "cloud/cloudconfig.h"
 #include "cloud/knownhosts.h"
+#include "core/bytename.h"
 #include "listingpager.h"
 #include "listingsnapshots.h"
-#include "core/bytename.h"
 #include "sshdeadline.h"
 
 namespace NVL::Cloud {
