@@ -232,6 +232,21 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     return {};
 }
 
+template<typename Job>
+RunManager::Work RunManager::pointJob(const QUuid& planId, typename Job::Parameters parameters, qint64 row)
+{
+    const QString storeFile = m_store->filePath();
+    return [this, planId, parameters = std::move(parameters), row, storeFile](const std::atomic_bool& stop) mutable {
+        QString error;
+        parameters.content = loadContent(storeFile, row, &error);
+        if (!error.isEmpty())
+            return failedOutcome(error);
+        Job job(parameters);
+        return outcomeOf(
+            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
+    };
+}
+
 QString RunManager::prepareRestore(
     ActiveRun& active, const NVB::Info::Plan::Base& record, std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
@@ -263,18 +278,7 @@ QString RunManager::prepareRestore(
     parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
     parameters.skipExistingFiles = plan->skipExistingFiles();
     parameters.onlyNewFiles = plan->onlyNewFiles();
-    const QUuid planId = active.plan.id;
-    const qint64 row = point->rowId;
-    const QString storeFile = m_store->filePath();
-    *work = [this, planId, parameters = std::move(parameters), row, storeFile](const std::atomic_bool& stop) mutable {
-        QString error;
-        parameters.content = loadContent(storeFile, row, &error);
-        if (!error.isEmpty())
-            return failedOutcome(error);
-        FileRestoreJob job(parameters);
-        return outcomeOf(
-            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
-    };
+    *work = pointJob<FileRestoreJob>(active.plan.id, std::move(parameters), point->rowId);
     return {};
 }
 
@@ -292,18 +296,7 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
     parameters.storageRoot = QDir::cleanPath(folder);
-    const QUuid planId = active.plan.id;
-    const qint64 row = point->rowId;
-    const QString storeFile = m_store->filePath();
-    *work = [this, planId, parameters = std::move(parameters), row, storeFile](const std::atomic_bool& stop) mutable {
-        QString error;
-        parameters.content = loadContent(storeFile, row, &error);
-        if (!error.isEmpty())
-            return failedOutcome(error);
-        FileVerifyJob job(parameters);
-        return outcomeOf(
-            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
-    };
+    *work = pointJob<FileVerifyJob>(active.plan.id, std::move(parameters), point->rowId);
     return {};
 }
 

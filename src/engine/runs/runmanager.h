@@ -81,6 +81,9 @@ private:
     QString prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base& record, bool forceFull, Work* work);
     QString prepareRestore(ActiveRun& active, const NVB::Info::Plan::Base& record, Work* work);
     QString prepareVerify(ActiveRun& active, Work* work);
+    // The work of a job that reads one recorded restore point (a restore or
+    // a verify run); the point is loaded on the worker.
+    template<typename Job> Work pointJob(const QUuid& planId, typename Job::Parameters parameters, qint64 row);
     void launch(const QUuid& planId, std::function<RunOutcome(const std::atomic_bool&)> work);
     void finish(const QUuid& planId, const RunOutcome& outcome);
     // On the worker: writes the run's end (and restore point) to the store.
