@@ -10,6 +10,9 @@ packages=(
     openssh-server openssh-client openssl procps
     mount e2fsprogs
     rsync
+    libcurl4-openssl-dev libblkid-dev libmount-dev
+    swift-proxy swift-object swift-container swift-account memcached python3-swiftclient
+    python3-aiosmtpd
 )
 
 missing=()
