@@ -144,3 +144,19 @@ private:
         QStandardItemModel* m_model = nullptr;
     };
 };
+
+// On past the filter, compression and retention pages, with what they show by
+// default, to the first page that isn't one of them.
+inline void passOptionPages(QWizard& wizard)
+{
+    for (int steps = 0; steps < 8 && (wizard.currentId() == 102 || wizard.currentId() == 5 || wizard.currentId() == 103);
+         ++steps)
+        wizard.next();
+}
+
+// Back to the page, over the option pages between.
+inline void backTo(QWizard& wizard, int id)
+{
+    for (int steps = 0; steps < 8 && wizard.currentId() != id; ++steps)
+        wizard.back();
+}

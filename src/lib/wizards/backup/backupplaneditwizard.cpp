@@ -5,7 +5,10 @@
 #include "records/plan/backupfile.h"
 #include "stores/rebranding.h"
 #include "stores/rebrandingkeys.h"
+#include "wizards/backup/pageadvancedfilter.h"
+#include "wizards/backup/pagecompressionendencryption.h"
 #include "wizards/backup/pagename.h"
+#include "wizards/backup/pageretentionpolicy.h"
 #include "wizards/backup/pagesource.h"
 #include "wizards/backup/pagesummary.h"
 #include "wizards/common/pagecloud.h"
@@ -69,6 +72,12 @@ QWizardPage* BackupPlanEditWizard::createPage(int id)
         return new PageSource(this);
     case PageSummaryId:
         return new PageSummary(m_isArchive, this);
+    case PageAdvancedFilterId:
+        return new PageAdvancedFilter(m_isArchive, this);
+    case PageRetentionPolicyId:
+        return new PageRetentionPolicy(m_isArchive, this);
+    case PageCompressionEndEncryptionId:
+        return new PageCompressionEndEncryption(m_isArchive, this);
     default:
         return nullptr;
     }

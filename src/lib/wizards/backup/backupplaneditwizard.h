@@ -22,6 +22,9 @@ public:
     class PageSource;
     class PageSummary;
     class PageBackupType;
+    class PageAdvancedFilter;
+    class PageRetentionPolicy;
+    class PageCompressionEndEncryption;
 
     // Content kinds, kept in the dynamic property Property_BackupPlanType.
     static constexpr unsigned char PlanTypeFile = 0;
