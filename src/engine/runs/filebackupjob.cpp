@@ -275,6 +275,9 @@ void FileBackupJob::takeLink(const QString& path, int folder, const char* name, 
 
 bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent& now) const
 {
+    // A plain copy is no copy for an enciphered plan, nor the reverse.
+    if (isEnciphered(ObjectEncoding(previous.encoding)) != bool(m_parameters.key))
+        return false;
     if (previous.type != StoredContent::File || previous.object.isEmpty() || previous.size != now.size
         || previous.modifiedNs != now.modifiedNs || previous.changedNs != now.changedNs || previous.inode != now.inode)
         return false;
@@ -355,8 +358,8 @@ void FileBackupJob::takeFile(
         options.times[0] = before.st_atim;
         options.times[1] = before.st_mtim;
         options.mode = before.st_mode;
-        if (m_parameters.compress)
-            options.writeEncoding = ObjectEncoding::Zstd;
+        options.writeEncoding = encoding();
+        options.writeKey = m_parameters.key;
         // The first read of a file that changes under it is thrown away and
         // made again; the second is kept, with a warning that names it.
         const bool lastAttempt = attempt == 1;
@@ -393,8 +396,8 @@ void FileBackupJob::takeFile(
     }
     file.object = m_parameters.objectPrefix + path;
     file.checksum = copied.checksum;
-    file.encoding = int(m_parameters.compress ? ObjectEncoding::Zstd : ObjectEncoding::Plain);
-    file.storedSize = m_parameters.compress ? copied.storedSize : -1;
+    file.encoding = int(encoding());
+    file.storedSize = encoding() != ObjectEncoding::Plain ? copied.storedSize : -1;
     ++totals.copiedCount;
     totals.copiedSize += copied.size;
     m_result.content.append(file);
@@ -416,6 +419,12 @@ void FileBackupJob::takeFile(
     }
     m_result.files.append(record);
     report(false);
+}
+
+ObjectEncoding FileBackupJob::encoding() const
+{
+    return ObjectEncoding((m_parameters.compress ? int(ObjectEncoding::Zstd) : 0)
+        | (m_parameters.key ? int(ObjectEncoding::Enciphered) : 0));
 }
 
 void FileBackupJob::fail(const QString& path, const QString& message, bool counted)

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <sys/stat.h>
 
@@ -12,8 +13,10 @@
 #include <QString>
 #include <QUuid>
 
+#include "encryption/objectkey.h"
 #include "fileselection.h"
 #include "folderhandle.h"
+#include "objectencoding.h"
 #include "runprogress.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
@@ -39,6 +42,8 @@ public:
         QDateTime reBackupModifiedSince;
         bool backupEmptyFolders = false;
         bool compress = false; // new copies are zstd objects
+        // Set: new copies are enciphered with this key.
+        std::shared_ptr<const ObjectKey> key;
         bool followFileSymlinks = false;
         // Folders never taken, whatever the selection says: the storage and
         // the engine's own data.
@@ -76,6 +81,8 @@ private:
     bool reusable(const StoredContent& previous, const StoredContent& now) const;
     void report(bool force);
     // `counted`: the file was already counted as scanned.
+    // How new copies are kept: compressed, enciphered, both or neither.
+    ObjectEncoding encoding() const;
     void fail(const QString& path, const QString& message, bool counted = false);
     void failStorage(const QString& path, const QString& message);
     bool isNeverTaken(const QString& path) const;

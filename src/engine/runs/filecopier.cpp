@@ -143,12 +143,12 @@ QByteArray FileCopier::temporaryPrefix()
     return QByteArrayLiteral(".nvb-partial-");
 }
 
-QByteArray FileCopier::checksum(int fd, ObjectEncoding encoding, const std::atomic_bool* stop)
+QByteArray FileCopier::checksum(int fd, ObjectEncoding encoding, const std::atomic_bool* stop, const QString& password)
 {
     Digest digest = newDigest();
     if (!digest)
         return {};
-    ObjectDecoder in(fd, encoding);
+    ObjectDecoder in(fd, encoding, password);
     std::unique_ptr<char[]> buffer(new char[BlockSize]);
     for (;;) {
         if (stop && *stop)
@@ -179,8 +179,8 @@ FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const 
         result.error = QStringLiteral("Cannot compute checksums");
         return result;
     }
-    ObjectDecoder in(from, options.readEncoding);
-    ObjectEncoder encoder(out.fd(), options.writeEncoding);
+    ObjectDecoder in(from, options.readEncoding, options.readPassword);
+    ObjectEncoder encoder(out.fd(), options.writeEncoding, options.writeKey);
     std::unique_ptr<char[]> buffer(new char[BlockSize]);
     for (;;) {
         if (stop && *stop) {

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include "encryption/objectkey.h"
 #include "objectencoding.h"
 
 namespace NVB::Engine {
@@ -44,6 +45,9 @@ public:
         // object) and how the copy is to hold it (a backup compresses).
         ObjectEncoding readEncoding = ObjectEncoding::Plain;
         ObjectEncoding writeEncoding = ObjectEncoding::Plain;
+        // The key of an enciphered copy, the password of an enciphered source.
+        std::shared_ptr<const ObjectKey> writeKey;
+        QString readPassword;
         // Asked once the data is written; false throws the copy away (the
         // source changed while it was read).
         std::function<bool()> keep;
@@ -68,7 +72,8 @@ public:
 
     // SHA-256 of the plain data `fd` holds from its current offset; empty on
     // a read error, damaged compressed data or when stopped.
-    static QByteArray checksum(int fd, ObjectEncoding encoding, const std::atomic_bool* stop);
+    static QByteArray checksum(
+        int fd, ObjectEncoding encoding, const std::atomic_bool* stop, const QString& password = QString());
 
     // The prefix of the fallback temporary names, for sweeping leftovers.
     static QByteArray temporaryPrefix();

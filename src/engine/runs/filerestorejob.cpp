@@ -195,6 +195,7 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     options.times[1] = stored.st_mtim;
     options.expectedChecksum = file.checksum;
     options.readEncoding = ObjectEncoding(file.encoding);
+    options.readPassword = m_parameters.password;
     const FileCopier::Result copied = FileCopier::copy(from, target, name, options, &stop, file.path);
     ::close(from);
     if (copied.status == FileCopier::Status::Stopped)

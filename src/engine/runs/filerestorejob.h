@@ -32,6 +32,7 @@ public:
         QString destination; // empty: the original location
         bool skipExistingFiles = false;
         bool onlyNewFiles = false; // leave a target that is as new or newer
+        QString password; // opens enciphered objects
     };
 
     struct Result

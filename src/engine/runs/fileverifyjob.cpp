@@ -53,7 +53,7 @@ FileVerifyJob::Verdict FileVerifyJob::check(
                        .arg(expectedSize);
         return Verdict::Broken;
     }
-    const QByteArray sum = FileCopier::checksum(fd, ObjectEncoding(file.encoding), &stop);
+    const QByteArray sum = FileCopier::checksum(fd, ObjectEncoding(file.encoding), &stop, m_parameters.password);
     ::close(fd);
     if (stop)
         return Verdict::Whole;

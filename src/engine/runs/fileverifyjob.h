@@ -29,6 +29,7 @@ public:
         QString planName;
         QString storageRoot;
         QList<StoredContent> content;
+        QString password; // opens enciphered objects
     };
 
     struct Result

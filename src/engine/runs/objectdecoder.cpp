@@ -24,11 +24,13 @@ ZSTD_DCtx* threadContext()
 
 } // namespace
 
-ObjectDecoder::ObjectDecoder(int fd, ObjectEncoding encoding)
+ObjectDecoder::ObjectDecoder(int fd, ObjectEncoding encoding, const QString& password)
     : m_fd(fd)
     , m_encoding(encoding)
 {
-    if (m_encoding == ObjectEncoding::Zstd) {
+    if (isEnciphered(m_encoding))
+        m_opener = std::make_unique<ObjectOpener>(password);
+    if (isCompressed(m_encoding)) {
         m_context = threadContext();
         if (m_context)
             ZSTD_DCtx_reset(m_context, ZSTD_reset_session_and_parameters);
@@ -51,17 +53,49 @@ ssize_t ObjectDecoder::readRaw(char* buffer, size_t capacity)
     }
 }
 
+ssize_t ObjectDecoder::readStored(char* buffer, size_t capacity)
+{
+    if (!m_opener)
+        return readRaw(buffer, capacity);
+    while (m_openedPos == m_opened.size()) {
+        if (m_storedEnded)
+            return 0;
+        m_opened.clear();
+        m_openedPos = 0;
+        char raw[64 * 1024];
+        const ssize_t got = readRaw(raw, sizeof raw);
+        if (got < 0)
+            return -1;
+        if (got == 0) {
+            m_storedEnded = true;
+            if (!m_opener->finish()) {
+                m_error = m_opener->error();
+                return -1;
+            }
+            return 0;
+        }
+        if (!m_opener->feed(raw, size_t(got), &m_opened)) {
+            m_error = m_opener->error();
+            return -1;
+        }
+    }
+    const size_t take = qMin(capacity, size_t(m_opened.size() - m_openedPos));
+    std::memcpy(buffer, m_opened.constData() + m_openedPos, take);
+    m_openedPos += int(take);
+    return ssize_t(take);
+}
+
 ssize_t ObjectDecoder::read(char* buffer, size_t capacity)
 {
-    if (m_encoding == ObjectEncoding::Plain)
-        return readRaw(buffer, capacity);
+    if (!isCompressed(m_encoding))
+        return readStored(buffer, capacity);
     if (!m_context) {
         m_error = QStringLiteral("out of memory");
         return -1;
     }
     for (;;) {
         if (m_inPos == m_inSize && !m_inEnded) {
-            const ssize_t got = readRaw(m_in.data(), size_t(m_in.size()));
+            const ssize_t got = readStored(m_in.data(), size_t(m_in.size()));
             if (got < 0)
                 return -1;
             m_inPos = 0;

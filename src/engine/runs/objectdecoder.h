@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 
 #include <QByteArray>
 #include <QString>
 
+#include "encryption/objectopener.h"
 #include "objectencoding.h"
 
 typedef struct ZSTD_DCtx_s ZSTD_DCtx;
@@ -16,7 +18,9 @@ namespace NVB::Engine {
 class ObjectDecoder
 {
 public:
-    ObjectDecoder(int fd, ObjectEncoding encoding);
+    // An enciphered object is opened with `password`; a wrong one fails the
+    // first read with ObjectKey::wrongPasswordMessage().
+    ObjectDecoder(int fd, ObjectEncoding encoding, const QString& password = QString());
     ~ObjectDecoder();
     ObjectDecoder(const ObjectDecoder&) = delete;
     ObjectDecoder& operator=(const ObjectDecoder&) = delete;
@@ -28,6 +32,8 @@ public:
 
 private:
     ssize_t readRaw(char* buffer, size_t capacity);
+    // The object's bytes with any encipherment taken off.
+    ssize_t readStored(char* buffer, size_t capacity);
 
     int m_fd;
     ObjectEncoding m_encoding;
@@ -38,6 +44,10 @@ private:
     bool m_inEnded = false;
     size_t m_frameLeft = 1; // what the last decompress call said was missing
     QString m_error;
+    std::unique_ptr<ObjectOpener> m_opener;
+    QByteArray m_opened;
+    int m_openedPos = 0;
+    bool m_storedEnded = false;
 };
 
 } // namespace NVB::Engine

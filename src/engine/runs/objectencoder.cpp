@@ -28,11 +28,13 @@ ZSTD_CCtx* threadContext()
 
 } // namespace
 
-ObjectEncoder::ObjectEncoder(int fd, ObjectEncoding encoding)
+ObjectEncoder::ObjectEncoder(int fd, ObjectEncoding encoding, std::shared_ptr<const ObjectKey> key)
     : m_fd(fd)
     , m_encoding(encoding)
 {
-    if (m_encoding == ObjectEncoding::Zstd) {
+    if (isEnciphered(m_encoding) && key)
+        m_sealer = std::make_unique<ObjectSealer>(std::move(key));
+    if (isCompressed(m_encoding)) {
         m_context = threadContext();
         if (m_context) {
             ZSTD_CCtx_reset(m_context, ZSTD_reset_session_and_parameters);
@@ -46,16 +48,36 @@ ObjectEncoder::~ObjectEncoder() = default;
 
 bool ObjectEncoder::write(const char* data, size_t size)
 {
-    if (m_encoding == ObjectEncoding::Plain)
-        return put(data, size);
+    if (!isCompressed(m_encoding))
+        return emit(data, size);
     return compress(data, size, false);
 }
 
 bool ObjectEncoder::finish()
 {
-    if (m_encoding == ObjectEncoding::Plain)
+    if (isCompressed(m_encoding) && !compress(nullptr, 0, true))
+        return false;
+    if (!isEnciphered(m_encoding))
         return true;
-    return compress(nullptr, 0, true);
+    m_sealed.clear();
+    if (!m_sealer || !m_sealer->finish(&m_sealed)) {
+        errno = EINVAL;
+        return false;
+    }
+    return put(m_sealed.constData(), size_t(m_sealed.size()));
+}
+
+bool ObjectEncoder::emit(const char* data, size_t size)
+{
+    if (!isEnciphered(m_encoding))
+        return put(data, size);
+    // No key: refuse rather than store what was meant to be secret in clear.
+    m_sealed.clear();
+    if (!m_sealer || !m_sealer->add(data, size, &m_sealed)) {
+        errno = EINVAL;
+        return false;
+    }
+    return put(m_sealed.constData(), size_t(m_sealed.size()));
 }
 
 bool ObjectEncoder::compress(const char* data, size_t size, bool end)
@@ -72,7 +94,7 @@ bool ObjectEncoder::compress(const char* data, size_t size, bool end)
             errno = EIO;
             return false;
         }
-        if (!put(m_out.constData(), out.pos))
+        if (!emit(m_out.constData(), out.pos))
             return false;
         if (end ? left == 0 : in.pos == in.size)
             return true;

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include "encryption/objectsealer.h"
 #include "objectencoding.h"
 
 typedef struct ZSTD_CCtx_s ZSTD_CCtx;
@@ -17,7 +18,8 @@ namespace NVB::Engine {
 class ObjectEncoder
 {
 public:
-    ObjectEncoder(int fd, ObjectEncoding encoding);
+    // An enciphered encoding needs the key; without one every write fails.
+    ObjectEncoder(int fd, ObjectEncoding encoding, std::shared_ptr<const ObjectKey> key = {});
     ~ObjectEncoder();
     ObjectEncoder(const ObjectEncoder&) = delete;
     ObjectEncoder& operator=(const ObjectEncoder&) = delete;
@@ -30,12 +32,16 @@ public:
 
 private:
     bool compress(const char* data, size_t size, bool end);
+    // Compressed or plain bytes on their way out: enciphered when asked.
+    bool emit(const char* data, size_t size);
     bool put(const char* data, size_t size);
 
     int m_fd;
     ObjectEncoding m_encoding;
     ZSTD_CCtx* m_context = nullptr; // the thread's own: one encoder at a time a thread
+    std::unique_ptr<ObjectSealer> m_sealer;
     QByteArray m_out;
+    QByteArray m_sealed;
     qint64 m_stored = 0;
 };
 

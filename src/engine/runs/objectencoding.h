@@ -9,6 +9,20 @@ namespace NVB::Engine {
 enum class ObjectEncoding : int {
     Plain = 0,
     Zstd = 1, // one zstd frame holding the whole file
+    // Either of the above, then enciphered in authenticated chunks with a key
+    // from the plan's password (see ObjectSealer).
+    Enciphered = 2,
+    ZstdEnciphered = 3,
 };
+
+inline bool isCompressed(ObjectEncoding encoding)
+{
+    return (int(encoding) & int(ObjectEncoding::Zstd)) != 0;
+}
+
+inline bool isEnciphered(ObjectEncoding encoding)
+{
+    return (int(encoding) & int(ObjectEncoding::Enciphered)) != 0;
+}
 
 } // namespace NVB::Engine

@@ -8,8 +8,13 @@ namespace NVB::Engine {
 
 QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
 {
-    if (plan.encryption().isEnabled())
-        return QStringLiteral("encryption");
+    // AES in every key length is performed; the DES family isn't offered
+    // by the wizard and is not carried out.
+    if (plan.encryption().isEnabled() && plan.encryption().encryptionType() > NVB::Info::Plan::BackupEncyption::AES256)
+        return QStringLiteral("encryption with %1").arg(
+            NVB::Info::Plan::BackupEncyption::typeToStr(plan.encryption().encryptionType()));
+    if (plan.encryption().isEnabled() && plan.encryption().password().isEmpty())
+        return QStringLiteral("encryption without a password");
     const auto& retention = plan.retentionPolicy();
     // Keeping the last version needs nothing done: this engine deletes
     // nothing. Anything that deletes is a retention policy it cannot honour.

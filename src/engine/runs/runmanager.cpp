@@ -8,6 +8,7 @@
 #include <QtConcurrent>
 
 #include "accountfolder.h"
+#include "encryption/objectkey.h"
 #include "core/nvldebug.h"
 #include "filebackupjob.h"
 #include "filerestorejob.h"
@@ -166,7 +167,10 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     point.connectionId = active.plan.storageId;
     point.bunchId = active.plan.id;
     point.startUtc = active.run.startUtc;
-    point.encrypted = false; // never claimed: encrypted plans are refused above
+    const auto& encryption = plan->encryption();
+    // Claimed only when every copy of the point is enciphered: copies of
+    // another password or none are never reused for it (see below).
+    point.encrypted = encryption.isEnabled();
     if (previous) {
         point.generationId = previous->generationId;
         point.sequenceNumber = previous->sequenceNumber + 1;
@@ -188,6 +192,20 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     parameters.reBackupModifiedSince = plan->reBackupModifiedSince();
     parameters.backupEmptyFolders = plan->backupEmptyFolders();
     parameters.compress = plan->useCompression();
+    QString password;
+    int keyBytes = 0;
+    bool keyChanged = false;
+    if (encryption.isEnabled()) {
+        password = encryption.password();
+        keyBytes = 16 + 8 * int(encryption.encryptionType());
+        // Copies made under an earlier password would need that password to
+        // restore; a new password makes every file be copied again.
+        const auto before = m_store->bunch(active.plan.storageId, active.plan.id);
+        const auto earlier = before ? NVB::Info::Plan::Factory::create(before->planXml) : nullptr;
+        const auto* earlierPlan = dynamic_cast<const NVB::Info::Plan::Backup*>(earlier.data());
+        keyChanged = !earlierPlan || earlierPlan->encryption().password() != password
+            || earlierPlan->encryption().encryptionType() != encryption.encryptionType();
+    }
     parameters.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
     // "StayOnOneFileSystem": "true" or "false" for every root; unset, only
     // the root "/" stays on its file system.
@@ -211,14 +229,22 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const QUuid planId = active.plan.id;
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
-                previousRow, storeFile](const std::atomic_bool& stop) mutable {
+                previousRow, storeFile, password, keyBytes, keyChanged](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
+        if (keyBytes > 0) {
+            // Derived here, on the worker: the derivation is slow on purpose.
+            parameters.key = ObjectKey::create(password, keyBytes);
+            if (!parameters.key)
+                return failedOutcome(QStringLiteral("The encryption key cannot be made"));
+        }
         if (previousRow > 0) {
             // Without the previous point every file would be copied again,
             // which is slow but loses nothing.
             QString error;
-            for (const StoredContent& item : loadContent(storeFile, previousRow, &error))
-                parameters.previous.insert(item.path, item);
+            for (const StoredContent& item : loadContent(storeFile, previousRow, &error)) {
+                if (!keyChanged || !isEnciphered(ObjectEncoding(item.encoding)))
+                    parameters.previous.insert(item.path, item);
+            }
             if (!error.isEmpty())
                 NVL::NvlDebug(QStringLiteral("NVB")).warning()
                     << QStringLiteral("The previous restore point could not be read: %1").arg(error);
@@ -278,6 +304,7 @@ QString RunManager::prepareRestore(
     parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
     parameters.skipExistingFiles = plan->skipExistingFiles();
     parameters.onlyNewFiles = plan->onlyNewFiles();
+    parameters.password = plan->encryptionPassword();
     *work = pointJob<FileRestoreJob>(active.plan.id, std::move(parameters), point->rowId);
     return {};
 }
@@ -296,6 +323,9 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
     parameters.storageRoot = QDir::cleanPath(folder);
+    const auto record = NVB::Info::Plan::Factory::create(active.plan.xml);
+    if (const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data()))
+        parameters.password = backup->encryption().password();
     *work = pointJob<FileVerifyJob>(active.plan.id, std::move(parameters), point->rowId);
     return {};
 }

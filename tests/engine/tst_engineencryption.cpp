@@ -1,0 +1,194 @@
+#include <QDirIterator>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "engineprocess.h"
+#include "records/plan/backupfile.h"
+#include "records/plan/planresult.h"
+#include "records/plan/restorefile.h"
+#include "service/connectionmanager.h"
+#include "service/notification/format.h"
+#include "service/notificationcenter.h"
+#include "synccommand.h"
+#include "testmain.h"
+
+using NVB::Info::Plan::PlanResult;
+using NvbTest::EngineProcess;
+using NvbTest::SyncCommand;
+namespace Format = NVB::Common::Communication::Notification::Format;
+
+namespace {
+
+const QByteArray Sentence = "Meet me by the old lighthouse at half past nine.";
+
+} // namespace
+
+// Enciphered backups through the real engine: nothing readable on the
+// storage, byte-identical restore with the password, refusal without it.
+class TestEngineEncryption : public QObject
+{
+    Q_OBJECT
+
+private:
+    EngineProcess* m_engine = nullptr;
+    QTemporaryDir m_source;
+    QTemporaryDir m_storage;
+    QUuid m_account = QUuid::createUuid();
+    QList<QJsonObject> m_notifications;
+
+    bool waitForState(const QUuid& plan, int state)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                for (const QJsonObject& note : std::as_const(m_notifications)) {
+                    const QJsonObject message = note.value(QLatin1String(Format::Header::Message)).toObject();
+                    if (QUuid(note.value(QLatin1String(Format::Header::Type)).toString())
+                            == Format::Plan::StateChange::Type
+                        && QUuid(message.value(QStringLiteral("id")).toString()) == plan
+                        && message.value(QStringLiteral("state")).toInt() == state)
+                        return true;
+                }
+                return false;
+            },
+            60000);
+    }
+
+    bool save(const NVB::Info::Plan::Base& plan)
+    {
+        const auto reply = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
+            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}});
+        return reply.answered && !reply.isError;
+    }
+
+    bool run(const QUuid& plan)
+    {
+        m_notifications.clear();
+        const auto reply
+            = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
+        return reply.answered && !reply.isError && waitForState(plan, 2);
+    }
+
+    QJsonObject info(const QUuid& plan)
+    {
+        return SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.toString()}})
+            .data.value(QStringLiteral("planInfo"))
+            .toObject();
+    }
+
+    static QMap<QString, QByteArray> tree(const QString& root)
+    {
+        QMap<QString, QByteArray> files;
+        QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            QFile file(it.next());
+            if (file.open(QIODevice::ReadOnly))
+                files.insert(it.filePath().mid(root.size()), file.readAll());
+        }
+        return files;
+    }
+
+    QUuid restore(const QUuid& backup, const QString& password, const QString& target)
+    {
+        NVB::Info::Plan::RestoreFile plan;
+        plan.setId(QUuid::createUuid());
+        plan.setName(QStringLiteral("Back"));
+        plan.setStorage(m_account);
+        plan.setRestorePoint(QStringLiteral("NVB_Archive\\%1\\latest").arg(backup.toString(QUuid::WithoutBraces)));
+        plan.setDestination(target);
+        plan.setRestoreToOriginalLocation(false);
+        plan.setEncryptionPassword(password);
+        return save(plan) && run(plan.id()) ? plan.id() : QUuid();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_engine = new EngineProcess;
+        QVERIFY2(m_engine->start(), m_engine->output().constData());
+        m_engine->exportSocketPath();
+        connect(NVB::Common::Communication::NotificationCenter::instance(),
+            &NVB::Common::Communication::NotificationCenter::notification, this,
+            [this](const QJsonDocument& document) { m_notifications.append(document.object()); });
+        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
+        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
+        const auto saved = SyncCommand::run(QStringLiteral("SaveStorage"),
+            {{QStringLiteral("ID"), m_account.toString()}, {QStringLiteral("displayName"), QStringLiteral("Disk")},
+                {QStringLiteral("type"), 1}, {QStringLiteral("prefix"), QStringLiteral("tester")},
+                {QStringLiteral("params"),
+                    QJsonObject {{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
+        QVERIFY2(saved.answered && !saved.isError, qPrintable(saved.errorString));
+
+        QDir(m_source.path()).mkpath(QStringLiteral("letters/old"));
+        QByteArray text;
+        for (int i = 0; i < 4000; ++i)
+            text += Sentence + ' ' + QByteArray::number(i) + '\n';
+        QFile big(m_source.filePath(QStringLiteral("letters/long.txt")));
+        QVERIFY(big.open(QIODevice::WriteOnly));
+        big.write(text);
+        big.close();
+        QFile small(m_source.filePath(QStringLiteral("letters/old/note.txt")));
+        QVERIFY(small.open(QIODevice::WriteOnly));
+        small.write(Sentence);
+    }
+
+    void cleanupTestCase()
+    {
+        if (m_engine)
+            QVERIFY(m_engine->stop());
+        delete m_engine;
+    }
+
+    void shouldStoreNothingReadableAndRestoreOnlyWithPassword_data()
+    {
+        QTest::addColumn<bool>("compress");
+        QTest::addColumn<int>("type");
+        QTest::newRow("AES 128") << false << 0;
+        QTest::newRow("zstd and AES 256") << true << 2;
+    }
+
+    void shouldStoreNothingReadableAndRestoreOnlyWithPassword()
+    {
+        QFETCH(bool, compress);
+        QFETCH(int, type);
+        NVB::Info::Plan::BackupFile plan;
+        plan.setId(QUuid::createUuid());
+        plan.setName(QStringLiteral("Secret letters"));
+        plan.setStorage(m_account);
+        plan.setItems({m_source.path()});
+        plan.setUseCompression(compress);
+        plan.encryption().setEnabled(true);
+        plan.encryption().setEncryptionType(NVB::Info::Plan::BackupEncyption::Type(type));
+        plan.encryption().setPassword(QStringLiteral("s3cret"));
+        QVERIFY(save(plan));
+        QVERIFY(run(plan.id()));
+        QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+
+        const QMap<QString, QByteArray> stored = tree(m_storage.path());
+        QVERIFY(!stored.isEmpty());
+        for (auto it = stored.cbegin(); it != stored.cend(); ++it) {
+            QVERIFY2(!it.value().contains(Sentence.left(20)), qPrintable(it.key()));
+            QVERIFY2(!it.value().contains("s3cret"), qPrintable(it.key()));
+        }
+
+        QTemporaryDir wrong;
+        const QUuid refused = restore(plan.id(), QStringLiteral("guess"), wrong.path());
+        QVERIFY(!refused.isNull());
+        const QJsonObject failed = info(refused);
+        QCOMPARE(failed.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
+        QVERIFY2(failed.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("wrong password")),
+            qPrintable(failed.value(QStringLiteral("LastRunMessage")).toString()));
+        QVERIFY(tree(wrong.path()).isEmpty());
+
+        QTemporaryDir right;
+        const QUuid restored = restore(plan.id(), QStringLiteral("s3cret"), right.path());
+        QCOMPARE(info(restored).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        QMap<QString, QByteArray> back;
+        const QMap<QString, QByteArray> all = tree(right.path());
+        for (auto it = all.cbegin(); it != all.cend(); ++it)
+            back.insert(it.key().mid(m_source.path().size()), it.value());
+        QCOMPARE(back, tree(m_source.path()));
+    }
+};
+
+NVB_TEST_GUILESS_MAIN(TestEngineEncryption)
+#include "tst_engineencryption.moc"
