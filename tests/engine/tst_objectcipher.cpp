@@ -3,6 +3,7 @@
 #include "encryption/objectkey.h"
 #include "encryption/objectopener.h"
 #include "encryption/objectsealer.h"
+#include "repository/ciphertransform.h"
 #include "testmain.h"
 
 using NVB::Engine::ObjectKey;
@@ -47,6 +48,7 @@ private slots:
     void shouldRoundTripEveryKeyLength();
     void shouldRefuseWrongPasswordAndDamage_data();
     void shouldRefuseWrongPasswordAndDamage();
+    void shouldTransformChunksBackOnlyWithPassword();
 };
 
 void TestObjectCipher::shouldRoundTripEveryKeyLength_data()
@@ -116,6 +118,27 @@ void TestObjectCipher::shouldRefuseWrongPasswordAndDamage()
     const QByteArray result = open(password, stored);
     QVERIFY2(result.startsWith('!'), "damaged data must not open");
     QVERIFY2(result.contains(message.toUtf8()), result.constData());
+}
+
+void TestObjectCipher::shouldTransformChunksBackOnlyWithPassword()
+{
+    const NVB::Engine::CipherTransform transform(QStringLiteral("pw"), 24);
+    QVERIFY(transform.isValid());
+    QCOMPARE(transform.name(), QStringLiteral("aes-192-gcm"));
+    const QByteArray chunk = QByteArray("chunk of a pack ").repeated(9000);
+    const auto encoded = transform.encode(chunk);
+    QVERIFY(encoded.ok());
+    QVERIFY(!encoded.data.contains("chunk of a pack"));
+    // Another transform of the same password reads it: the salt travels.
+    const auto decoded = NVB::Engine::CipherTransform(QStringLiteral("pw"), 24).decode(encoded.data);
+    QVERIFY2(decoded.ok(), qPrintable(decoded.error));
+    QCOMPARE(decoded.data, chunk);
+    const auto refused = NVB::Engine::CipherTransform(QStringLiteral("other"), 24).decode(encoded.data);
+    QVERIFY(!refused.ok());
+    QVERIFY(refused.error.contains(QStringLiteral("wrong password")));
+    QVERIFY(refused.data.isEmpty());
+    QVERIFY(!transform.decode(encoded.data.left(encoded.data.size() - 1)).ok());
+    QVERIFY(!NVB::Engine::CipherTransform(QStringLiteral("pw"), 20).isValid());
 }
 
 NVB_TEST_GUILESS_MAIN(TestObjectCipher)
