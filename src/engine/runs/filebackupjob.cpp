@@ -13,6 +13,7 @@
 
 #include "core/bytename.h"
 #include "filecopier.h"
+#include "filters/inusecheck.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -354,6 +355,11 @@ void FileBackupJob::takeFile(
             fail(path, QStringLiteral("%1 is not a regular file").arg(path), true);
             return;
         }
+        if (m_parameters.skipInUseFiles && InUseCheck::isInUse(fd)) {
+            ::close(fd);
+            skipInUse(path);
+            return;
+        }
         FileCopier::Options options;
         options.times[0] = before.st_atim;
         options.times[1] = before.st_mtim;
@@ -362,7 +368,7 @@ void FileBackupJob::takeFile(
         options.writeKey = m_parameters.key;
         // The first read of a file that changes under it is thrown away and
         // made again; the second is kept, with a warning that names it.
-        const bool lastAttempt = attempt == 1;
+        const bool lastAttempt = attempt == 1 && !m_parameters.skipInUseFiles;
         options.keep = [fd, &before, &unsteady, lastAttempt] {
             struct stat after
             {
@@ -385,6 +391,10 @@ void FileBackupJob::takeFile(
     }
     if (copied.status == FileCopier::Status::Stopped) {
         m_stopped = true;
+        return;
+    }
+    if (copied.status == FileCopier::Status::Discarded) {
+        skipInUse(path);
         return;
     }
     if (copied.status != FileCopier::Status::Done) {
@@ -425,6 +435,21 @@ ObjectEncoding FileBackupJob::encoding() const
 {
     return ObjectEncoding((m_parameters.compress ? int(ObjectEncoding::Zstd) : 0)
         | (m_parameters.key ? int(ObjectEncoding::Enciphered) : 0));
+}
+
+void FileBackupJob::skipInUse(const QString& path)
+{
+    ++m_result.unsteadyCount;
+    RunFileRecord record;
+    record.planId = m_parameters.planId;
+    record.planName = m_parameters.planName;
+    record.file = path;
+    record.operation = RunFileRecord::Skipped;
+    record.finishUtc = QDateTime::currentDateTimeUtc();
+    record.message = QStringLiteral("%1 is in use by another process and was skipped").arg(path);
+    if (m_result.message.isEmpty())
+        m_result.message = record.message;
+    m_result.files.append(record);
 }
 
 void FileBackupJob::fail(const QString& path, const QString& message, bool counted)

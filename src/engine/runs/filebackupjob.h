@@ -45,6 +45,9 @@ public:
         // Set: new copies are enciphered with this key.
         std::shared_ptr<const ObjectKey> key;
         bool followFileSymlinks = false;
+        // Files another process writes or locks are left out, with a warning;
+        // so is a file that changes under both reads.
+        bool skipInUseFiles = false;
         // Folders never taken, whatever the selection says: the storage and
         // the engine's own data.
         QStringList neverTaken;
@@ -84,6 +87,7 @@ private:
     // How new copies are kept: compressed, enciphered, both or neither.
     ObjectEncoding encoding() const;
     void fail(const QString& path, const QString& message, bool counted = false);
+    void skipInUse(const QString& path);
     void failStorage(const QString& path, const QString& message);
     bool isNeverTaken(const QString& path) const;
     void finishResult(const std::atomic_bool& stop);

@@ -34,10 +34,6 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
     // reused only after it is found on the storage with its recorded size.
     if (plan.syncBeforeRun())
         return QStringLiteral("repository synchronisation before the run");
-    if (const auto* file = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&plan)) {
-        if (file->skipInUseFiles())
-            return QStringLiteral("skip in-use files");
-    }
     return {};
 }
 

@@ -192,6 +192,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     parameters.reBackupModifiedSince = plan->reBackupModifiedSince();
     parameters.backupEmptyFolders = plan->backupEmptyFolders();
     parameters.compress = plan->useCompression();
+    parameters.skipInUseFiles = plan->skipInUseFiles();
     QString password;
     int keyBytes = 0;
     bool keyChanged = false;

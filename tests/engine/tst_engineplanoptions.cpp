@@ -23,9 +23,9 @@ const QByteArray Sentence = "Meet me by the old lighthouse at half past nine.";
 
 } // namespace
 
-// Enciphered backups through the real engine: nothing readable on the
-// storage, byte-identical restore with the password, refusal without it.
-class TestEngineEncryption : public QObject
+// What a plan asks of its data, through the real engine: filters,
+// encryption, retention.
+class TestEnginePlanOptions : public QObject
 {
     Q_OBJECT
 
@@ -87,6 +87,26 @@ private:
         return files;
     }
 
+    // Source paths of the files the plan's latest run stored.
+    QStringList storedSources(const QUuid& plan) const
+    {
+        const QString folder = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces);
+        QStringList files;
+        QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (it.hasNext())
+            files << QLatin1Char('/') + it.next().mid(folder.size() + 1).section(QLatin1Char('/'), 2);
+        files.sort();
+        return files;
+    }
+
+    static void write(const QString& path, const QByteArray& data)
+    {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(data);
+    }
+
     QUuid restore(const QUuid& backup, const QString& password, const QString& target)
     {
         NVB::Info::Plan::RestoreFile plan;
@@ -136,6 +156,46 @@ private slots:
         if (m_engine)
             QVERIFY(m_engine->stop());
         delete m_engine;
+    }
+
+    void shouldStoreExactlyWhatTheFiltersTake()
+    {
+        QTemporaryDir source;
+        const QString root = source.path();
+        for (const char* name : {"keep.txt", "Readme.MD", "skip.png", ".hidden.txt", "tmp/in-tmp.txt",
+                 "cache-1/in-cache.txt", "docs/deep.txt", "docs/.secret/inside.txt", "busy.txt"})
+            write(root + QLatin1Char('/') + QLatin1String(name), "data");
+        // Held open for writing by this process while the run reads it.
+        QFile busy(root + QStringLiteral("/busy.txt"));
+        QVERIFY(busy.open(QIODevice::Append));
+
+        NVB::Info::Plan::BackupFile plan;
+        plan.setId(QUuid::createUuid());
+        plan.setName(QStringLiteral("Filtered"));
+        plan.setStorage(m_account);
+        plan.setItems({root});
+        plan.setUseCompression(false);
+        plan.setFilterType(NVB::Info::Plan::BackupFile::OnlyListed);
+        // As the wizard writes it: blanks kept around the patterns.
+        plan.setFilter({QStringLiteral("*.txt"), QStringLiteral(" *.md")});
+        plan.setExcludeFolderList({QStringLiteral("tmp"), QStringLiteral(" cache*")});
+        plan.setExcludeSystemAndHidden(true);
+        plan.setSkipInUseFiles(true);
+        QVERIFY(save(plan));
+        QVERIFY(run(plan.id()));
+        const QJsonObject summary = info(plan.id());
+        QCOMPARE(summary.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Warning));
+        QVERIFY2(summary.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("in use")),
+            qPrintable(summary.value(QStringLiteral("LastRunMessage")).toString()));
+        QCOMPARE(storedSources(plan.id()),
+            (QStringList {root + QStringLiteral("/Readme.MD"), root + QStringLiteral("/docs/deep.txt"),
+                root + QStringLiteral("/keep.txt")}));
+
+        // Closed, it is taken by the next run.
+        busy.close();
+        QVERIFY(run(plan.id()));
+        QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        QVERIFY(storedSources(plan.id()).contains(root + QStringLiteral("/busy.txt")));
     }
 
     void shouldStoreNothingReadableAndRestoreOnlyWithPassword_data()
@@ -190,5 +250,5 @@ private slots:
     }
 };
 
-NVB_TEST_GUILESS_MAIN(TestEngineEncryption)
-#include "tst_engineencryption.moc"
+NVB_TEST_GUILESS_MAIN(TestEnginePlanOptions)
+#include "tst_engineplanoptions.moc"
