@@ -1,4 +1,5 @@
 #include <QDirIterator>
+#include <QJsonArray>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -107,7 +108,7 @@ private:
         file.write(data);
     }
 
-    QUuid restore(const QUuid& backup, const QString& password, const QString& target)
+    QUuid restore(const QUuid& backup, const QString& password, const QString& target, const QDateTime& at = {})
     {
         NVB::Info::Plan::RestoreFile plan;
         plan.setId(QUuid::createUuid());
@@ -117,6 +118,10 @@ private:
         plan.setDestination(target);
         plan.setRestoreToOriginalLocation(false);
         plan.setEncryptionPassword(password);
+        if (at.isValid()) {
+            plan.setRestoreType(NVB::Info::Plan::Restore::PointInTime);
+            plan.setPointInTime(at);
+        }
         return save(plan) && run(plan.id()) ? plan.id() : QUuid();
     }
 
@@ -196,6 +201,52 @@ private slots:
         QVERIFY(run(plan.id()));
         QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
         QVERIFY(storedSources(plan.id()).contains(root + QStringLiteral("/busy.txt")));
+    }
+
+    void shouldKeepOnlyTheNewestVersionsAndRestoreKeptPoints()
+    {
+        QTemporaryDir source;
+        const QString file = source.path() + QStringLiteral("/diary.txt");
+        NVB::Info::Plan::BackupFile plan;
+        plan.setId(QUuid::createUuid());
+        plan.setIsArchive(false);
+        plan.setName(QStringLiteral("Versions"));
+        plan.setStorage(m_account);
+        plan.setItems({source.path()});
+        plan.retentionPolicy().setType(NVB::Info::Plan::BackupRetentionPolicy::Custom);
+        plan.retentionPolicy().setUseKeepVersion(true);
+        plan.retentionPolicy().setKeepVersion(2);
+        QVERIFY(save(plan));
+        for (int day = 1; day <= 4; ++day) {
+            write(file, "entry of day " + QByteArray::number(day));
+            QVERIFY(run(plan.id()));
+            QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+            QTest::qWait(1100); // points a second apart, to restore each by its time
+        }
+        // Two versions stay; the points that named only older ones are gone.
+        QCOMPARE(storedSources(plan.id()), (QStringList {file, file}));
+        const QJsonArray runs = SyncCommand::run(
+            QStringLiteral("HistoryListByPlan"), {{QStringLiteral("planID"), plan.id().toString(QUuid::WithoutBraces)}})
+                                    .data.value(QStringLiteral("HistoryListByPlan"))
+                                    .toArray();
+        QCOMPARE(runs.size(), 4); // newest first
+        for (int day : {4, 3, 1}) {
+            QDateTime start
+                = QDateTime::fromString(runs.at(4 - day).toObject().value(QStringLiteral("StartTimeUTC")).toString(),
+                    QStringLiteral("yyyyMMddhhmmss"));
+            start.setTimeSpec(Qt::UTC);
+            QTemporaryDir target;
+            const QUuid back = restore(plan.id(), QString(), target.path(), start);
+            const QJsonObject result = info(back);
+            if (day == 1) {
+                QCOMPARE(result.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
+                continue;
+            }
+            QCOMPARE(result.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+            QFile restored(target.path() + file);
+            QVERIFY(restored.open(QIODevice::ReadOnly));
+            QCOMPARE(restored.readAll(), "entry of day " + QByteArray::number(day));
+        }
     }
 
     void shouldStoreNothingReadableAndRestoreOnlyWithPassword_data()

@@ -16,9 +16,9 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
     if (plan.encryption().isEnabled() && plan.encryption().password().isEmpty())
         return QStringLiteral("encryption without a password");
     const auto& retention = plan.retentionPolicy();
-    // Keeping the last version needs nothing done: this engine deletes
-    // nothing. Anything that deletes is a retention policy it cannot honour.
-    if (retention.useDeleteOlder() || retention.useKeepVersion() || retention.useDeleteLocaly())
+    // The legacy format's retention is carried out after each run; the new
+    // format's purges whole generations, which this path does not.
+    if (plan.isArchive() && (retention.useDeleteOlder() || retention.useKeepVersion() || retention.useDeleteLocaly()))
         return QStringLiteral("retention policy");
     if (plan.forceFullSchedule().isEnable())
         return QStringLiteral("scheduled full backup");

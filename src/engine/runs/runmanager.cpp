@@ -14,6 +14,7 @@
 #include "filerestorejob.h"
 #include "fileverifyjob.h"
 #include "planoptions.h"
+#include "retention/retentionjob.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
@@ -228,6 +229,22 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
+    const RetentionRules rules = RetentionRules::fromPlan(*plan, NVB::DefaultSettings::instance());
+    if (!rules.isEmpty()) {
+        active.afterPoint = [rules, connection = active.plan.storageId, bunch = active.plan.id,
+                                root = parameters.storageRoot](const QString& storeFile) {
+            const auto pruned
+                = RetentionJob::apply(storeFile, connection, bunch, root, rules, QDateTime::currentDateTimeUtc());
+            NVL::NvlDebug log(QStringLiteral("NVB"));
+            if (!pruned.error.isEmpty())
+                log.warning() << QStringLiteral("Retention of the plan %1: %2").arg(bunch.toString(), pruned.error);
+            else if (pruned.versions > 0)
+                log.info() << QStringLiteral("Retention of the plan %1 removed %2 versions and %3 restore points")
+                                  .arg(bunch.toString())
+                                  .arg(pruned.versions)
+                                  .arg(pruned.points);
+        };
+    }
     const QUuid planId = active.plan.id;
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
                 previousRow, storeFile, password, keyBytes, keyChanged](const std::atomic_bool& stop) mutable {
@@ -357,6 +374,8 @@ void RunManager::launch(const QUuid& planId, std::function<RunOutcome(const std:
     active.watcher->setFuture(QtConcurrent::run([work = std::move(work), stop, snapshot, storeFile] {
         RunOutcome outcome = work(*stop);
         record(storeFile, snapshot, &outcome);
+        if (outcome.recorded && outcome.pointRowId > 0 && snapshot.afterPoint)
+            snapshot.afterPoint(storeFile);
         return outcome;
     }));
 }

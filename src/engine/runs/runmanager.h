@@ -75,6 +75,9 @@ private:
         StoredRestorePoint point;
         bool newBunch = false;
         bool newGeneration = false;
+        // On the worker, once the run's restore point is in the store (the
+        // legacy format's retention).
+        std::function<void(const QString& storeFile)> afterPoint;
     };
 
     using Work = std::function<RunOutcome(const std::atomic_bool&)>;

@@ -245,6 +245,32 @@ bool RepositoryStore::removeGeneration(const QUuid& generationId)
         QStringLiteral("No generation with the id %1"));
 }
 
+bool RepositoryStore::removeFromRestorePoints(
+    const QHash<qint64, QStringList>& pathsByPoint, const QList<qint64>& points)
+{
+    return m_db.transaction([&] {
+        QSqlDatabase db = m_db.database();
+        QSqlQuery c(db);
+        c.prepare(QStringLiteral("DELETE FROM contents WHERE restore_point=? AND path=?"));
+        for (auto it = pathsByPoint.cbegin(); it != pathsByPoint.cend(); ++it) {
+            for (const QString& path : it.value()) {
+                c.addBindValue(it.key());
+                c.addBindValue(path);
+                if (!c.exec())
+                    return m_db.fail(QStringLiteral("Cannot remove from a restore point: %1").arg(c.lastError().text()));
+            }
+        }
+        QSqlQuery p(db);
+        p.prepare(QStringLiteral("DELETE FROM restore_points WHERE id=?"));
+        for (qint64 point : points) {
+            p.addBindValue(point);
+            if (!p.exec())
+                return m_db.fail(QStringLiteral("Cannot remove a restore point: %1").arg(p.lastError().text()));
+        }
+        return true;
+    });
+}
+
 qint64 RepositoryStore::insertRestorePoint(
     const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content)
 {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <QDateTime>
+#include <QHash>
 #include <QList>
 #include <QUuid>
 
@@ -40,6 +41,9 @@ public:
     QList<StoredContent> contentChildren(qint64 restorePointRowId, const QString& parent, int offset, int limit);
     bool removeBunch(const QUuid& connectionId, const QUuid& bunchId);
     bool removeGeneration(const QUuid& generationId);
+    // In one transaction: the listed paths out of their restore points, then
+    // the listed points whole (their content with them).
+    bool removeFromRestorePoints(const QHash<qint64, QStringList>& pathsByPoint, const QList<qint64>& points);
 
     // Inside a caller's transaction: the bunch, the generation's figures,
     // the restore point and its content. Answers the point's row, 0 on error.

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QUuid>
+
+#include "retentionrules.h"
+
+namespace NVB::Engine {
+
+// Applies a legacy plan's retention after one of its runs made a restore
+// point: the expired versions leave the store first, in one transaction, and
+// only then their objects leave the storage, so a failure in between leaves
+// stray objects, never a point naming a missing one.
+class RetentionJob
+{
+public:
+    struct Result
+    {
+        int versions = 0; // expired versions removed
+        int points = 0; // restore points removed whole
+        QString error;
+    };
+
+    static Result apply(const QString& storeFile, const QUuid& connectionId, const QUuid& bunchId,
+        const QString& storageRoot, const RetentionRules& rules, const QDateTime& now);
+};
+
+} // namespace NVB::Engine
