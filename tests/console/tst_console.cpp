@@ -1,8 +1,11 @@
 #include <QAbstractButton>
 #include <QAction>
+#include <QCheckBox>
 #include <QDirIterator>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QStatusBar>
 #include <QtTest>
 
@@ -24,7 +27,10 @@
 #include "storage/storageconnectionsmodelcreator.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
+#include "wizards/backup/pageadvancedfilter.h"
+#include "wizards/backup/pagecompressionendencryption.h"
 #include "wizards/backup/pagename.h"
+#include "wizards/backup/pageretentionpolicy.h"
 #include "wizards/backup/pagesource.h"
 #include "wizards/common/pagecloud.h"
 
@@ -81,7 +87,7 @@ private slots:
     void initTestCase()
     {
         QDir().mkpath(source());
-        for (const char* name : {"a.txt", "b.txt"}) {
+        for (const char* name : {"a.txt", "b.txt", "photo.png"}) {
             QFile file(source() + QLatin1Char('/') + QLatin1String(name));
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write(name);
@@ -152,6 +158,29 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return page->isComplete(); }));
         keepPicture(wizard, "wizard-source");
         wizard->next();
+
+        // Only text files, enciphered.
+        auto* filter = qobject_cast<BackupPlanEditWizard::PageAdvancedFilter*>(wizard->currentPage());
+        QVERIFY(filter);
+        filter->setField(QLatin1String(BackupPlanEditWizard::PageAdvancedFilter::FieldUseBackupFileTypes), true);
+        filter->setField(QLatin1String(BackupPlanEditWizard::PageAdvancedFilter::FieldBackupFileTypesValue),
+            QStringLiteral("*.txt; *.md"));
+        wizard->next();
+        auto* cipher = qobject_cast<BackupPlanEditWizard::PageCompressionEndEncryption*>(wizard->currentPage());
+        QVERIFY(cipher);
+        cipher->encryptionBox()->setChecked(true);
+        QTest::keyClicks(cipher->passwordEdit(), QStringLiteral("console secret"));
+        QTest::keyClicks(cipher->confirmEdit(), QStringLiteral("console secret"));
+        QString asked;
+        whenModal<QMessageBox>([&asked](QMessageBox* box) {
+            asked = box->windowTitle();
+            box->button(QMessageBox::Ok)->click();
+        });
+        wizard->next();
+        QCOMPARE(asked, QStringLiteral("Write down your password!"));
+        auto* retention = qobject_cast<BackupPlanEditWizard::PageRetentionPolicy*>(wizard->currentPage());
+        QVERIFY(retention);
+        wizard->next();
         QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageSummaryId));
         keepPicture(wizard, "wizard-summary");
         wizard->button(QWizard::FinishButton)->click();
@@ -193,6 +222,14 @@ private slots:
             copied << QFileInfo(files.next()).fileName();
         copied.sort();
         QCOMPARE(copied, (QStringList {QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
+        QDirIterator objects(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
+        while (objects.hasNext()) {
+            QFile object(objects.next());
+            if (object.fileName().endsWith(QLatin1String(".txt"))) {
+                QVERIFY(object.open(QIODevice::ReadOnly));
+                QVERIFY(!object.readAll().contains(QFileInfo(object.fileName()).fileName().toUtf8()));
+            }
+        }
         QVERIFY(sawRunning);
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));

@@ -116,6 +116,7 @@ void TestRetentionPlanner::shouldTakeGlobalDefaultsForDefaultPolicy()
     QVERIFY(defaults.setRetentionDeleteLastVersion(QStringLiteral("true")));
     QVERIFY(defaults.setRetentionNumberOfVersions(QStringLiteral("5")));
     NVB::Info::Plan::BackupFile plan;
+    plan.setIsArchive(false);
     plan.retentionPolicy().setUseKeepVersion(true); // ignored: the plan follows the defaults
     plan.retentionPolicy().setKeepVersion(1);
     RetentionRules rules = RetentionRules::fromPlan(plan, &defaults);
@@ -139,6 +140,8 @@ void TestRetentionPlanner::shouldTakeGlobalDefaultsForDefaultPolicy()
     QCOMPARE(rules.ageDays, 60);
     QCOMPARE(rules.keepVersions, 1);
     QVERIFY(!rules.keepLast);
+    plan.setIsArchive(true);
+    QVERIFY(RetentionRules::fromPlan(plan, &defaults).isEmpty());
 }
 
 NVB_TEST_GUILESS_MAIN(TestRetentionPlanner)
