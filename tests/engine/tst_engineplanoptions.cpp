@@ -288,7 +288,7 @@ private slots:
         QCOMPARE(failed.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
         QVERIFY2(failed.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("wrong password")),
             qPrintable(failed.value(QStringLiteral("LastRunMessage")).toString()));
-        QVERIFY(tree(wrong.path()).isEmpty());
+        QVERIFY(QDir(wrong.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
 
         QTemporaryDir right;
         const QUuid restored = restore(plan.id(), QStringLiteral("s3cret"), right.path());

@@ -1,6 +1,7 @@
 #include "objectopener.h"
 
 #include <cstring>
+#include <unistd.h>
 
 #include <openssl/evp.h>
 
@@ -51,6 +52,19 @@ bool ObjectOpener::feed(const char* data, size_t size, QByteArray* plain)
             return false;
     }
     return true;
+}
+
+QString ObjectOpener::wrongPassword(int fd, const QString& password)
+{
+    QByteArray header(ObjectSealer::HeaderSize, '\0');
+    if (::pread(fd, header.data(), size_t(header.size()), 0) != header.size())
+        return QString();
+    ObjectOpener opener(password);
+    QByteArray plain;
+    if (opener.feed(header.constData(), size_t(header.size()), &plain)
+        || opener.error() != ObjectKey::wrongPasswordMessage())
+        return QString();
+    return opener.error();
 }
 
 bool ObjectOpener::finish()

@@ -24,6 +24,12 @@ public:
     bool finish();
     QString error() const { return m_error; }
 
+    // Whether `password` opens the enciphered object open on `fd`, from its
+    // header alone: ObjectKey::wrongPasswordMessage() when it does not,
+    // empty when it does or when the header cannot tell (damage is left to
+    // the file's own restore).
+    static QString wrongPassword(int fd, const QString& password);
+
 private:
     bool readHeader();
     bool openChunk(QByteArray* plain, bool* progressed);

@@ -14,6 +14,7 @@
 #include <QRandomGenerator>
 
 #include "core/bytename.h"
+#include "encryption/objectopener.h"
 #include "filecopier.h"
 #include "folderhandle.h"
 #include "records/plan/planresult.h"
@@ -46,6 +47,27 @@ bool FileRestoreJob::isChosen(const QString& path) const
     });
 }
 
+QString FileRestoreJob::wrongPassword() const
+{
+    // One enciphered object tells whether the password is right, before a
+    // single folder is made; all of a point's copies share one password.
+    for (const StoredContent& item : m_parameters.content) {
+        if (item.type != StoredContent::File || item.deleted || !isChosen(item.path)
+            || !isEnciphered(ObjectEncoding(item.encoding)))
+            continue;
+        const QByteArray object = NVL::ByteName::encode(item.object);
+        if (!FolderHandle::isPlainRelative(object))
+            continue;
+        const int fd = ::openat(m_storage.fd(), object.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+        if (fd < 0)
+            continue;
+        const QString refused = ObjectOpener::wrongPassword(fd, m_parameters.password);
+        ::close(fd);
+        return refused;
+    }
+    return QString();
+}
+
 FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
 {
     m_clock.start();
@@ -57,7 +79,9 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
         m_target = FolderHandle::openAbsolute(
             inPlace ? QByteArrayLiteral("/") : NVL::ByteName::encode(m_parameters.destination), &error, inPlace);
     }
-    if (!m_target.isValid()) {
+    if (m_target.isValid())
+        error = wrongPassword();
+    if (!m_target.isValid() || !error.isEmpty()) {
         m_result.planResult = PlanResult::Failed;
         m_result.message = error;
         return std::move(m_result);

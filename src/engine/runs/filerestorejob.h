@@ -55,6 +55,9 @@ public:
 
 private:
     bool isChosen(const QString& path) const;
+    // The wrong-password message when the password does not open the
+    // point's enciphered copies; empty otherwise.
+    QString wrongPassword() const;
     void restoreFile(const StoredContent& file, const std::atomic_bool& stop);
     void restoreLink(const StoredContent& link);
     // Owner (when running as root), mode and modification time of a
