@@ -24,6 +24,7 @@
 #include "service/v2/notification/planprogress.h"
 #include "service/v2/notification/removedconnection.h"
 #include "service/v2/notification/removedplan.h"
+#include "service/v2/notification/removerestorepoint.h"
 #include "service/v2/notification/startedplan.h"
 #include "service/v2/notification/stoppedplan.h"
 #include "service/v2/notification/updateconnection.h"
@@ -60,6 +61,16 @@ Engine::Engine(EngineStore* store, Notifier* notifier, QObject* parent)
     connect(m_runs, &RunManager::started, this, &Engine::onRunStarted);
     connect(m_runs, &RunManager::progressed, this, &Engine::onRunProgress);
     connect(m_runs, &RunManager::finished, this, &Engine::onRunFinished);
+    connect(m_runs, &RunManager::restorePointsRemoved, this, [this](const QList<StoredRestorePoint>& points) {
+        for (const StoredRestorePoint& point : points) {
+            V2N::RemoveRestorePoint removed;
+            removed.setConnectionId(point.connectionId);
+            removed.setBunchId(point.bunchId);
+            removed.setGenerationId(point.generationId);
+            removed.setSequenceNumber(point.sequenceNumber);
+            m_notifier->notifyV2(removed);
+        }
+    });
     connect(m_scheduler, &Scheduler::due, this, &Engine::onDue);
 }
 

@@ -42,7 +42,10 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
         return result;
     }
     result.versions = plan.versions;
-    result.points = plan.points.size();
+    for (const RetentionPlanner::Point& entry : points) {
+        if (plan.points.contains(entry.point.rowId))
+            result.points.append(entry.point);
+    }
 
     QString error;
     const FolderHandle storage = FolderHandle::openAbsolute(QFile::encodeName(storageRoot), &error);

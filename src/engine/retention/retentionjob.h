@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QDateTime>
+#include <QList>
 #include <QString>
 #include <QUuid>
 
 #include "retentionrules.h"
+#include "store/storedrestorepoint.h"
 
 namespace NVB::Engine {
 
@@ -18,7 +20,7 @@ public:
     struct Result
     {
         int versions = 0; // expired versions removed
-        int points = 0; // restore points removed whole
+        QList<StoredRestorePoint> points; // restore points removed whole
         QString error;
     };
 

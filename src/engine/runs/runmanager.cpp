@@ -232,7 +232,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     const RetentionRules rules = RetentionRules::fromPlan(*plan, NVB::DefaultSettings::instance());
     if (!rules.isEmpty()) {
         active.afterPoint = [rules, connection = active.plan.storageId, bunch = active.plan.id,
-                                root = parameters.storageRoot](const QString& storeFile) {
+                                root = parameters.storageRoot](const QString& storeFile, RunOutcome* outcome) {
             const auto pruned
                 = RetentionJob::apply(storeFile, connection, bunch, root, rules, QDateTime::currentDateTimeUtc());
             NVL::NvlDebug log(QStringLiteral("NVB"));
@@ -242,7 +242,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                 log.info() << QStringLiteral("Retention of the plan %1 removed %2 versions and %3 restore points")
                                   .arg(bunch.toString())
                                   .arg(pruned.versions)
-                                  .arg(pruned.points);
+                                  .arg(pruned.points.size());
+            outcome->prunedPoints = pruned.points;
         };
     }
     const QUuid planId = active.plan.id;
@@ -375,7 +376,7 @@ void RunManager::launch(const QUuid& planId, std::function<RunOutcome(const std:
         RunOutcome outcome = work(*stop);
         record(storeFile, snapshot, &outcome);
         if (outcome.recorded && outcome.pointRowId > 0 && snapshot.afterPoint)
-            snapshot.afterPoint(storeFile);
+            snapshot.afterPoint(storeFile, &outcome);
         return outcome;
     }));
 }
@@ -507,6 +508,8 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
     }
     emit finished(planId, active.plan.subtype, outcome.planResult, point, madePoint && active.newBunch,
         madePoint && active.newGeneration);
+    if (!outcome.prunedPoints.isEmpty())
+        emit restorePointsRemoved(outcome.prunedPoints);
 }
 
 void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>& kept)

@@ -58,6 +58,8 @@ signals:
     // `newBunch` and `newGeneration` tell what appeared with it.
     void finished(const QUuid& planId, int subtype, int planResult, const NVB::Engine::StoredRestorePoint& point,
         bool newBunch, bool newGeneration);
+    // Restore points that a plan's retention removed after its run.
+    void restorePointsRemoved(const QList<NVB::Engine::StoredRestorePoint>& points);
 
 private:
     struct ActiveRun
@@ -77,7 +79,7 @@ private:
         bool newGeneration = false;
         // On the worker, once the run's restore point is in the store (the
         // legacy format's retention).
-        std::function<void(const QString& storeFile)> afterPoint;
+        std::function<void(const QString& storeFile, RunOutcome* outcome)> afterPoint;
     };
 
     using Work = std::function<RunOutcome(const std::atomic_bool&)>;

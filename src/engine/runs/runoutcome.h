@@ -6,6 +6,7 @@
 #include "runprogress.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
+#include "store/storedrestorepoint.h"
 
 namespace NVB::Engine {
 
@@ -22,6 +23,8 @@ struct RunOutcome
     bool recorded = false;
     QString recordError;
     qint64 pointRowId = 0;
+    // Earlier restore points the plan's retention removed after this run.
+    QList<StoredRestorePoint> prunedPoints;
 };
 
 } // namespace NVB::Engine
