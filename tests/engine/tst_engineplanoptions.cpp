@@ -281,6 +281,18 @@ private slots:
             QVERIFY2(!it.value().contains("s3cret"), qPrintable(it.key()));
         }
 
+        // A second run with a changed file keeps the plan's salt: one key
+        // derivation restores the whole point.
+        write(m_source.filePath(QStringLiteral("letters/old/note.txt")), Sentence + " Again.");
+        QVERIFY(run(plan.id()));
+        QSet<QByteArray> salts;
+        const QMap<QString, QByteArray> objects = tree(m_storage.path());
+        for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
+            if (it.key().contains(plan.id().toString(QUuid::WithoutBraces)) && it.value().startsWith("NVBC"))
+                salts.insert(it.value().mid(12, 16));
+        }
+        QCOMPARE(salts.size(), 1);
+
         QTemporaryDir wrong;
         const QUuid refused = restore(plan.id(), QStringLiteral("guess"), wrong.path());
         QVERIFY(!refused.isNull());

@@ -67,6 +67,18 @@ QString ObjectOpener::wrongPassword(int fd, const QString& password)
     return opener.error();
 }
 
+std::shared_ptr<const ObjectKey> ObjectOpener::keyOf(int fd, const QString& password)
+{
+    QByteArray header(ObjectSealer::HeaderSize, '\0');
+    if (::pread(fd, header.data(), size_t(header.size()), 0) != header.size())
+        return nullptr;
+    ObjectOpener opener(password);
+    QByteArray plain;
+    if (!opener.feed(header.constData(), size_t(header.size()), &plain))
+        return nullptr;
+    return opener.m_key;
+}
+
 bool ObjectOpener::finish()
 {
     if (!m_error.isEmpty())

@@ -29,6 +29,9 @@ public:
     // empty when it does or when the header cannot tell (damage is left to
     // the file's own restore).
     static QString wrongPassword(int fd, const QString& password);
+    // The key the object open on `fd` was enciphered with, when `password`
+    // opens it; null otherwise.
+    static std::shared_ptr<const ObjectKey> keyOf(int fd, const QString& password);
 
 private:
     bool readHeader();

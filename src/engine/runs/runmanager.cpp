@@ -8,18 +8,20 @@
 #include <QtConcurrent>
 
 #include "accountfolder.h"
-#include "encryption/objectkey.h"
+#include "core/bytename.h"
 #include "core/nvldebug.h"
+#include "encryption/objectkey.h"
+#include "encryption/objectopener.h"
 #include "filebackupjob.h"
 #include "filerestorejob.h"
 #include "fileverifyjob.h"
 #include "planoptions.h"
-#include "retention/retentionjob.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
 #include "records/plan/restorefile.h"
+#include "retention/retentionjob.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
@@ -250,12 +252,6 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
                 previousRow, storeFile, password, keyBytes, keyChanged](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
-        if (keyBytes > 0) {
-            // Derived here, on the worker: the derivation is slow on purpose.
-            parameters.key = ObjectKey::create(password, keyBytes);
-            if (!parameters.key)
-                return failedOutcome(QStringLiteral("The encryption key cannot be made"));
-        }
         if (previousRow > 0) {
             // Without the previous point every file would be copied again,
             // which is slow but loses nothing.
@@ -267,6 +263,28 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
             if (!error.isEmpty())
                 NVL::NvlDebug(QStringLiteral("NVB")).warning()
                     << QStringLiteral("The previous restore point could not be read: %1").arg(error);
+        }
+        if (keyBytes > 0 && !keyChanged) {
+            // The plan keeps the salt of its earlier copies, so restoring a
+            // point derives one key, not one for every run it draws from.
+            for (const StoredContent& item : std::as_const(parameters.previous)) {
+                if (!isEnciphered(ObjectEncoding(item.encoding)))
+                    continue;
+                QFile object(
+                    QFile::decodeName(NVL::ByteName::encode(parameters.storageRoot + QLatin1Char('/') + item.object)));
+                if (object.open(QIODevice::ReadOnly)) {
+                    const auto key = ObjectOpener::keyOf(object.handle(), password);
+                    if (key && key->key().size() == keyBytes)
+                        parameters.key = key;
+                }
+                break;
+            }
+        }
+        if (keyBytes > 0 && !parameters.key) {
+            // Derived here, on the worker: the derivation is slow on purpose.
+            parameters.key = ObjectKey::create(password, keyBytes);
+            if (!parameters.key)
+                return failedOutcome(QStringLiteral("The encryption key cannot be made"));
         }
         FileBackupJob job(parameters, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
