@@ -18,6 +18,8 @@
 #include "plans/planxmllist.h"
 #include "records/plan/backupfile.h"
 #include "service/notification/format.h"
+#include "settings/retentionpolicy.h"
+#include "settings/settingsimpledialog.h"
 #include "wizards/backup/backupplaneditwizard.h"
 
 namespace NVB::Console {
@@ -88,6 +90,14 @@ void MainWindow::buildToolBar()
     m_editAction->setObjectName(QStringLiteral("editPlan"));
     m_runAction->setObjectName(QStringLiteral("runPlan"));
     m_deleteAction->setObjectName(QStringLiteral("deletePlan"));
+    // The legacy format's default retention, which plans on "Use default"
+    // follow; written through as it is changed.
+    QAction* retention = bar->addAction(tr("Retention policy"), this, [this] {
+        NVB::GUI::SettingSimpleDialog dialog(this);
+        dialog.setWidget(new NVB::GUI::Settings::RetentionPolicy(&dialog));
+        dialog.exec();
+    });
+    retention->setObjectName(QStringLiteral("retentionPolicy"));
 }
 
 PlanListView* MainWindow::currentList() const

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QStatusBar>
 #include <QtTest>
 
@@ -23,7 +24,10 @@
 #include "planlistview.h"
 #include "plantablecreator.h"
 #include "records/plan/planresult.h"
+#include "settings/retentionpolicy.h"
+#include "settings/settingsimpledialog.h"
 #include "service/connectionmanager.h"
+#include "stores/defaultsettings.h"
 #include "storage/storageconnectionsmodelcreator.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
@@ -234,6 +238,18 @@ private slots:
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));
         keepPicture(&window, "console-main");
+
+        // The global retention policy opens from the toolbar and writes
+        // through as it is changed.
+        whenModal<NVB::GUI::SettingSimpleDialog>([](NVB::GUI::SettingSimpleDialog* dialog) {
+            auto* policy = dialog->findChild<NVB::GUI::Settings::RetentionPolicy*>();
+            QVERIFY(policy);
+            policy->keepVersionBox()->setChecked(true);
+            policy->versionsBox()->setValue(7);
+            dialog->reject();
+        });
+        window.findChild<QAction*>(QStringLiteral("retentionPolicy"))->trigger();
+        QCOMPARE(NVB::DefaultSettings::instance()->getRetentionNumberOfVersions(), QStringLiteral("7"));
 
         // With its source gone the next run fails, and the icon says so.
         QVERIFY(QDir().rename(source(), source() + QStringLiteral("-gone")));
