@@ -24,11 +24,11 @@
 #include "planlistview.h"
 #include "plantablecreator.h"
 #include "records/plan/planresult.h"
+#include "service/connectionmanager.h"
 #include "settings/retentionpolicy.h"
 #include "settings/settingsimpledialog.h"
-#include "service/connectionmanager.h"
-#include "stores/defaultsettings.h"
 #include "storage/storageconnectionsmodelcreator.h"
+#include "stores/defaultsettings.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/pageadvancedfilter.h"
@@ -225,14 +225,16 @@ private slots:
         while (files.hasNext())
             copied << QFileInfo(files.next()).fileName();
         copied.sort();
-        QCOMPARE(copied, (QStringList {QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
+        // Two objects, the text files, neither named after its file nor
+        // holding its bytes in clear.
+        QCOMPARE(copied.size(), 2);
         QDirIterator objects(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
         while (objects.hasNext()) {
             QFile object(objects.next());
-            if (object.fileName().endsWith(QLatin1String(".txt"))) {
-                QVERIFY(object.open(QIODevice::ReadOnly));
-                QVERIFY(!object.readAll().contains(QFileInfo(object.fileName()).fileName().toUtf8()));
-            }
+            QVERIFY2(!object.fileName().contains(QLatin1String(".txt")), qPrintable(object.fileName()));
+            QVERIFY(object.open(QIODevice::ReadOnly));
+            const QByteArray stored = object.readAll();
+            QVERIFY(!stored.contains("a.txt") && !stored.contains("b.txt"));
         }
         QVERIFY(sawRunning);
         QVERIFY(

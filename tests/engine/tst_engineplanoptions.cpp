@@ -279,6 +279,8 @@ private slots:
         for (auto it = stored.cbegin(); it != stored.cend(); ++it) {
             QVERIFY2(!it.value().contains(Sentence.left(20)), qPrintable(it.key()));
             QVERIFY2(!it.value().contains("s3cret"), qPrintable(it.key()));
+            QVERIFY2(!it.key().contains(QStringLiteral("letters")) && !it.key().contains(QStringLiteral("note")),
+                qPrintable(it.key()));
         }
 
         // A second run with a changed file keeps the plan's salt: one key

@@ -42,6 +42,19 @@ QByteArray passwordDigest(const QString& password, const QByteArray& salt)
 
 } // namespace
 
+QByteArray ObjectKey::objectName(const QString& path) const
+{
+    QByteArray message("nvb object name");
+    message.append('\0');
+    message.append(path.toUtf8());
+    QByteArray mac(EVP_MAX_MD_SIZE, '\0');
+    unsigned int size = 0;
+    HMAC(EVP_sha256(), m_key.constData(), m_key.size(), reinterpret_cast<const unsigned char*>(message.constData()),
+        size_t(message.size()), reinterpret_cast<unsigned char*>(mac.data()), &size);
+    mac.resize(int(size));
+    return mac.toHex();
+}
+
 QString ObjectKey::wrongPasswordMessage()
 {
     return QStringLiteral("wrong password: the encryption password does not open this backup");

@@ -32,6 +32,11 @@ public:
     // The text every wrong-password failure carries.
     static QString wrongPasswordMessage();
 
+    // The storage name of the object of a source path: a MAC of the path
+    // under the key, in hex, so the storage shows no file names; the same
+    // path gives the same name under one key.
+    QByteArray objectName(const QString& path) const;
+
     const QByteArray& key() const { return m_key; }
     const QByteArray& salt() const { return m_salt; }
     const QByteArray& check() const { return m_check; }

@@ -328,8 +328,13 @@ void FileBackupJob::takeFile(
     const qint64 started = m_clock.elapsed();
     const QByteArray encoded = NVL::ByteName::encode(path);
     const int slash = encoded.lastIndexOf('/');
-    const QByteArray name = encoded.mid(slash + 1);
-    const QByteArray folderBelow = encoded.mid(1, qMax(0, slash - 1));
+    QByteArray name = encoded.mid(slash + 1);
+    QByteArray folderBelow = encoded.mid(1, qMax(0, slash - 1));
+    if (m_parameters.key) {
+        // An enciphered plan shows no file names on the storage.
+        name = m_parameters.key->objectName(path);
+        folderBelow = name.left(2);
+    }
     QString error;
     const FolderHandle target
         = folderBelow.isEmpty() ? m_runFolder.duplicate() : m_runFolder.openBelow(folderBelow, true, &error);
@@ -404,7 +409,9 @@ void FileBackupJob::takeFile(
             fail(path, copied.error, true);
         return;
     }
-    file.object = m_parameters.objectPrefix + path;
+    file.object = m_parameters.key ? QStringLiteral("%1/%2/%3").arg(m_parameters.objectPrefix,
+                                         QString::fromLatin1(folderBelow), QString::fromLatin1(name))
+                                   : m_parameters.objectPrefix + path;
     file.checksum = copied.checksum;
     file.encoding = int(encoding());
     file.storedSize = encoding() != ObjectEncoding::Plain ? copied.storedSize : -1;
