@@ -164,8 +164,6 @@ void TestNotificationRouting::shouldReachBothListenersOfSharedType_data()
 {
     QTest::addColumn<QUuid>("first");
     QTest::addColumn<QUuid>("second");
-    QTest::newRow("install and synchronise status")
-        << QUuid(Format::Snapshot::InstallStatus::Type) << QUuid(Format::Storage::SynchronizeRepositoryStatus::Type);
     QTest::newRow("settings and rebranding")
         << QUuid(Format::System::DefaultSettingsChanged::Type) << QUuid(Format::System::RebrandingOptionsChanged::Type);
 }
