@@ -6,6 +6,7 @@
 #include "records/plan/backupdiskimage.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
+#include "records/plan/planresult.h"
 #include "records/plan/restorediskimage.h"
 #include "records/plan/restorefile.h"
 #include "sampledisks.h"
@@ -155,8 +156,8 @@ private slots:
     void shouldRoundTripRestoreFile();
     void shouldRoundTripRestoreDiskImage();
     void shouldKeepInvalidDatesInvalid();
-    void shouldDecodeHintFromBase64();
-    void shouldCopyScheduleThroughNonConstCopy();
+    void shouldPadWeekdaysToSeven();
+    void shouldKeepUnknownResultValue();
     void shouldIgnoreUnknownElementsOfNewerVersions();
     void shouldRefuseBrokenDocuments_data();
     void shouldRefuseBrokenDocuments();
@@ -288,34 +289,20 @@ void TestPlanRecords::shouldKeepInvalidDatesInvalid()
     QVERIFY(!read->schedule().monthRepeat().start.isValid());
 }
 
-void TestPlanRecords::shouldDecodeHintFromBase64()
+void TestPlanRecords::shouldPadWeekdaysToSeven()
 {
-    BackupFile plan;
-    plan.encryption().setHint(QStringLiteral("Geburtstag der Katze").toUtf8().toBase64());
-    const QSharedPointer<BackupFile> read = roundTrip(plan);
-    QVERIFY(read);
-    QCOMPARE(
-        QString::fromUtf8(QByteArray::fromBase64(read->encryption().hint())), QStringLiteral("Geburtstag der Katze"));
+    Schedule schedule;
+    schedule.setWeeklyFrequency(QBitArray(3, true));
+    QCOMPARE(schedule.weeklyFrequency().size(), 7);
+    QCOMPARE(schedule.weeklyFrequency().count(true), 3);
 }
 
-void TestPlanRecords::shouldCopyScheduleThroughNonConstCopy()
+void TestPlanRecords::shouldKeepUnknownResultValue()
 {
-    BackupFile plan;
-    Schedule copy(plan.schedule());
-    copy.setFrequencyType(Schedule::Weekly);
-    copy.setOccursEvery(5, QTime(1, 0), QTime(2, 0));
-    copy.setStopAfter(3600);
-    QCOMPARE(plan.schedule().frequencyType(), Schedule::Daily);
-    plan.schedule() = copy;
-    QCOMPARE(plan.schedule().frequencyType(), Schedule::Weekly);
-    QCOMPARE(plan.schedule().occursEvery().minutes, 5);
-    QCOMPARE(plan.schedule().stopAfter(), 3600ULL);
-    plan.forceFullSchedule() = plan.schedule();
-    QCOMPARE(plan.forceFullSchedule().occursEvery().from, QTime(1, 0));
-    QBitArray three(3, true);
-    copy.setWeeklyFrequency(three);
-    QCOMPARE(copy.weeklyFrequency().size(), 7);
-    QCOMPARE(copy.weeklyFrequency().count(true), 3);
+    const PlanResult result(4711);
+    QCOMPARE(result.value(), 4711);
+    QVERIFY(!result.isKnown());
+    QCOMPARE(result.displayName(), QStringLiteral("Unknown"));
 }
 
 void TestPlanRecords::shouldIgnoreUnknownElementsOfNewerVersions()
