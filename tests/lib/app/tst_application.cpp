@@ -6,7 +6,6 @@
 
 #include "app/application.h"
 #include "core/apppath.h"
-#include "core/providerdefines.h"
 #include "testmain.h"
 
 using NVB::GUI::Application;
@@ -17,11 +16,9 @@ class TestApplication : public QObject
 private slots:
     void initTestCase();
     void shouldTakeProductTextsFromRebranding();
-    void shouldReportBuildVersion();
     void shouldChooseImagesPathByEdition_data();
     void shouldChooseImagesPathByEdition();
     void shouldReadSupportEmailFromInstallationConfig();
-    void shouldAnswerLicenceChecksAsFreeEdition();
     // Last: restart() asks the application to quit.
     void shouldStartConsoleDetachedAndQuitOnRestart();
 
@@ -56,12 +53,6 @@ void TestApplication::shouldTakeProductTextsFromRebranding()
     QCOMPARE(Application::website(), QStringLiteral("https://northvale.example"));
 }
 
-void TestApplication::shouldReportBuildVersion()
-{
-    QVERIFY(!Application::buildVersion().isEmpty());
-    QCOMPARE(Application::buildVersion(), NVB::defines::ProviderDefines::BuildVersion());
-}
-
 void TestApplication::shouldChooseImagesPathByEdition_data()
 {
     QTest::addColumn<QByteArray>("edition");
@@ -94,15 +85,6 @@ void TestApplication::shouldReadSupportEmailFromInstallationConfig()
     writeFile(config, "<nvbBackup edition=\"standalone\"/>");
     QCOMPARE(Application::supportEmail(), QString());
     QFile::remove(config);
-}
-
-void TestApplication::shouldAnswerLicenceChecksAsFreeEdition()
-{
-    QVERIFY(Application::isLicense(nullptr));
-    QVERIFY(NVB::GUI::licenseStandaloneVerify(nullptr));
-    QVERIFY(NVB::GUI::licenseMnsVerify(nullptr));
-    QCOMPARE(Application::licenseType(), QStringLiteral("Free"));
-    QCOMPARE(Application::trialExpiredDelay(), 0);
 }
 
 void TestApplication::shouldStartConsoleDetachedAndQuitOnRestart()
