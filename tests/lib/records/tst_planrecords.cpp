@@ -326,52 +326,26 @@ void TestPlanRecords::shouldRefuseBrokenDocuments_data()
     QTest::addColumn<QString>("element");
     QTest::addColumn<QString>("newText");
     QTest::addColumn<QString>("logged");
+    const auto row = [](const char* name, const char* element, const char* newText, const char* logged) {
+        QTest::newRow(name) << QString::fromLatin1(element) << QString::fromLatin1(newText)
+                            << QString::fromLatin1(logged);
+    };
     // An empty element name removes the root's version; "-" removes the element.
-    QTest::newRow("missing id") << "Id"
-                                << "-"
-                                << "Missing element <Id> in <BackupFilePlan>";
-    QTest::newRow("null id") << "Id"
-                             << ""
-                             << "must hold an id";
-    QTest::newRow("bad id") << "Id"
-                            << "{nonsense}"
-                            << "<BackupFilePlan/Id> is not an id";
-    QTest::newRow("bool") << "IsArchive"
-                          << "yes"
-                          << "<BackupFilePlan/IsArchive> is not a boolean";
-    QTest::newRow("filter type") << "FilterType"
-                                 << "3"
-                                 << "<BackupFilePlan/FilterType> holds no known value";
-    QTest::newRow("s3 class 2") << "StorageInfo/StorageClassAmazonS3"
-                                << "2"
-                                << "StorageClassAmazonS3> holds no known value";
-    QTest::newRow("encryption") << "Encryption/Type"
-                                << "6"
-                                << "<BackupFilePlan/Encryption/Type>";
-    QTest::newRow("hint") << "Encryption/Hint"
-                          << "not base64!"
-                          << "Hint> is not Base64";
-    QTest::newRow("weekdays") << "Schedule/WeeklyFrequency"
-                              << "101"
-                              << "must hold 7 bits";
-    QTest::newRow("day of month") << "Schedule/DayOfMonthFrequency"
-                                  << "32"
-                                  << "DayOfMonthFrequency>";
-    QTest::newRow("date") << "ReBackupModifiedSince"
-                          << "yesterday"
-                          << "is not a UTC date and time";
-    QTest::newRow("percent") << "ForceFullDiffSizeCondition"
-                             << "65536"
-                             << "ForceFullDiffSizeCondition>";
-    QTest::newRow("block size") << "DifferentialBlockSize"
-                                << "-1"
-                                << "DifferentialBlockSize>";
-    QTest::newRow("missing schedule") << "ForceFullSchedule"
-                                      << "-"
-                                      << "Missing element <ForceFullSchedule>";
-    QTest::newRow("no version") << ""
-                                << ""
-                                << "no valid version attribute";
+    row("missing id", "Id", "-", "Missing element <Id> in <BackupFilePlan>");
+    row("null id", "Id", "", "must hold an id");
+    row("bad id", "Id", "{nonsense}", "<BackupFilePlan/Id> is not an id");
+    row("bool", "IsArchive", "yes", "<BackupFilePlan/IsArchive> is not a boolean");
+    row("filter type", "FilterType", "3", "<BackupFilePlan/FilterType> holds no known value");
+    row("s3 class 2", "StorageInfo/StorageClassAmazonS3", "2", "StorageClassAmazonS3> holds no known value");
+    row("encryption", "Encryption/Type", "6", "<BackupFilePlan/Encryption/Type>");
+    row("hint", "Encryption/Hint", "not base64!", "Hint> is not Base64");
+    row("weekdays", "Schedule/WeeklyFrequency", "101", "must hold 7 bits");
+    row("day of month", "Schedule/DayOfMonthFrequency", "32", "DayOfMonthFrequency>");
+    row("date", "ReBackupModifiedSince", "yesterday", "is not a UTC date and time");
+    row("percent", "ForceFullDiffSizeCondition", "65536", "ForceFullDiffSizeCondition>");
+    row("block size", "DifferentialBlockSize", "-1", "DifferentialBlockSize>");
+    row("missing schedule", "ForceFullSchedule", "-", "Missing element <ForceFullSchedule>");
+    row("no version", "", "", "no valid version attribute");
 }
 
 void TestPlanRecords::shouldRefuseBrokenDocuments()
@@ -408,16 +382,14 @@ void TestPlanRecords::shouldRefuseOtherDocuments_data()
 {
     QTest::addColumn<QString>("xml");
     QTest::addColumn<QString>("logged");
-    QTest::newRow("empty") << ""
-                           << "Empty XML document";
-    QTest::newRow("malformed") << "<BackupFilePlan version=\"1\"><Id>"
-                               << "XML error at line 1";
-    QTest::newRow("unknown root") << "<SyncPlan version=\"1\"/>"
-                                  << "Unknown plan document element <SyncPlan>";
-    QTest::newRow("disk document") << "<DiskInfo version=\"1\"><Disks/></DiskInfo>"
-                                   << "<DiskInfo>";
-    QTest::newRow("version zero") << "<RestoreFilePlan version=\"0\"/>"
-                                  << "no valid version attribute";
+    const auto row = [](const char* name, const char* xml, const char* logged) {
+        QTest::newRow(name) << QString::fromLatin1(xml) << QString::fromLatin1(logged);
+    };
+    row("empty", "", "Empty XML document");
+    row("malformed", "<BackupFilePlan version=\"1\"><Id>", "XML error at line 1");
+    row("unknown root", "<SyncPlan version=\"1\"/>", "Unknown plan document element <SyncPlan>");
+    row("disk document", "<DiskInfo version=\"1\"><Disks/></DiskInfo>", "<DiskInfo>");
+    row("version zero", "<RestoreFilePlan version=\"0\"/>", "no valid version attribute");
 }
 
 void TestPlanRecords::shouldRefuseOtherDocuments()
