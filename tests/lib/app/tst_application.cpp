@@ -18,7 +18,7 @@ private slots:
     void shouldTakeProductTextsFromRebranding();
     void shouldChooseImagesPathByEdition_data();
     void shouldChooseImagesPathByEdition();
-    void shouldReadSupportEmailFromInstallationConfig();
+    void shouldReadSupportEmailAndLicenceFromInstallationConfig();
     // Last: restart() asks the application to quit.
     void shouldStartConsoleDetachedAndQuitOnRestart();
 
@@ -77,13 +77,15 @@ void TestApplication::shouldChooseImagesPathByEdition()
     qunsetenv("NVB_SHARE_DIR");
 }
 
-void TestApplication::shouldReadSupportEmailFromInstallationConfig()
+void TestApplication::shouldReadSupportEmailAndLicenceFromInstallationConfig()
 {
     const QString config = NVB::Defines::AppPath::to().config() + QStringLiteral("/nvbBackup.conf");
     writeFile(config, "<nvbBackup edition=\"standalone\" supportEmail=\"help@northvale.example\"/>");
     QCOMPARE(Application::supportEmail(), QStringLiteral("help@northvale.example"));
-    writeFile(config, "<nvbBackup edition=\"standalone\"/>");
+    QCOMPARE(Application::licenseType(), QStringLiteral("Full"));
+    writeFile(config, "<nvbBackup edition=\"standalone\" license=\"free\"/>");
     QCOMPARE(Application::supportEmail(), QString());
+    QCOMPARE(Application::licenseType(), QStringLiteral("Free"));
     QFile::remove(config);
 }
 
