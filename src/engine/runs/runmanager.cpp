@@ -8,6 +8,8 @@
 #include <QtConcurrent>
 
 #include "accountfolder.h"
+#include "archive/archivebackupjob.h"
+#include "archive/archiverestorejob.h"
 #include "core/nvldebug.h"
 #include "filebackupjob.h"
 #include "filerestorejob.h"
@@ -18,10 +20,12 @@
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
 #include "records/plan/restorefile.h"
+#include "repository/repository.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
 #include "store/storedatabase.h"
+#include "storage/filesystemdriver.h"
 #include "stores/defaultsettings.h"
 
 namespace NVB::Engine {
@@ -60,6 +64,21 @@ template<typename JobResult> RunOutcome outcomeOf(JobResult&& result)
     outcome.files = std::move(result.files);
     outcome.totals = result.totals;
     return outcome;
+}
+
+// The new format's repository of a plan, as a key below the account's folder.
+QString archiveRoot(const QString& prefix, const QUuid& planId)
+{
+    return QStringLiteral("NVB_%1/%2/archive").arg(prefix, noBraces(planId));
+}
+
+// A point of the new format is known by its tree on the storage.
+bool isArchivePoint(const QString& folder, const QString& prefix, const StoredRestorePoint& point)
+{
+    const Repository repository(nullptr, archiveRoot(prefix, point.bunchId));
+    return FileSystemDriver(QDir::cleanPath(folder))
+        .stat(repository.treeKey(point.generationId, point.sequenceNumber))
+        .exists;
 }
 
 RunOutcome failedOutcome(const QString& message)
@@ -158,7 +177,16 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     if (folder.isEmpty())
         return error;
 
-    const auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
+    auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
+    if (previous && plan->isArchive()) {
+        // A change of compression starts a new generation: a generation's
+        // chunks all pass through one transform.
+        const auto last = m_store->bunch(active.plan.storageId, active.plan.id);
+        const auto lastPlan = last ? NVB::Info::Plan::Factory::create(last->planXml) : nullptr;
+        const auto* lastFile = dynamic_cast<const NVB::Info::Plan::BackupFile*>(lastPlan.get());
+        if (!lastFile || lastFile->useCompression() != plan->useCompression())
+            previous.reset();
+    }
     active.makesPoint = true;
     active.newBunch = !m_store->bunch(active.plan.storageId, active.plan.id).has_value();
     active.bunch = StoredBunch {active.plan.storageId, active.plan.id, active.plan.name, 0, active.plan.xml};
@@ -210,6 +238,34 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const QUuid planId = active.plan.id;
+    if (plan->isArchive()) {
+        ArchiveBackupJob::Parameters archive;
+        archive.planId = planId;
+        archive.planName = parameters.planName;
+        archive.storageRoot = parameters.storageRoot;
+        archive.repositoryRoot = archiveRoot(prefix, planId);
+        archive.generation = point.generationId;
+        archive.sequence = point.sequenceNumber;
+        archive.newGeneration = active.newGeneration;
+        archive.previousSequence = previous ? previous->sequenceNumber : 0;
+        archive.startUtc = point.startUtc;
+        archive.reBackupModifiedSince = parameters.reBackupModifiedSince;
+        archive.backupEmptyFolders = parameters.backupEmptyFolders;
+        archive.compress = parameters.compress;
+        archive.followFileSymlinks = parameters.followFileSymlinks;
+        archive.neverTaken = parameters.neverTaken;
+        archive.oneFileSystem = parameters.oneFileSystem;
+        *work = [this, planId, archive = std::move(archive), selection = std::move(selection)](
+                    const std::atomic_bool& stop) {
+            ArchiveBackupJob job(archive, selection);
+            auto result
+                = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
+            RunOutcome outcome = outcomeOf(result);
+            outcome.content = std::move(result.content);
+            return outcome;
+        };
+        return {};
+    }
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
                 previousRow, storeFile](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
@@ -247,6 +303,15 @@ RunManager::Work RunManager::pointJob(const QUuid& planId, typename Job::Paramet
     };
 }
 
+RunManager::Work RunManager::archiveJob(const QUuid& planId, ArchiveRestoreJob::Parameters parameters)
+{
+    return [this, planId, parameters = std::move(parameters)](const std::atomic_bool& stop) {
+        ArchiveRestoreJob job(parameters);
+        return outcomeOf(
+            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
+    };
+}
+
 QString RunManager::prepareRestore(
     ActiveRun& active, const NVB::Info::Plan::Base& record, std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
@@ -270,6 +335,21 @@ QString RunManager::prepareRestore(
     if (!point)
         return QStringLiteral("There is no restore point of that backup at the chosen time");
 
+    if (isArchivePoint(folder, prefix, *point)) {
+        ArchiveRestoreJob::Parameters parameters;
+        parameters.planId = active.plan.id;
+        parameters.planName = active.plan.name;
+        parameters.storageRoot = QDir::cleanPath(folder);
+        parameters.repositoryRoot = archiveRoot(prefix, bunchId);
+        parameters.generation = point->generationId;
+        parameters.sequence = point->sequenceNumber;
+        parameters.items = plan->restoreItems();
+        parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
+        parameters.skipExistingFiles = plan->skipExistingFiles();
+        parameters.onlyNewFiles = plan->onlyNewFiles();
+        *work = archiveJob(active.plan.id, std::move(parameters));
+        return {};
+    }
     FileRestoreJob::Parameters parameters;
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
@@ -292,6 +372,18 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
     const auto point = m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
     if (!point)
         return QStringLiteral("The plan has no restore point to verify");
+    if (isArchivePoint(folder, prefix, *point)) {
+        ArchiveRestoreJob::Parameters parameters;
+        parameters.planId = active.plan.id;
+        parameters.planName = active.plan.name;
+        parameters.storageRoot = QDir::cleanPath(folder);
+        parameters.repositoryRoot = archiveRoot(prefix, active.plan.id);
+        parameters.generation = point->generationId;
+        parameters.sequence = point->sequenceNumber;
+        parameters.verifyOnly = true;
+        *work = archiveJob(active.plan.id, std::move(parameters));
+        return {};
+    }
     FileVerifyJob::Parameters parameters;
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
@@ -463,6 +555,8 @@ void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>&
 {
     QDir plan(planFolder);
     for (const QString& generation : plan.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
+        if (QUuid(generation).isNull())
+            continue; // the new format's repository, or nothing of ours
         QDir folder(plan.filePath(generation));
         for (const QString& run : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
             if (!kept.contains(generation + QLatin1Char('/') + run))
