@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QSet>
 #include <QtConcurrent>
 
@@ -262,6 +263,9 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                 = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
             RunOutcome outcome = outcomeOf(result);
             outcome.content = std::move(result.content);
+            outcome.bytesRead = result.bytesRead;
+            outcome.bytesNew = result.bytesNew;
+            outcome.bytesStored = result.bytesStored;
             return outcome;
         };
         return {};
@@ -443,6 +447,20 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
     StoredRestorePoint point = active.point;
     point.status = outcome->planResult == PlanResult::Warning ? 1 : 0;
     point.sizeOnStorage = outcome->totals.copiedSize;
+    QString message = outcome->message;
+    qint64 runSize = outcome->totals.copiedSize;
+    if (outcome->bytesStored >= 0 && keepsPoint) {
+        // What deduplication saved, in the plan summary and the history:
+        // the uploaded size is what reached the storage.
+        const QLocale c = QLocale::c();
+        const QString figures = QStringLiteral("Read %1, new %2, stored %3")
+                                    .arg(c.formattedDataSize(outcome->bytesRead), c.formattedDataSize(outcome->bytesNew),
+                                        c.formattedDataSize(outcome->bytesStored));
+        message = message.isEmpty() ? figures : QStringLiteral("%1 (%2)").arg(message, figures);
+        summary.lastUploadedSize = outcome->bytesStored;
+        point.sizeOnStorage = outcome->bytesStored;
+        runSize = outcome->bytesStored;
+    }
 
     StoreDatabase database;
     QString error;
@@ -450,7 +468,7 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
         const auto attempt = [&](int result, const QString& message, bool withPoint) {
             run.result = result;
             run.durationSeconds = seconds;
-            run.size = outcome->totals.copiedSize;
+            run.size = runSize;
             run.fileCount = outcome->totals.copiedCount;
             run.errorMessage = message;
             summary.lastResult = result;
@@ -461,7 +479,7 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
             point.rowId = row;
             return ok;
         };
-        if (attempt(outcome->planResult, outcome->message, keepsPoint)) {
+        if (attempt(outcome->planResult, message, keepsPoint)) {
             outcome->recorded = true;
             outcome->pointRowId = keepsPoint ? point.rowId : 0;
             return;
@@ -545,7 +563,7 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
         point = active.point;
         point.rowId = outcome.pointRowId;
         point.status = outcome.planResult == PlanResult::Warning ? 1 : 0;
-        point.sizeOnStorage = outcome.totals.copiedSize;
+        point.sizeOnStorage = outcome.bytesStored >= 0 ? outcome.bytesStored : outcome.totals.copiedSize;
     }
     emit finished(planId, active.plan.subtype, outcome.planResult, point, madePoint && active.newBunch,
         madePoint && active.newGeneration);
