@@ -9,9 +9,10 @@
 #include <algorithm>
 #include <utility>
 
-#include <QCryptographicHash>
 #include <QDir>
+#include <QtConcurrent>
 
+#include "chunking/sha256stream.h"
 #include "core/bytename.h"
 #include "records/plan/planresult.h"
 #include "repository/identitytransform.h"
@@ -77,9 +78,27 @@ ArchiveBackupJob::ArchiveBackupJob(Parameters parameters, FileSelection selectio
         path = QDir::cleanPath(path);
     m_runName = QUuid::createUuid().toString(QUuid::WithoutBraces);
     m_block.resize(size_t(ReadSize));
+    m_packing.setMaxThreadCount(1);
 }
 
-ArchiveBackupJob::~ArchiveBackupJob() = default;
+ArchiveBackupJob::~ArchiveBackupJob()
+{
+    m_pending.waitForFinished();
+}
+
+bool ArchiveBackupJob::settle()
+{
+    if (m_pending.isCanceled() || !m_pending.isStarted())
+        return m_storageError.isEmpty();
+    m_pending.waitForFinished();
+    const StorageStatus status = m_pending.result();
+    m_pending = QFuture<StorageStatus>();
+    if (!status.ok()) {
+        failStorage(status.error);
+        return false;
+    }
+    return m_storageError.isEmpty();
+}
 
 bool ArchiveBackupJob::isNeverTaken(const QString& path) const
 {
@@ -351,7 +370,7 @@ void ArchiveBackupJob::takeFile(
 
 bool ArchiveBackupJob::chunkFile(int fd, TreeEntry* entry, const std::atomic_bool& stop, QString* error)
 {
-    QCryptographicHash checksum(QCryptographicHash::Sha256);
+    Sha256Stream checksum;
     m_buffer.clear();
     m_chunker.finish(); // whatever a file abandoned midway left
     qint64 size = 0;
@@ -370,7 +389,7 @@ bool ArchiveBackupJob::chunkFile(int fd, TreeEntry* entry, const std::atomic_boo
         }
         const int offset = m_buffer.size();
         m_buffer.append(m_block.data(), int(got));
-        checksum.addData(m_buffer.constData() + offset, int(got));
+        checksum.add(m_buffer.constData() + offset, got);
         size += got;
         m_result.bytesRead += got;
         qint64 consumed = 0;
@@ -399,11 +418,11 @@ bool ArchiveBackupJob::storeChunk(const char* data, qint64 size, TreeEntry* entr
     entry->chunks.append(id);
     if (m_known.contains(id))
         return true;
-    const StorageStatus added = m_writer->add(id, QByteArray(data, int(size)));
-    if (!added.ok()) {
-        failStorage(added.error);
+    if (!settle())
         return false;
-    }
+    m_pending = QtConcurrent::run(&m_packing, [this, id, raw = QByteArray(data, int(size))] {
+        return m_writer->add(id, raw);
+    });
     m_known.insert(id);
     m_result.bytesNew += size;
     return true;
@@ -411,6 +430,7 @@ bool ArchiveBackupJob::storeChunk(const char* data, qint64 size, TreeEntry* entr
 
 bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
 {
+    settle();
     RunProgress& totals = m_result.totals;
     totals.scanning = false;
     totals.currentFile.clear();

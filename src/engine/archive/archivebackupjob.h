@@ -9,6 +9,8 @@
 
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QFuture>
+#include <QThreadPool>
 #include <QHash>
 #include <QList>
 #include <QSet>
@@ -20,6 +22,7 @@
 #include "repository/pointtree.h"
 #include "runs/fileselection.h"
 #include "runs/runprogress.h"
+#include "storage/storageresult.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
 
@@ -93,6 +96,9 @@ private:
     // Reads and chunks one open file; false when stopped or failed.
     bool chunkFile(int fd, TreeEntry* entry, const std::atomic_bool& stop, QString* error);
     bool storeChunk(const char* data, qint64 size, TreeEntry* entry);
+    // Waits for the chunk being encoded and packed; false after a storage
+    // error.
+    bool settle();
     bool finish(const std::atomic_bool& stop);
     void fail(const QString& path, const QString& message, bool counted = false);
     void failStorage(const QString& message);
@@ -106,6 +112,11 @@ private:
     std::unique_ptr<Repository> m_repository;
     std::unique_ptr<ChunkTransform> m_transform;
     std::unique_ptr<PackWriter> m_writer;
+    // Encoding and pack writes (with their syncs) run on a thread of their
+    // own, one chunk at a time, while the next chunk is read and hashed. A
+    // pool of its own: the shared one runs the plans themselves.
+    QThreadPool m_packing;
+    QFuture<StorageStatus> m_pending;
     ChunkIdentifier m_identifier;
     Chunker m_chunker;
     QString m_runName;

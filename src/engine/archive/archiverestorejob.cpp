@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <utility>
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QRandomGenerator>
 
+#include "chunking/sha256stream.h"
 #include "core/bytename.h"
 #include "records/plan/planresult.h"
 #include "repository/chunktransform.h"
@@ -188,7 +188,7 @@ ArchiveRestoreJob::Result ArchiveRestoreJob::run(const std::atomic_bool& stop, c
 
 QString ArchiveRestoreJob::writeData(int fd, const TreeEntry& entry, const std::atomic_bool& stop)
 {
-    QCryptographicHash checksum(QCryptographicHash::Sha256);
+    Sha256Stream checksum;
     qint64 size = 0;
     for (const QByteArray& id : entry.chunks) {
         if (stop)
@@ -202,7 +202,7 @@ QString ArchiveRestoreJob::writeData(int fd, const TreeEntry& entry, const std::
             m_result.damagedPacks.append(location->pack);
             return QStringLiteral("%1 cannot be restored: %2").arg(entry.item.path, chunk.error);
         }
-        checksum.addData(chunk.data);
+        checksum.add(chunk.data);
         size += chunk.data.size();
         for (qint64 done = 0; fd >= 0 && done < chunk.data.size();) {
             const ssize_t written = ::write(fd, chunk.data.constData() + done, size_t(chunk.data.size() - done));
