@@ -26,6 +26,7 @@
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pagesource.h"
+#include "wizards/backup/trynewbackupformatdialog.h"
 #include "wizards/common/pagecloud.h"
 
 using NVB::Console::MainWindow;
@@ -113,7 +114,10 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
         window.onEngineConnected();
 
-        // The wizard: account, name, source, finish.
+        // The format, then the wizard: account, name, source, finish.
+        // The new format, which keeps the files in packs (checked below).
+        whenModal<NVB::GUI::TryNewBackupFormatDialog>(
+            [](NVB::GUI::TryNewBackupFormatDialog* dialog) { dialog->tryNewButton()->click(); });
         window.findChild<QAction*>(QStringLiteral("newPlan"))->trigger();
         auto* wizard = window.findChild<BackupPlanEditWizard*>();
         QVERIFY(wizard);

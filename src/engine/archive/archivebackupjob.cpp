@@ -116,6 +116,17 @@ bool ArchiveBackupJob::prepare()
     m_repository = std::make_unique<Repository>(m_driver, m_parameters.repositoryRoot);
     const QString transformName = m_parameters.compress ? ZstdTransform().name() : IdentityTransform().name();
     QString error;
+    if (!m_parameters.newGeneration) {
+        // A generation whose record is gone from the storage (removed, or a
+        // storage started afresh) is begun again under its id: its old points
+        // cannot restore anyway, and refusing would block every later run.
+        const StorageStat record = m_driver->stat(
+            m_repository->generationKey(m_parameters.generation));
+        if (record.ok() && !record.exists) {
+            m_parameters.newGeneration = true;
+            m_parameters.previousSequence = 0;
+        }
+    }
     if (m_parameters.newGeneration) {
         m_transform = Repository::transform(transformName);
         error = m_repository->startGeneration(m_parameters.generation, transformName).error;

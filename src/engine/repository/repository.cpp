@@ -58,6 +58,11 @@ QString Repository::packFolder(const QUuid& generation) const
     return generationFolder(generation) + QStringLiteral("/packs");
 }
 
+QString Repository::generationKey(const QUuid& generation) const
+{
+    return generationFolder(generation) + QStringLiteral("/generation");
+}
+
 QString Repository::indexFolder(const QUuid& generation) const
 {
     return generationFolder(generation) + QStringLiteral("/index");
@@ -87,7 +92,7 @@ StorageStatus Repository::startGeneration(const QUuid& generation, const QString
         if (!written.ok())
             return written;
     }
-    const QString key = generationFolder(generation) + QStringLiteral("/generation");
+    const QString key = generationKey(generation);
     const StorageStat existing = m_driver->stat(key);
     if (!existing.ok() || existing.exists)
         return {existing.error};
@@ -97,7 +102,7 @@ StorageStatus Repository::startGeneration(const QUuid& generation, const QString
 
 std::unique_ptr<ChunkTransform> Repository::generationTransform(const QUuid& generation, QString* error) const
 {
-    const QString key = generationFolder(generation) + QStringLiteral("/generation");
+    const QString key = generationKey(generation);
     const StorageRead read = m_driver->read(key);
     if (!read.ok()) {
         *error = read.error;

@@ -52,6 +52,8 @@ public:
 
     StorageDriver* driver() const { return m_driver; }
     QString packFolder(const QUuid& generation) const;
+    // The generation's record: its transform; written first, removed last.
+    QString generationKey(const QUuid& generation) const;
     QString treeKey(const QUuid& generation, int sequence) const;
 
     // Writes the repository's configuration if it is missing and the
