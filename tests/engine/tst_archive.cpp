@@ -7,7 +7,12 @@
 
 #include "archive/archivebackupjob.h"
 #include "archive/archiverestorejob.h"
+#include "records/plan/backupfile.h"
 #include "records/plan/planresult.h"
+#include "records/plan/restorefile.h"
+#include "runs/runmanager.h"
+#include "store/enginestore.h"
+#include "store/historyquery.h"
 #include "repository/packwriter.h"
 #include "repository/repository.h"
 #include "repository/zstdtransform.h"
@@ -255,6 +260,82 @@ private slots:
         QVERIFY(run3.removedPacks.isEmpty());
         QCOMPARE(run3.bytesNew, qint64(0)); // the rebuilt index still knows every chunk
         QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
+    }
+
+    // The engine's own dispatch: a new-format plan backs up, its point
+    // restores through a restore plan, a verify passes, and after damage the
+    // verify fails naming the pack.
+    void shouldRunRestoreAndVerifyThroughTheEngine()
+    {
+        for (int n = 0; n < 30; ++n)
+            put(QStringLiteral("d/f%1").arg(n), randomBytes(50 * 1024));
+        const Tree tree = sourceTree(m_source.path());
+        QTemporaryDir data;
+        QTemporaryDir storage;
+        QTemporaryDir target;
+        EngineStore store;
+        QVERIFY(store.open(data.filePath(QStringLiteral("engine.db"))));
+        StoredAccount account;
+        account.id = QUuid::createUuid();
+        account.type = 1;
+        account.prefix = QStringLiteral("ar");
+        account.params = QJsonObject {{QStringLiteral("Path"), storage.path()}};
+        QVERIFY(store.saveAccount(account));
+        const auto save = [&](const NVB::Info::Plan::Base& record) {
+            StoredPlan plan;
+            plan.id = record.id();
+            plan.name = record.name();
+            plan.xml = record.toXml();
+            plan.type = record.type();
+            plan.subtype = record.subtype();
+            plan.storageId = account.id;
+            return store.savePlan(plan);
+        };
+        NVB::Info::Plan::BackupFile backupPlan;
+        backupPlan.setId(QUuid::createUuid());
+        backupPlan.setName(QStringLiteral("Packs"));
+        backupPlan.setStorage(account.id);
+        backupPlan.setItems({m_source.path()});
+        QVERIFY(backupPlan.isArchive());
+        QVERIFY(save(backupPlan));
+        NVB::Info::Plan::RestoreFile restorePlan;
+        restorePlan.setId(QUuid::createUuid());
+        restorePlan.setName(QStringLiteral("Back"));
+        restorePlan.setStorage(account.id);
+        restorePlan.setRestorePoint(
+            QStringLiteral("NVB_Archive\\%1\\now").arg(backupPlan.id().toString(QUuid::WithoutBraces)));
+        restorePlan.setRestoreToOriginalLocation(false);
+        restorePlan.setDestination(target.path());
+        QVERIFY(save(restorePlan));
+
+        RunManager runs(&store);
+        QSignalSpy finished(&runs, &RunManager::finished);
+        const auto run = [&](const QUuid& plan, bool verify) {
+            finished.clear();
+            runs.start(plan, false, verify);
+            return finished.wait(30000) ? finished.first().at(2).toInt() : -1;
+        };
+        QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Success));
+        QVERIFY(store.runs(HistoryQuery {}).first().errorMessage.startsWith(QStringLiteral("Read 1.46 MiB, new 1.46 MiB")));
+        QCOMPARE(run(restorePlan.id(), false), int(PlanResult::Success));
+        QCOMPARE(sourceTree(target.path() + m_source.path()), tree);
+        QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Success));
+
+        QDirIterator packs(storage.path(), QDir::Files, QDirIterator::Subdirectories);
+        QString pack;
+        while (pack.isEmpty() && packs.hasNext()) {
+            const QString path = packs.next();
+            if (path.contains(QLatin1String("/packs/")))
+                pack = path;
+        }
+        QFile file(pack);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        file.seek(100);
+        file.write("damage");
+        file.close();
+        QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Failed));
+        const QString message = store.runs(HistoryQuery {}).first().errorMessage;
+        QVERIFY2(message.contains(QFileInfo(pack).fileName()), qPrintable(message));
     }
 
     void cleanup()

@@ -175,7 +175,11 @@ ArchiveRestoreJob::Result ArchiveRestoreJob::run(const std::atomic_bool& stop, c
         m_result.planResult = PlanResult::Failed;
         m_result.message = QStringLiteral("None of the chosen items is in the restore point");
     } else if (totals.failedCount > 0) {
-        m_result.planResult = totals.failedCount == totals.scannedCount ? PlanResult::Failed : PlanResult::Warning;
+        // A verify that finds damage fails, as the legacy verify does; a
+        // restore that saved some files warns.
+        m_result.planResult = m_parameters.verifyOnly || totals.failedCount == totals.scannedCount
+            ? PlanResult::Failed
+            : PlanResult::Warning;
         if (!m_result.damagedPacks.isEmpty())
             m_result.message = QStringLiteral("%1 files are damaged on the storage; damaged packs: %2")
                                    .arg(totals.failedCount)
