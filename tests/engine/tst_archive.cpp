@@ -22,6 +22,23 @@
 using namespace NVB::Engine;
 using NVB::Info::Plan::PlanResult;
 
+namespace {
+
+// Counts the index objects a run reads.
+class CountingDriver : public MemoryDriver
+{
+public:
+    StorageRead read(const QString& key, qint64 offset = 0, qint64 length = -1) const override
+    {
+        if (key.contains(QLatin1String("/index/")))
+            ++indexReads;
+        return MemoryDriver::read(key, offset, length);
+    }
+    mutable int indexReads = 0;
+};
+
+} // namespace
+
 // The new format's runs on real trees against an in-memory storage: what is
 // stored again, what restores, and what damage and crashes cost.
 class TestArchive : public QObject
@@ -32,7 +49,8 @@ private:
     using Tree = QMap<QString, QByteArray>; // path below the source: SHA-256
 
     static constexpr auto Root = "NVB_t/plan/archive";
-    MemoryDriver m_driver;
+    CountingDriver m_driver;
+    QString m_storeFile;
     QTemporaryDir m_source;
     QRandomGenerator m_random {20261123};
 
@@ -76,6 +94,7 @@ private:
         parameters.compress = true;
         parameters.driver = &m_driver;
         parameters.packSize = packSize;
+        parameters.storeFile = m_storeFile;
         FileSelection selection({m_source.path()}, {}, FileSelection::FilterType::All, {}, {}, false);
         std::atomic_bool stop {false};
         return ArchiveBackupJob(parameters, selection).run(stop, {});
@@ -260,6 +279,37 @@ private slots:
         QVERIFY(run3.removedPacks.isEmpty());
         QCOMPARE(run3.bytesNew, qint64(0)); // the rebuilt index still knows every chunk
         QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
+    }
+
+    // With the store's cache a run reads only index objects it has not
+    // seen; a cache the storage no longer agrees with is read again.
+    void shouldReadOnlyNewIndexObjects()
+    {
+        QTemporaryDir data;
+        m_storeFile = data.filePath(QStringLiteral("engine.db"));
+        const QUuid generation = QUuid::createUuid();
+        put(QStringLiteral("one.bin"), randomBytes(300 * 1024));
+        QCOMPARE(backup(generation, 1, true).planResult, int(PlanResult::Success));
+        for (int run = 2; run <= 3; ++run) {
+            put(QStringLiteral("f%1.bin").arg(run), randomBytes(300 * 1024));
+            m_driver.indexReads = 0;
+            const auto result = backup(generation, run, false);
+            QCOMPARE(result.planResult, int(PlanResult::Success));
+            QCOMPARE(m_driver.indexReads, run == 2 ? 1 : 0);
+            QCOMPARE(result.bytesNew, qint64(300 * 1024));
+        }
+        const QString first = m_driver.list(QStringLiteral("%1/generations/%2/index")
+                                                .arg(Root, generation.toString(QUuid::WithoutBraces)))
+                                   .objects.constFirst()
+                                   .key;
+        QVERIFY(m_driver.remove(first).ok());
+        const auto result = backup(generation, 4, false);
+        QCOMPARE(result.planResult, int(PlanResult::Success));
+        QVERIFY(result.removedPacks.isEmpty()); // the lost index's pack is indexed again, not dropped
+        QCOMPARE(result.bytesNew, qint64(0));
+        Tree restored;
+        QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
+        m_storeFile.clear();
     }
 
     // The engine's own dispatch: a new-format plan backs up, its point

@@ -20,6 +20,8 @@
 #include "repository/repository.h"
 #include "repository/zstdtransform.h"
 #include "storage/filesystemdriver.h"
+#include "store/chunkindexstore.h"
+#include "store/storedatabase.h"
 
 namespace NVB::Engine {
 
@@ -135,14 +137,24 @@ bool ArchiveBackupJob::prepare()
     }
     if (error.isEmpty() && !m_parameters.newGeneration) {
         // A crashed or stopped run's packs go first; a lost index comes back.
-        const Repository::Tidy tidy = m_repository->tidy(m_parameters.generation, *m_transform, m_identifier);
-        m_result.removedPacks = tidy.removed;
-        ChunkIndex index;
-        error = tidy.error.isEmpty() ? m_repository->loadIndex(m_parameters.generation, *m_transform, &index)
-                                     : tidy.error;
-        m_known.reserve(index.size());
-        for (auto it = index.cbegin(); it != index.cend(); ++it)
-            m_known.insert(it.key());
+        if (!m_parameters.storeFile.isEmpty() && syncCache()) {
+            const QSet<QString> named = m_cache->packs(m_parameters.generation);
+            const Repository::Tidy tidy
+                = m_repository->tidy(m_parameters.generation, *m_transform, m_identifier, &named);
+            m_result.removedPacks = tidy.removed;
+            error = tidy.error;
+            if (error.isEmpty() && !tidy.adopted.isEmpty() && !syncCache())
+                error = QStringLiteral("the rebuilt index cannot be cached");
+        } else {
+            const Repository::Tidy tidy = m_repository->tidy(m_parameters.generation, *m_transform, m_identifier);
+            m_result.removedPacks = tidy.removed;
+            ChunkIndex index;
+            error = tidy.error.isEmpty() ? m_repository->loadIndex(m_parameters.generation, *m_transform, &index)
+                                         : tidy.error;
+            m_known.reserve(index.size());
+            for (auto it = index.cbegin(); it != index.cend(); ++it)
+                m_known.insert(it.key());
+        }
     }
     if (error.isEmpty() && !m_parameters.newGeneration && m_parameters.previousSequence > 0) {
         // Without the previous tree every file is read again: slow, but it
@@ -168,6 +180,53 @@ bool ArchiveBackupJob::prepare()
     m_tree.startUtc = m_parameters.startUtc;
     m_tree.planName = m_parameters.planName;
     return true;
+}
+
+bool ArchiveBackupJob::syncCache()
+{
+    // Half a cache would let chunks be stored twice or, worse, be taken as
+    // stored: on any failure the run goes on without one.
+    const auto drop = [this] {
+        m_cache.reset();
+        m_database.reset();
+        return false;
+    };
+    if (!m_cache) {
+        m_database = std::make_unique<StoreDatabase>();
+        if (!m_database->open(m_parameters.storeFile))
+            return drop();
+        m_cache = std::make_unique<ChunkIndexStore>(*m_database);
+    }
+    const QUuid& generation = m_parameters.generation;
+    QString error;
+    const QStringList keys = m_repository->indexKeys(generation, &error);
+    if (!error.isEmpty())
+        return drop();
+    QSet<QString> cached = m_cache->objects(generation);
+    const QSet<QString> stored(keys.cbegin(), keys.cend());
+    if (!stored.contains(cached)) {
+        // An index object the cache knows is gone from the storage: the
+        // cache no longer describes it and is read again from scratch.
+        if (!m_cache->forget(generation))
+            return drop();
+        cached.clear();
+    }
+    for (const QString& key : keys) {
+        if (cached.contains(key))
+            continue;
+        QVector<PackSummary> packs;
+        if (!m_repository->readIndexObject(key, *m_transform, &packs).isEmpty()
+            || !m_cache->add(generation, key, packs)) {
+            m_cache->forget(generation);
+            return drop();
+        }
+    }
+    return true;
+}
+
+bool ArchiveBackupJob::isKnown(const QByteArray& id)
+{
+    return m_known.contains(id) || (m_cache && m_cache->contains(m_parameters.generation, id));
 }
 
 ArchiveBackupJob::Result ArchiveBackupJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
@@ -307,7 +366,7 @@ void ArchiveBackupJob::takeFile(
         if (before.size == entry.item.size && before.modifiedNs == entry.item.modifiedNs
             && before.changedNs == entry.item.changedNs && before.inode == entry.item.inode
             && std::all_of(previous->chunks.cbegin(), previous->chunks.cend(),
-                [this](const QByteArray& id) { return m_known.contains(id); })) {
+                [this](const QByteArray& id) { return isKnown(id); })) {
             entry.chunks = previous->chunks;
             entry.item.checksum = before.checksum;
             m_tree.entries.append(entry);
@@ -427,7 +486,7 @@ bool ArchiveBackupJob::storeChunk(const char* data, qint64 size, TreeEntry* entr
 {
     const QByteArray id = m_identifier.id(data, size);
     entry->chunks.append(id);
-    if (m_known.contains(id))
+    if (isKnown(id))
         return true;
     if (!settle())
         return false;
@@ -479,6 +538,10 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
         if (status.ok())
             status = m_repository->writeIndex(m_parameters.generation, m_parameters.sequence, m_runName, packs,
                 *m_transform);
+        if (status.ok() && m_cache
+            && !m_cache->add(m_parameters.generation,
+                m_repository->indexKey(m_parameters.generation, m_parameters.sequence, m_runName), packs))
+            m_cache->forget(m_parameters.generation); // the next run reads the storage's index again
         if (status.ok())
             status = m_repository->writeTree(m_tree, *m_transform);
         if (status.ok()) {

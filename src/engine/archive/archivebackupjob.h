@@ -28,8 +28,10 @@
 
 namespace NVB::Engine {
 
+class ChunkIndexStore;
 class ChunkTransform;
 class PackWriter;
+class StoreDatabase;
 class Repository;
 class StorageDriver;
 
@@ -63,6 +65,9 @@ public:
         // on storageRoot.
         StorageDriver* driver = nullptr;
         qint64 packSize = 0; // 0: the pack writer's default
+        // The engine's store, whose chunk index cache spares reading every
+        // index object; empty: the index is read into memory.
+        QString storeFile;
     };
 
     struct Result
@@ -90,6 +95,10 @@ public:
 
 private:
     bool prepare();
+    // Brings the store's cache up to the storage's index objects; false
+    // (and no cache used) when the store fails.
+    bool syncCache();
+    bool isKnown(const QByteArray& id);
     void walk(const QString& folder, dev_t device, const std::atomic_bool& stop);
     void takeItem(const QString& path, int type, const struct stat& info, const QString& linkTarget = {});
     void takeFile(const QString& path, const struct stat& seen, bool followLink, const std::atomic_bool& stop);
@@ -117,10 +126,13 @@ private:
     // pool of its own: the shared one runs the plans themselves.
     QThreadPool m_packing;
     QFuture<StorageStatus> m_pending;
+    std::unique_ptr<StoreDatabase> m_database;
+    std::unique_ptr<ChunkIndexStore> m_cache;
     ChunkIdentifier m_identifier;
     Chunker m_chunker;
     QString m_runName;
-    // Ids the generation holds (its index) and those this run has added.
+    // Ids this run has added, and without a cache those of the generation's
+    // index too.
     QSet<QByteArray> m_known;
     QHash<QString, TreeEntry> m_previous;
     PointTree m_tree;

@@ -198,57 +198,83 @@ StorageStatus Repository::writeIndex(const QUuid& generation, int sequence, cons
     const TransformResult encoded = transform.encode(plain);
     if (!encoded.ok())
         return {QStringLiteral("Cannot encode an index: %1").arg(encoded.error)};
-    return m_driver->write(
-        QStringLiteral("%1/%2-%3").arg(indexFolder(generation), sequenceName(sequence), run), encoded.data);
+    return m_driver->write(indexKey(generation, sequence, run), encoded.data);
+}
+
+QString Repository::indexKey(const QUuid& generation, int sequence, const QString& run) const
+{
+    return QStringLiteral("%1/%2-%3").arg(indexFolder(generation), sequenceName(sequence), run);
+}
+
+QStringList Repository::indexKeys(const QUuid& generation, QString* error) const
+{
+    const StorageListing listing = m_driver->list(indexFolder(generation));
+    if (!listing.ok())
+        *error = listing.error;
+    QStringList keys;
+    for (const StorageObjectInfo& object : listing.objects)
+        keys.append(object.key);
+    return keys;
+}
+
+QString Repository::readIndexObject(
+    const QString& key, const ChunkTransform& transform, QVector<PackSummary>* packs) const
+{
+    const StorageRead read = m_driver->read(key);
+    const TransformResult plain = read.ok() ? transform.decode(read.data) : TransformResult {read.error, {}};
+    if (!plain.ok())
+        return QStringLiteral("The index %1 cannot be read: %2").arg(key, plain.error);
+    QDataStream stream(plain.data);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    QByteArray magic(IndexMagic.size(), Qt::Uninitialized);
+    quint32 count = 0;
+    if (stream.readRawData(magic.data(), magic.size()) != magic.size() || magic != IndexMagic)
+        return QStringLiteral("The index %1 is damaged").arg(key);
+    stream >> count;
+    for (quint32 n = 0; n < count && stream.status() == QDataStream::Ok; ++n) {
+        quint32 keyLength = 0;
+        quint32 trailerLength = 0;
+        quint64 body = 0;
+        stream >> keyLength;
+        if (keyLength > 4096 || stream.status() != QDataStream::Ok)
+            break;
+        QByteArray name(int(keyLength), Qt::Uninitialized);
+        stream.readRawData(name.data(), name.size());
+        stream >> body >> trailerLength;
+        if (trailerLength > quint32(plain.data.size()))
+            break;
+        QByteArray trailer(int(trailerLength), Qt::Uninitialized);
+        if (stream.readRawData(trailer.data(), trailer.size()) != trailer.size())
+            break;
+        PackSummary pack;
+        pack.key = QString::fromUtf8(name);
+        const QString error = PackTrailer::parse(trailer, qint64(body), &pack.entries);
+        if (!error.isEmpty())
+            return QStringLiteral("The index %1 is damaged: %2").arg(key, error);
+        packs->append(pack);
+    }
+    if (stream.status() != QDataStream::Ok || !stream.atEnd())
+        return QStringLiteral("The index %1 is damaged").arg(key);
+    return {};
 }
 
 QString Repository::loadIndex(
     const QUuid& generation, const ChunkTransform& transform, ChunkIndex* index, QSet<QString>* packs) const
 {
-    const StorageListing listing = m_driver->list(indexFolder(generation));
-    if (!listing.ok())
-        return listing.error;
-    for (const StorageObjectInfo& object : listing.objects) {
-        const StorageRead read = m_driver->read(object.key);
-        const TransformResult plain = read.ok() ? transform.decode(read.data) : TransformResult {read.error, {}};
-        if (!plain.ok())
-            return QStringLiteral("The index %1 cannot be read: %2").arg(object.key, plain.error);
-        QDataStream stream(plain.data);
-        stream.setByteOrder(QDataStream::LittleEndian);
-        QByteArray magic(IndexMagic.size(), Qt::Uninitialized);
-        quint32 count = 0;
-        if (stream.readRawData(magic.data(), magic.size()) != magic.size() || magic != IndexMagic)
-            return QStringLiteral("The index %1 is damaged").arg(object.key);
-        stream >> count;
-        for (quint32 n = 0; n < count && stream.status() == QDataStream::Ok; ++n) {
-            quint32 keyLength = 0;
-            quint32 trailerLength = 0;
-            quint64 body = 0;
-            stream >> keyLength;
-            if (keyLength > 4096 || stream.status() != QDataStream::Ok)
-                break;
-            QByteArray key(int(keyLength), Qt::Uninitialized);
-            stream.readRawData(key.data(), key.size());
-            stream >> body >> trailerLength;
-            if (trailerLength > quint32(plain.data.size()))
-                break;
-            QByteArray trailer(int(trailerLength), Qt::Uninitialized);
-            if (stream.readRawData(trailer.data(), trailer.size()) != trailer.size())
-                break;
-            QVector<PackEntry> entries;
-            const QString error = PackTrailer::parse(trailer, qint64(body), &entries);
-            if (!error.isEmpty())
-                return QStringLiteral("The index %1 is damaged: %2").arg(object.key, error);
-            const QString pack = QString::fromUtf8(key);
+    QString error;
+    const QStringList keys = indexKeys(generation, &error);
+    for (const QString& key : keys) {
+        QVector<PackSummary> named;
+        if (error.isEmpty())
+            error = readIndexObject(key, transform, &named);
+        for (const PackSummary& pack : std::as_const(named)) {
             if (packs)
-                packs->insert(pack);
-            for (const PackEntry& entry : std::as_const(entries))
-                index->insert(entry.id, {pack, entry});
+                packs->insert(pack.key);
+            for (const PackEntry& entry : pack.entries)
+                index->insert(entry.id, {pack.key, entry});
         }
-        if (stream.status() != QDataStream::Ok || !stream.atEnd())
-            return QStringLiteral("The index %1 is damaged").arg(object.key);
     }
-    return {};
+    return error;
 }
 
 StorageStatus Repository::writeTree(const PointTree& tree, const ChunkTransform& transform)
@@ -272,8 +298,8 @@ PointTree Repository::readTree(
     return tree;
 }
 
-Repository::Tidy Repository::tidy(
-    const QUuid& generation, const ChunkTransform& transform, const ChunkIdentifier& identifier)
+Repository::Tidy Repository::tidy(const QUuid& generation, const ChunkTransform& transform,
+    const ChunkIdentifier& identifier, const QSet<QString>* cached)
 {
     Tidy result;
     const StorageListing stored = m_driver->list(packFolder(generation));
@@ -284,11 +310,15 @@ Repository::Tidy Repository::tidy(
         result.error = !stored.ok() ? stored.error : !indexes.ok() ? indexes.error : error;
         return result;
     }
-    ChunkIndex index;
     QSet<QString> named;
-    result.error = loadIndex(generation, transform, &index, &named);
-    if (!result.error.isEmpty())
-        return result; // never remove packs on a partial view of the index
+    if (cached) {
+        named = *cached;
+    } else {
+        ChunkIndex index;
+        result.error = loadIndex(generation, transform, &index, &named);
+        if (!result.error.isEmpty())
+            return result; // never remove packs on a partial view of the index
+    }
     QStringList unnamed;
     for (const StorageObjectInfo& object : stored.objects) {
         if (!named.contains(object.key))

@@ -70,6 +70,11 @@ public:
     // that a crashed run's index is never overwritten by a later one.
     StorageStatus writeIndex(const QUuid& generation, int sequence, const QString& run,
         const QVector<PackSummary>& packs, const ChunkTransform& transform);
+    QString indexKey(const QUuid& generation, int sequence, const QString& run) const;
+    // The generation's index objects, without reading them.
+    QStringList indexKeys(const QUuid& generation, QString* error) const;
+    // The packs one index object names, or why it cannot be read.
+    QString readIndexObject(const QString& key, const ChunkTransform& transform, QVector<PackSummary>* packs) const;
     // Every index object of the generation merged. `packs` gets the packs
     // they name. An unreadable index object is an error.
     QString loadIndex(const QUuid& generation, const ChunkTransform& transform, ChunkIndex* index,
@@ -88,7 +93,10 @@ public:
     // Puts a generation back in order after a crash: packs that no index
     // names are removed, unless a point has lost its index, in which case
     // their trailers rebuild it.
-    Tidy tidy(const QUuid& generation, const ChunkTransform& transform, const ChunkIdentifier& identifier);
+    // `named`, when given, is the set of packs the index names (a caller's
+    // cache of it); otherwise every index object is read.
+    Tidy tidy(const QUuid& generation, const ChunkTransform& transform, const ChunkIdentifier& identifier,
+        const QSet<QString>* named = nullptr);
 
 private:
     QString generationFolder(const QUuid& generation) const;

@@ -256,6 +256,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         archive.followFileSymlinks = parameters.followFileSymlinks;
         archive.neverTaken = parameters.neverTaken;
         archive.oneFileSystem = parameters.oneFileSystem;
+        archive.storeFile = m_store->filePath();
         *work = [this, planId, archive = std::move(archive), selection = std::move(selection)](
                     const std::atomic_bool& stop) {
             ArchiveBackupJob job(archive, selection);
