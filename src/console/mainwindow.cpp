@@ -16,9 +16,9 @@
 #include "plans/planrestoremodel.h"
 #include "plans/planstatuslist.h"
 #include "plans/planxmllist.h"
-#include "records/plan/backupfile.h"
 #include "service/notification/format.h"
 #include "wizards/backup/backupplaneditwizard.h"
+#include "wizards/backup/trynewbackupformatdialog.h"
 
 namespace NVB::Console {
 
@@ -153,8 +153,13 @@ void MainWindow::onControlError(const QString& text)
 
 void MainWindow::onNewBackupPlan()
 {
-    // A new plan takes the new backup format, a record's default.
-    auto* wizard = new NVB::GUI::BackupPlanEditWizard(NVB::Info::Plan::BackupFile().isArchive(), this);
+    // The engine performs both formats; the user picks one per plan.
+    using NVB::GUI::TryNewBackupFormatDialog;
+    TryNewBackupFormatDialog format(this);
+    const int choice = format.exec();
+    if (choice != TryNewBackupFormatDialog::NewFormat && choice != TryNewBackupFormatDialog::CurrentFormat)
+        return;
+    auto* wizard = new NVB::GUI::BackupPlanEditWizard(choice == TryNewBackupFormatDialog::NewFormat, this);
     wizard->setAttribute(Qt::WA_DeleteOnClose);
     wizard->open();
 }

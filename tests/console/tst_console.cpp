@@ -26,6 +26,7 @@
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pagesource.h"
+#include "wizards/backup/trynewbackupformatdialog.h"
 #include "wizards/common/pagecloud.h"
 
 using NVB::Console::MainWindow;
@@ -113,7 +114,10 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
         window.onEngineConnected();
 
-        // The wizard: account, name, source, finish.
+        // The format, then the wizard: account, name, source, finish.
+        // The new format, which keeps the files in packs (checked below).
+        whenModal<NVB::GUI::TryNewBackupFormatDialog>(
+            [](NVB::GUI::TryNewBackupFormatDialog* dialog) { dialog->tryNewButton()->click(); });
         window.findChild<QAction*>(QStringLiteral("newPlan"))->trigger();
         auto* wizard = window.findChild<BackupPlanEditWizard*>();
         QVERIFY(wizard);
@@ -187,12 +191,22 @@ private slots:
                     == int(NVB::Info::Plan::PlanResult::Success);
             },
             30000));
-        QStringList copied;
+        // A new plan takes the new format: the two files share one pack of
+        // the plan's repository, beside one index and one tree.
+        QMap<QString, int> objects;
         QDirIterator files(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext())
-            copied << QFileInfo(files.next()).fileName();
-        copied.sort();
-        QCOMPARE(copied, (QStringList {QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
+        while (files.hasNext()) {
+            const QStringList parts = files.next().split(QLatin1Char('/'));
+            const int archive = parts.indexOf(QStringLiteral("archive"));
+            if (archive > 0)
+                ++objects[parts.value(archive + 3, parts.value(archive + 1))];
+        }
+        // The summary tells what the run read, found new and stored.
+        const QString figures = list->model()->index(0, Column::LastRunMessage).data().toString();
+        QVERIFY2(figures.startsWith(QStringLiteral("Read 10 bytes, new 10 bytes, stored ")), qPrintable(figures));
+        QCOMPARE(objects,
+            (QMap<QString, int> {{QStringLiteral("config"), 1}, {QStringLiteral("generation"), 1},
+                {QStringLiteral("index"), 1}, {QStringLiteral("packs"), 1}, {QStringLiteral("points"), 1}}));
         QVERIFY(sawRunning);
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));

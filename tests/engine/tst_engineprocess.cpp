@@ -78,6 +78,7 @@ private:
         const std::function<void(NVB::Info::Plan::BackupFile&)>& tweak = {})
     {
         NVB::Info::Plan::BackupFile plan;
+        plan.setIsArchive(false); // checks the legacy layout on the storage
         plan.setId(QUuid::createUuid());
         plan.setName(name);
         plan.setStorage(m_account);
@@ -319,6 +320,7 @@ private slots:
         // Paths that are relative or climb are refused when the plan is saved.
         for (const QString& bad : {m_source.filePath(QStringLiteral("honour/../honour")), QStringLiteral("honour")}) {
             NVB::Info::Plan::BackupFile plan;
+            plan.setIsArchive(false); // checks the legacy layout on the storage
             plan.setId(QUuid::createUuid());
             plan.setName(QStringLiteral("Bad path"));
             plan.setStorage(m_account);
@@ -400,6 +402,7 @@ private slots:
                 {QStringLiteral("type"), 3}, {QStringLiteral("params"), QJsonObject()}})
                      .isError);
         NVB::Info::Plan::BackupFile plan;
+        plan.setIsArchive(false); // checks the legacy layout on the storage
         plan.setId(QUuid::createUuid());
         plan.setName(QStringLiteral("To the cloud"));
         plan.setUseCompression(false);

@@ -4,10 +4,13 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QSet>
 #include <QtConcurrent>
 
 #include "accountfolder.h"
+#include "archive/archivebackupjob.h"
+#include "archive/archiverestorejob.h"
 #include "core/nvldebug.h"
 #include "filebackupjob.h"
 #include "filerestorejob.h"
@@ -18,10 +21,12 @@
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
 #include "records/plan/restorefile.h"
+#include "repository/repository.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
 #include "store/storedatabase.h"
+#include "storage/filesystemdriver.h"
 #include "stores/defaultsettings.h"
 
 namespace NVB::Engine {
@@ -60,6 +65,21 @@ template<typename JobResult> RunOutcome outcomeOf(JobResult&& result)
     outcome.files = std::move(result.files);
     outcome.totals = result.totals;
     return outcome;
+}
+
+// The new format's repository of a plan, as a key below the account's folder.
+QString archiveRoot(const QString& prefix, const QUuid& planId)
+{
+    return QStringLiteral("NVB_%1/%2/archive").arg(prefix, noBraces(planId));
+}
+
+// A point of the new format is known by its tree on the storage.
+bool isArchivePoint(const QString& folder, const QString& prefix, const StoredRestorePoint& point)
+{
+    const Repository repository(nullptr, archiveRoot(prefix, point.bunchId));
+    return FileSystemDriver(QDir::cleanPath(folder))
+        .stat(repository.treeKey(point.generationId, point.sequenceNumber))
+        .exists;
 }
 
 RunOutcome failedOutcome(const QString& message)
@@ -158,7 +178,16 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     if (folder.isEmpty())
         return error;
 
-    const auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
+    auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
+    if (previous && plan->isArchive()) {
+        // A change of compression starts a new generation: a generation's
+        // chunks all pass through one transform.
+        const auto last = m_store->bunch(active.plan.storageId, active.plan.id);
+        const auto lastPlan = last ? NVB::Info::Plan::Factory::create(last->planXml) : nullptr;
+        const auto* lastFile = dynamic_cast<const NVB::Info::Plan::BackupFile*>(lastPlan.get());
+        if (!lastFile || lastFile->useCompression() != plan->useCompression())
+            previous.reset();
+    }
     active.makesPoint = true;
     active.newBunch = !m_store->bunch(active.plan.storageId, active.plan.id).has_value();
     active.bunch = StoredBunch {active.plan.storageId, active.plan.id, active.plan.name, 0, active.plan.xml};
@@ -210,6 +239,38 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const QUuid planId = active.plan.id;
+    if (plan->isArchive()) {
+        ArchiveBackupJob::Parameters archive;
+        archive.planId = planId;
+        archive.planName = parameters.planName;
+        archive.storageRoot = parameters.storageRoot;
+        archive.repositoryRoot = archiveRoot(prefix, planId);
+        archive.generation = point.generationId;
+        archive.sequence = point.sequenceNumber;
+        archive.newGeneration = active.newGeneration;
+        archive.previousSequence = previous ? previous->sequenceNumber : 0;
+        archive.startUtc = point.startUtc;
+        archive.reBackupModifiedSince = parameters.reBackupModifiedSince;
+        archive.backupEmptyFolders = parameters.backupEmptyFolders;
+        archive.compress = parameters.compress;
+        archive.followFileSymlinks = parameters.followFileSymlinks;
+        archive.neverTaken = parameters.neverTaken;
+        archive.oneFileSystem = parameters.oneFileSystem;
+        archive.storeFile = m_store->filePath();
+        *work = [this, planId, archive = std::move(archive), selection = std::move(selection)](
+                    const std::atomic_bool& stop) {
+            ArchiveBackupJob job(archive, selection);
+            auto result
+                = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
+            RunOutcome outcome = outcomeOf(result);
+            outcome.content = std::move(result.content);
+            outcome.bytesRead = result.bytesRead;
+            outcome.bytesNew = result.bytesNew;
+            outcome.bytesStored = result.bytesStored;
+            return outcome;
+        };
+        return {};
+    }
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
                 previousRow, storeFile](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
@@ -247,6 +308,15 @@ RunManager::Work RunManager::pointJob(const QUuid& planId, typename Job::Paramet
     };
 }
 
+RunManager::Work RunManager::archiveJob(const QUuid& planId, ArchiveRestoreJob::Parameters parameters)
+{
+    return [this, planId, parameters = std::move(parameters)](const std::atomic_bool& stop) {
+        ArchiveRestoreJob job(parameters);
+        return outcomeOf(
+            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
+    };
+}
+
 QString RunManager::prepareRestore(
     ActiveRun& active, const NVB::Info::Plan::Base& record, std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
@@ -270,6 +340,21 @@ QString RunManager::prepareRestore(
     if (!point)
         return QStringLiteral("There is no restore point of that backup at the chosen time");
 
+    if (isArchivePoint(folder, prefix, *point)) {
+        ArchiveRestoreJob::Parameters parameters;
+        parameters.planId = active.plan.id;
+        parameters.planName = active.plan.name;
+        parameters.storageRoot = QDir::cleanPath(folder);
+        parameters.repositoryRoot = archiveRoot(prefix, bunchId);
+        parameters.generation = point->generationId;
+        parameters.sequence = point->sequenceNumber;
+        parameters.items = plan->restoreItems();
+        parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
+        parameters.skipExistingFiles = plan->skipExistingFiles();
+        parameters.onlyNewFiles = plan->onlyNewFiles();
+        *work = archiveJob(active.plan.id, std::move(parameters));
+        return {};
+    }
     FileRestoreJob::Parameters parameters;
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
@@ -292,6 +377,18 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
     const auto point = m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
     if (!point)
         return QStringLiteral("The plan has no restore point to verify");
+    if (isArchivePoint(folder, prefix, *point)) {
+        ArchiveRestoreJob::Parameters parameters;
+        parameters.planId = active.plan.id;
+        parameters.planName = active.plan.name;
+        parameters.storageRoot = QDir::cleanPath(folder);
+        parameters.repositoryRoot = archiveRoot(prefix, active.plan.id);
+        parameters.generation = point->generationId;
+        parameters.sequence = point->sequenceNumber;
+        parameters.verifyOnly = true;
+        *work = archiveJob(active.plan.id, std::move(parameters));
+        return {};
+    }
     FileVerifyJob::Parameters parameters;
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
@@ -351,6 +448,20 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
     StoredRestorePoint point = active.point;
     point.status = outcome->planResult == PlanResult::Warning ? 1 : 0;
     point.sizeOnStorage = outcome->totals.copiedSize;
+    QString message = outcome->message;
+    qint64 runSize = outcome->totals.copiedSize;
+    if (outcome->bytesStored >= 0 && keepsPoint) {
+        // What deduplication saved, in the plan summary and the history:
+        // the uploaded size is what reached the storage.
+        const QLocale c = QLocale::c();
+        const QString figures = QStringLiteral("Read %1, new %2, stored %3")
+                                    .arg(c.formattedDataSize(outcome->bytesRead), c.formattedDataSize(outcome->bytesNew),
+                                        c.formattedDataSize(outcome->bytesStored));
+        message = message.isEmpty() ? figures : QStringLiteral("%1 (%2)").arg(message, figures);
+        summary.lastUploadedSize = outcome->bytesStored;
+        point.sizeOnStorage = outcome->bytesStored;
+        runSize = outcome->bytesStored;
+    }
 
     StoreDatabase database;
     QString error;
@@ -358,7 +469,7 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
         const auto attempt = [&](int result, const QString& message, bool withPoint) {
             run.result = result;
             run.durationSeconds = seconds;
-            run.size = outcome->totals.copiedSize;
+            run.size = runSize;
             run.fileCount = outcome->totals.copiedCount;
             run.errorMessage = message;
             summary.lastResult = result;
@@ -369,7 +480,7 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
             point.rowId = row;
             return ok;
         };
-        if (attempt(outcome->planResult, outcome->message, keepsPoint)) {
+        if (attempt(outcome->planResult, message, keepsPoint)) {
             outcome->recorded = true;
             outcome->pointRowId = keepsPoint ? point.rowId : 0;
             return;
@@ -453,7 +564,7 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
         point = active.point;
         point.rowId = outcome.pointRowId;
         point.status = outcome.planResult == PlanResult::Warning ? 1 : 0;
-        point.sizeOnStorage = outcome.totals.copiedSize;
+        point.sizeOnStorage = outcome.bytesStored >= 0 ? outcome.bytesStored : outcome.totals.copiedSize;
     }
     emit finished(planId, active.plan.subtype, outcome.planResult, point, madePoint && active.newBunch,
         madePoint && active.newGeneration);
@@ -463,6 +574,8 @@ void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>&
 {
     QDir plan(planFolder);
     for (const QString& generation : plan.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
+        if (QUuid(generation).isNull())
+            continue; // the new format's repository, or nothing of ours
         QDir folder(plan.filePath(generation));
         for (const QString& run : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
             if (!kept.contains(generation + QLatin1Char('/') + run))

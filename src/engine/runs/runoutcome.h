@@ -18,6 +18,11 @@ struct RunOutcome
     QList<RunFileRecord> files;
     QList<StoredContent> content;
     RunProgress totals;
+    // New-format backups: bytes read from the sources, the part of them new
+    // to the generation, and the bytes written to the storage; -1 elsewhere.
+    qint64 bytesRead = -1;
+    qint64 bytesNew = -1;
+    qint64 bytesStored = -1;
     // Set by the worker once the run's end is in the store.
     bool recorded = false;
     QString recordError;

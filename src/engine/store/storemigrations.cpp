@@ -86,6 +86,13 @@ QVector<StoreMigrations::Migration> build()
         {QStringLiteral(
             "CREATE TABLE certificate_pins(host TEXT NOT NULL, port INTEGER NOT NULL, "
             "sha256 TEXT NOT NULL, pem TEXT NOT NULL, added_utc TEXT NOT NULL, PRIMARY KEY(host, port))")}});
+    // 8: the new format's chunk index cache (ChunkIndexStore): which index
+    // objects of a generation were read, and every chunk's pack.
+    steps.append({8,
+        {QStringLiteral("CREATE TABLE chunk_index_objects(generation_id TEXT NOT NULL, object_key TEXT NOT NULL, "
+                        "PRIMARY KEY(generation_id, object_key))"),
+            QStringLiteral("CREATE TABLE chunk_index(generation_id TEXT NOT NULL, chunk_id BLOB NOT NULL, "
+                           "pack_key TEXT NOT NULL, PRIMARY KEY(generation_id, chunk_id)) WITHOUT ROWID")}});
     return steps;
 }
 
