@@ -1,9 +1,12 @@
 #pragma once
 
+#include <optional>
+
 #include <QList>
 #include <QString>
 
 #include "runprogress.h"
+#include "store/contentchanges.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
 
@@ -17,6 +20,9 @@ struct RunOutcome
     QString message;
     QList<RunFileRecord> files;
     QList<StoredContent> content;
+    // Set instead of `content` when the run tells its point as the changes
+    // since the previous one.
+    std::optional<ContentChanges> changes;
     RunProgress totals;
     // Set by the worker once the run's end is in the store.
     bool recorded = false;
