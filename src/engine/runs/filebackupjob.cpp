@@ -179,8 +179,10 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
 
     if (m_result.planResult == PlanResult::Success || m_result.planResult == PlanResult::Warning) {
         // Every copy reaches the disk before the restore point that names it
-        // is committed.
-        if (::syncfs(m_storage.fd()) != 0) {
+        // is committed. A run that copied nothing names only objects whose
+        // own points were flushed before they were committed; flushing the
+        // whole file system then would only wait for other programs' writes.
+        if (m_result.totals.copiedCount > 0 && ::syncfs(m_storage.fd()) != 0) {
             m_result.planResult = PlanResult::Failed;
             m_result.message = QStringLiteral("Cannot flush the copies to the storage %1: %2")
                                    .arg(m_parameters.storageRoot, QString::fromLocal8Bit(std::strerror(errno)));

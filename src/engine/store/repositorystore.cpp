@@ -91,8 +91,12 @@ public:
                                                                 : QString());
             end = QSqlQuery(m_db.database());
             drop = QSqlQuery(m_db.database());
-            if (!end.prepare(QStringLiteral("UPDATE contents SET last_seq=?") + where + QStringLiteral("<=?"))
-                || !drop.prepare(QStringLiteral("DELETE FROM contents") + where + QStringLiteral(">?")))
+            // Without statistics SQLite prefers the primary key's generation
+            // prefix, a scan of the whole generation, to the parent index.
+            const QString table = scope == Parent ? QStringLiteral("contents INDEXED BY contents_by_parent")
+                                                  : QStringLiteral("contents");
+            if (!end.prepare(QStringLiteral("UPDATE %1 SET last_seq=?").arg(table) + where + QStringLiteral("<=?"))
+                || !drop.prepare(QStringLiteral("DELETE FROM %1").arg(table) + where + QStringLiteral(">?")))
                 return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(end.lastError().text()));
             m_prepared[scope] = true;
         }
@@ -269,8 +273,8 @@ QList<StoredContent> RepositoryStore::contentChildren(
 {
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
-    q.prepare(QStringLiteral("SELECT %1 FROM restore_points r JOIN contents c ON c.generation=r.generation_id "
-                             "AND c.parent=? AND c.first_seq<=r.sequence AND c.last_seq>=r.sequence WHERE r.id=? "
+    q.prepare(QStringLiteral("SELECT %1 FROM restore_points r JOIN contents c INDEXED BY contents_by_parent "
+                             "ON c.generation=r.generation_id AND c.parent=? AND c.first_seq<=r.sequence AND c.last_seq>=r.sequence WHERE r.id=? "
                              "ORDER BY c.type, c.name LIMIT ? OFFSET ?")
                   .arg(ContentColumns));
     q.addBindValue(parent);
@@ -288,7 +292,8 @@ std::optional<QList<StoredContent>> RepositoryStore::currentChildren(const QUuid
 {
     QSqlQuery q(m_db.database());
     q.setForwardOnly(true);
-    q.prepare(QStringLiteral("SELECT %1 FROM contents c WHERE c.generation=? AND c.parent=? AND c.last_seq=?")
+    q.prepare(QStringLiteral("SELECT %1 FROM contents c INDEXED BY contents_by_parent "
+                             "WHERE c.generation=? AND c.parent=? AND c.last_seq=?")
                   .arg(ContentColumns));
     q.addBindValue(text(generationId));
     q.addBindValue(str(parent));
