@@ -233,7 +233,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                         .arg(recorded.sequenceNumber, 6, 10, QLatin1Char('0')));
     const QString planFolder
         = QStringLiteral("%1/NVB_%2/%3").arg(parameters.storageRoot, prefix, noBraces(active.plan.id));
-    const qint64 previousRow = previous ? previous->rowId : 0;
+    const QUuid previousGeneration = previous ? previous->generationId : QUuid();
     const QString storeFile = m_store->filePath();
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
@@ -272,22 +272,36 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         return {};
     }
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
-                previousRow, storeFile](const std::atomic_bool& stop) mutable {
+                previousGeneration, storeFile](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
-        if (previousRow > 0) {
-            // Without the previous point every file would be copied again,
-            // which is slow but loses nothing.
-            QString error;
-            for (const StoredContent& item : loadContent(storeFile, previousRow, &error))
-                parameters.previous.insert(item.path, item);
-            if (!error.isEmpty())
+        // The previous point is read a folder at a time, on this worker's
+        // own connection. Unreadable, every file is copied again: slow, but
+        // nothing is lost.
+        StoreDatabase database;
+        std::optional<RepositoryStore> repository;
+        bool replacesAll = false;
+        if (!previousGeneration.isNull()) {
+            std::optional<QStringList> parents;
+            if (database.open(storeFile)) {
+                repository.emplace(database);
+                parents = repository->currentParents(previousGeneration);
+            }
+            if (parents) {
+                parameters.previousParents = *parents;
+                parameters.previousChildren = [&repository, previousGeneration](const QString& folder) {
+                    return repository->currentChildren(previousGeneration, folder);
+                };
+            } else {
+                replacesAll = true;
                 NVL::NvlDebug(QStringLiteral("NVB")).warning()
-                    << QStringLiteral("The previous restore point could not be read: %1").arg(error);
+                    << QStringLiteral("The previous restore point could not be read: %1").arg(database.lastError());
+            }
         }
         FileBackupJob job(parameters, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
         RunOutcome outcome = outcomeOf(result);
-        outcome.content = std::move(result.content);
+        outcome.changes = ContentChanges {std::move(result.content), std::move(result.removed),
+            std::move(result.emptiedFolders), replacesAll};
         return outcome;
     };
     return {};
@@ -475,8 +489,11 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
             summary.lastResult = result;
             summary.lastMessage = message;
             qint64 row = 0;
-            const bool ok = RunStore(database).finishRun(run, outcome->files, summary,
-                withPoint ? &active.bunch : nullptr, withPoint ? &point : nullptr, outcome->content, &row);
+            const StoredBunch* bunch = withPoint ? &active.bunch : nullptr;
+            const StoredRestorePoint* made = withPoint ? &point : nullptr;
+            const bool ok = outcome->changes
+                ? RunStore(database).finishRun(run, outcome->files, summary, bunch, made, *outcome->changes, &row)
+                : RunStore(database).finishRun(run, outcome->files, summary, bunch, made, outcome->content, &row);
             point.rowId = row;
             return ok;
         };

@@ -1,5 +1,8 @@
 #include "repositorystore.h"
 
+#include <limits>
+
+#include <QHash>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
@@ -36,8 +39,8 @@ const QString RestorePointColumns = QStringLiteral(
     "encrypted, size_on_storage");
 
 const QString ContentColumns
-    = QStringLiteral("path, type, modified_utc, size, deleted, object, checksum, modified_ns, "
-                     "changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size");
+    = QStringLiteral("c.path, c.type, c.modified_utc, c.size, c.deleted, c.object, c.checksum, c.modified_ns, "
+                     "c.changed_ns, c.inode, c.mode, c.owner, c.grp, c.link_target, c.encoding, c.stored_size");
 
 StoredContent readContent(const QSqlQuery& q)
 {
@@ -60,6 +63,67 @@ StoredContent readContent(const QSqlQuery& q)
     c.storedSize = q.value(15).toLongLong();
     return c;
 }
+
+// The content row that still holds in the latest point.
+constexpr qint64 OpenEnd = std::numeric_limits<qint64>::max();
+
+// Ends open rows of a generation before a new point. A row that began after
+// `lastSeq` belonged only to a point deleted since, and goes.
+class OpenRows
+{
+public:
+    enum Scope { Path, Parent, All };
+
+    OpenRows(StoreDatabase& db, const QString& generation, qint64 lastSeq)
+        : m_db(db)
+        , m_generation(generation)
+        , m_lastSeq(lastSeq)
+    { }
+
+    bool close(Scope scope, const QString& value)
+    {
+        QSqlQuery& end = m_end[scope];
+        QSqlQuery& drop = m_drop[scope];
+        if (!m_prepared[scope]) {
+            const QString where = QStringLiteral(" WHERE generation=? AND last_seq=? AND %1 first_seq")
+                                      .arg(scope == Path ? QStringLiteral("path=? AND")
+                                              : scope == Parent ? QStringLiteral("parent=? AND")
+                                                                : QString());
+            end = QSqlQuery(m_db.database());
+            drop = QSqlQuery(m_db.database());
+            // Without statistics SQLite prefers the primary key's generation
+            // prefix, a scan of the whole generation, to the parent index.
+            const QString table = scope == Parent ? QStringLiteral("contents INDEXED BY contents_by_parent")
+                                                  : QStringLiteral("contents");
+            if (!end.prepare(QStringLiteral("UPDATE %1 SET last_seq=?").arg(table) + where + QStringLiteral("<=?"))
+                || !drop.prepare(QStringLiteral("DELETE FROM %1").arg(table) + where + QStringLiteral(">?")))
+                return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(end.lastError().text()));
+            m_prepared[scope] = true;
+        }
+        int column = 0;
+        end.bindValue(column++, m_lastSeq);
+        for (QSqlQuery* q : {&end, &drop}) {
+            q->bindValue(column++, m_generation);
+            q->bindValue(column++, OpenEnd);
+            if (scope != All)
+                q->bindValue(column++, value);
+            q->bindValue(column++, m_lastSeq);
+            column = 0;
+        }
+        if (!end.exec() || !drop.exec())
+            return m_db.fail(QStringLiteral("Cannot close content rows: %1")
+                                 .arg(end.lastError().isValid() ? end.lastError().text() : drop.lastError().text()));
+        return true;
+    }
+
+private:
+    StoreDatabase& m_db;
+    QString m_generation;
+    qint64 m_lastSeq;
+    QSqlQuery m_end[3];
+    QSqlQuery m_drop[3];
+    bool m_prepared[3] = {false, false, false};
+};
 
 } // namespace
 
@@ -193,7 +257,9 @@ QList<StoredContent> RepositoryStore::content(qint64 restorePointRowId)
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
     q.setForwardOnly(true);
-    q.prepare(QStringLiteral("SELECT %1 FROM contents WHERE restore_point=? ORDER BY path").arg(ContentColumns));
+    q.prepare(QStringLiteral("SELECT %1 FROM restore_points r JOIN contents c ON c.generation=r.generation_id "
+                             "AND c.first_seq<=r.sequence AND c.last_seq>=r.sequence WHERE r.id=? ORDER BY c.path")
+                  .arg(ContentColumns));
     q.addBindValue(restorePointRowId);
     if (!q.exec())
         return result;
@@ -207,17 +273,51 @@ QList<StoredContent> RepositoryStore::contentChildren(
 {
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
-    q.prepare(QStringLiteral("SELECT %1 FROM contents WHERE restore_point=? AND parent=? "
-                             "ORDER BY type, name LIMIT ? OFFSET ?")
+    q.prepare(QStringLiteral("SELECT %1 FROM restore_points r JOIN contents c INDEXED BY contents_by_parent "
+                             "ON c.generation=r.generation_id AND c.parent=? AND c.first_seq<=r.sequence AND c.last_seq>=r.sequence WHERE r.id=? "
+                             "ORDER BY c.type, c.name LIMIT ? OFFSET ?")
                   .arg(ContentColumns));
-    q.addBindValue(restorePointRowId);
     q.addBindValue(parent);
+    q.addBindValue(restorePointRowId);
     q.addBindValue(limit);
     q.addBindValue(offset);
     if (!q.exec())
         return result;
     while (q.next())
         result.append(readContent(q));
+    return result;
+}
+
+std::optional<QList<StoredContent>> RepositoryStore::currentChildren(const QUuid& generationId, const QString& parent)
+{
+    QSqlQuery q(m_db.database());
+    q.setForwardOnly(true);
+    q.prepare(QStringLiteral("SELECT %1 FROM contents c INDEXED BY contents_by_parent "
+                             "WHERE c.generation=? AND c.parent=? AND c.last_seq=?")
+                  .arg(ContentColumns));
+    q.addBindValue(text(generationId));
+    q.addBindValue(str(parent));
+    q.addBindValue(OpenEnd);
+    if (!q.exec())
+        return std::nullopt;
+    QList<StoredContent> result;
+    while (q.next())
+        result.append(readContent(q));
+    return result;
+}
+
+std::optional<QStringList> RepositoryStore::currentParents(const QUuid& generationId)
+{
+    QSqlQuery q(m_db.database());
+    q.setForwardOnly(true);
+    q.prepare(QStringLiteral("SELECT DISTINCT parent FROM contents WHERE generation=? AND last_seq=?"));
+    q.addBindValue(text(generationId));
+    q.addBindValue(OpenEnd);
+    if (!q.exec())
+        return std::nullopt;
+    QStringList result;
+    while (q.next())
+        result.append(q.value(0).toString());
     return result;
 }
 
@@ -245,8 +345,7 @@ bool RepositoryStore::removeGeneration(const QUuid& generationId)
         QStringLiteral("No generation with the id %1"));
 }
 
-qint64 RepositoryStore::insertRestorePoint(
-    const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content)
+qint64 RepositoryStore::insertPointRow(const StoredBunch& bunch, const StoredRestorePoint& point)
 {
     QSqlDatabase db = m_db.database();
     QSqlQuery b(db);
@@ -286,27 +385,123 @@ qint64 RepositoryStore::insertRestorePoint(
         m_db.fail(QStringLiteral("Cannot record the restore point: %1").arg(r.lastError().text()));
         return 0;
     }
-    const qint64 pointId = r.lastInsertId().toLongLong();
+    return r.lastInsertId().toLongLong();
+}
 
-    QSqlQuery c(db);
-    c.prepare(
-        QStringLiteral("INSERT INTO contents(restore_point, path, parent, name, type, modified_utc, size, "
-                       "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, "
-                       "encoding, stored_size) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
-    for (const StoredContent& item : content) {
-        for (const QVariant& value : {QVariant(pointId), str(item.path), str(item.parentPath()), str(item.name()),
-                 QVariant(item.type), stamp(item.modifiedUtc), QVariant(item.size), QVariant(item.deleted),
-                 str(item.object), QVariant(item.checksum.isNull() ? QByteArray("") : item.checksum),
-                 QVariant(item.modifiedNs), QVariant(item.changedNs), QVariant(qint64(item.inode)),
-                 QVariant(qint64(item.mode)), QVariant(item.owner), QVariant(item.group), str(item.linkTarget),
-                 QVariant(item.encoding), QVariant(item.storedSize)})
-            c.addBindValue(value);
-        if (!c.exec()) {
-            m_db.fail(QStringLiteral("Cannot record the content of the restore point: %1").arg(c.lastError().text()));
-            return 0;
+bool RepositoryStore::hasContent(const QString& generation)
+{
+    QSqlQuery q(m_db.database());
+    q.prepare(QStringLiteral("SELECT 1 FROM contents WHERE generation=? LIMIT 1"));
+    q.addBindValue(generation);
+    return q.exec() && q.next();
+}
+
+bool RepositoryStore::insertContent(
+    const QString& generation, qint64 sequence, const QList<const StoredContent*>& items)
+{
+    QSqlQuery c(m_db.database());
+    c.prepare(QStringLiteral("INSERT INTO contents(generation, path, first_seq, last_seq, parent, name, type, "
+                             "modified_utc, size, deleted, object, checksum, modified_ns, changed_ns, inode, mode, "
+                             "owner, grp, link_target, encoding, stored_size) "
+                             "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
+    const QVariant generationValue(generation);
+    const QVariant first(sequence);
+    const QVariant open(OpenEnd);
+    for (const StoredContent* item : items) {
+        int column = 0;
+        for (const QVariant& value : {generationValue, str(item->path), first, open, str(item->parentPath()),
+                 str(item->name()), QVariant(item->type), stamp(item->modifiedUtc), QVariant(item->size),
+                 QVariant(item->deleted), str(item->object),
+                 QVariant(item->checksum.isNull() ? QByteArray("") : item->checksum), QVariant(item->modifiedNs),
+                 QVariant(item->changedNs), QVariant(qint64(item->inode)), QVariant(qint64(item->mode)),
+                 QVariant(item->owner), QVariant(item->group), str(item->linkTarget), QVariant(item->encoding),
+                 QVariant(item->storedSize)})
+            c.bindValue(column++, value);
+        if (!c.exec())
+            return m_db.fail(
+                QStringLiteral("Cannot record the content of the restore point: %1").arg(c.lastError().text()));
+    }
+    return true;
+}
+
+qint64 RepositoryStore::insertRestorePoint(
+    const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content)
+{
+    const qint64 pointId = insertPointRow(bunch, point);
+    if (pointId == 0)
+        return 0;
+    const QString generation = text(point.generationId);
+    QHash<QString, const StoredContent*> pending;
+    pending.reserve(content.size());
+    for (const StoredContent& item : content)
+        pending.insert(item.path, &item);
+    if (hasContent(generation)) {
+        // Entries equal to the latest point's keep their rows; the rest of
+        // that point's rows end before this one.
+        QStringList stale;
+        {
+            QSqlQuery q(m_db.database());
+            q.setForwardOnly(true);
+            q.prepare(QStringLiteral("SELECT %1 FROM contents c WHERE c.generation=? AND c.last_seq=?")
+                          .arg(ContentColumns));
+            q.addBindValue(generation);
+            q.addBindValue(OpenEnd);
+            if (!q.exec()) {
+                m_db.fail(QStringLiteral("Cannot read the latest restore point: %1").arg(q.lastError().text()));
+                return 0;
+            }
+            while (q.next()) {
+                const StoredContent held = readContent(q);
+                const auto it = pending.find(held.path);
+                if (it != pending.end() && (*it)->sameRecord(held))
+                    pending.erase(it);
+                else
+                    stale.append(held.path);
+            }
+        }
+        OpenRows rows(m_db, generation, point.sequenceNumber - 1);
+        for (const QString& path : std::as_const(stale)) {
+            if (!rows.close(OpenRows::Path, path))
+                return 0;
         }
     }
-    return pointId;
+    QList<const StoredContent*> items;
+    items.reserve(pending.size());
+    for (const StoredContent& item : content) {
+        if (pending.value(item.path) == &item)
+            items.append(&item);
+    }
+    return insertContent(generation, point.sequenceNumber, items) ? pointId : 0;
+}
+
+qint64 RepositoryStore::insertRestorePoint(
+    const StoredBunch& bunch, const StoredRestorePoint& point, const ContentChanges& changes)
+{
+    const qint64 pointId = insertPointRow(bunch, point);
+    if (pointId == 0)
+        return 0;
+    const QString generation = text(point.generationId);
+    if (hasContent(generation)) {
+        OpenRows rows(m_db, generation, point.sequenceNumber - 1);
+        bool ok = true;
+        if (changes.replacesAll) {
+            ok = rows.close(OpenRows::All, QString());
+        } else {
+            for (const QString& folder : changes.emptiedFolders)
+                ok = ok && rows.close(OpenRows::Parent, folder);
+            for (const QString& path : changes.removed)
+                ok = ok && rows.close(OpenRows::Path, path);
+            for (const StoredContent& item : changes.added)
+                ok = ok && rows.close(OpenRows::Path, item.path);
+        }
+        if (!ok)
+            return 0;
+    }
+    QList<const StoredContent*> items;
+    items.reserve(changes.added.size());
+    for (const StoredContent& item : changes.added)
+        items.append(&item);
+    return insertContent(generation, point.sequenceNumber, items) ? pointId : 0;
 }
 
 } // namespace NVB::Engine

@@ -40,7 +40,22 @@ std::optional<qint64> RunStore::beginRun(const RunRecord& run)
 bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
     const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content, qint64* pointRowId)
 {
-    const bool withPoint = bunch && point;
+    return finishRun(
+        run, files, summary, bunch && point,
+        [&] { return RepositoryStore(m_db).insertRestorePoint(*bunch, *point, content); }, pointRowId);
+}
+
+bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
+    const StoredBunch* bunch, const StoredRestorePoint* point, const ContentChanges& changes, qint64* pointRowId)
+{
+    return finishRun(
+        run, files, summary, bunch && point,
+        [&] { return RepositoryStore(m_db).insertRestorePoint(*bunch, *point, changes); }, pointRowId);
+}
+
+bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
+    bool withPoint, const std::function<qint64()>& insertPoint, qint64* pointRowId)
+{
     qint64 made = 0;
     const bool ok = m_db.transaction(
         [&] {
@@ -69,7 +84,7 @@ bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files
                 return false;
             if (!withPoint)
                 return true;
-            made = RepositoryStore(m_db).insertRestorePoint(*bunch, *point, content);
+            made = insertPoint();
             return made > 0;
         },
         withPoint);
