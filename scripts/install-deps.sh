@@ -11,7 +11,7 @@ packages=(
     mount e2fsprogs
     rsync
     libcurl4-openssl-dev libblkid-dev libmount-dev
-    swift-proxy swift-object swift-container swift-account memcached python3-swiftclient
+    swift-proxy swift-object swift-container swift-account memcached python3-swiftclient rclone
     python3-aiosmtpd
 )
 

@@ -6,6 +6,7 @@
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "filesystemclient.h"
+#include "s3client.h"
 #include "sftpclient.h"
 #include "unsupportedclient.h"
 
@@ -50,6 +51,8 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
     case Type::Sftp:
         return std::make_unique<SftpClient>();
     default: {
+        if (S3Compatible.contains(type) || AmazonS3.contains(type))
+            return std::make_unique<S3Client>();
         const QString display = displayNameSource(type);
         return std::make_unique<UnsupportedClient>(display.isEmpty() ? name : display, true);
     }
