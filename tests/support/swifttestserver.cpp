@@ -25,7 +25,10 @@ SwiftTestServer::SwiftTestServer()
     else if (QFileInfo::exists(m_dir + QStringLiteral("/unavailable")))
         m_reason = readTrimmed(m_dir + QStringLiteral("/unavailable"));
     else
+    {
         m_port = readTrimmed(m_dir + QStringLiteral("/port")).toInt();
+        m_keystonePort = readTrimmed(m_dir + QStringLiteral("/keystone_port")).toInt();
+    }
     if (m_reason.isEmpty() && m_port <= 0)
         m_reason = QStringLiteral("no Swift test server runs in %1").arg(m_dir);
 }

@@ -19,6 +19,8 @@ public:
     int port() const { return m_port; }
     // "127.0.0.1:PORT"
     QString endpoint() const;
+    // The identity fake's port (Keystone v2.0 and v3), 0 when it is not there.
+    int keystonePort() const { return m_keystonePort; }
     static QString accessKey() { return QStringLiteral("test:tester"); }
     static QString secretKey() { return QStringLiteral("testing"); }
 
@@ -26,6 +28,7 @@ private:
     QString m_dir;
     QString m_reason;
     int m_port = 0;
+    int m_keystonePort = 0;
 };
 
 } // namespace NvbTest

@@ -9,6 +9,10 @@
 # After a start DIR holds:
 #   port                 the proxy's port (S3 and Swift at http://127.0.0.1:PORT)
 #   s3_access, s3_secret the S3 keys ("test:tester", "testing"); region us-east-1
+#   keystone_port        a small identity service of ours (keystone_fake.py):
+#                        Keystone v2.0 and v3 for user "demo", password
+#                        "secret", project "demo", domain "Default", whose
+#                        catalog points at this Swift
 #   *.pid, *.log         one per process
 # Every port is a free one picked at start. When Swift is not installed,
 # DIR/unavailable holds the reason and the script still succeeds, so the tests
@@ -22,7 +26,7 @@ if [[ -z "$command" || -z "$dir" ]]; then
     exit 2
 fi
 
-processes="proxy object container account memcached"
+processes="keystone proxy object container account memcached"
 
 stop_all() {
     # All at once: each server takes a moment to wind down.
@@ -75,7 +79,7 @@ esac
 
 mkdir -p "$dir"
 stop_all
-rm -rf "$dir/srv" "$dir/unavailable" "$dir"/*.builder "$dir"/*.ring.gz "$dir"/*.conf "$dir"/port
+rm -rf "$dir/srv" "$dir/unavailable" "$dir"/*.builder "$dir"/*.ring.gz "$dir"/*.conf "$dir"/port "$dir"/keystone_port
 for tool in swift-proxy-server swift-object-server swift-container-server swift-account-server swift-ring-builder memcached; do
     command -v "$tool" >/dev/null || unavailable "$tool is not installed (packages swift-proxy swift-object swift-container swift-account memcached)"
 done
@@ -185,11 +189,19 @@ done
 # Ready when a v1 login answers with a token: that needs the proxy, memcached
 # and the account ring.
 for _ in $(seq 300); do
-    for name in $processes; do
+    for name in proxy object container account memcached; do
         kill -0 "$(cat "$dir/$name.pid")" 2>/dev/null || { stop_all; echo "swift.sh: $name died, see $dir/$name.log" >&2; exit 1; }
     done
     if curl -sf -o /dev/null -H 'X-Auth-User: test:tester' -H 'X-Auth-Key: testing' \
         "http://127.0.0.1:$proxy_port/auth/v1.0"; then
+        python3 "$(dirname "$0")/keystone_fake.py" "$dir/keystone_port" "http://127.0.0.1:$proxy_port" \
+            test:tester testing > "$dir/keystone.log" 2>&1 &
+        echo $! > "$dir/keystone.pid"
+        for _ in $(seq 100); do
+            [[ -f "$dir/keystone_port" ]] && break
+            sleep 0.1
+        done
+        [[ -f "$dir/keystone_port" ]] || { stop_all; echo "swift.sh: the identity fake did not start" >&2; exit 1; }
         echo "$proxy_port" > "$dir/port"
         echo "test:tester" > "$dir/s3_access"
         echo "testing" > "$dir/s3_secret"

@@ -8,6 +8,7 @@
 #include "filesystemclient.h"
 #include "s3client.h"
 #include "sftpclient.h"
+#include "swiftclient.h"
 #include "unsupportedclient.h"
 
 namespace NVL::Cloud {
@@ -53,6 +54,8 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
     default: {
         if (S3Compatible.contains(type) || AmazonS3.contains(type))
             return std::make_unique<S3Client>();
+        if (OpenStack.contains(type))
+            return std::make_unique<SwiftClient>();
         const QString display = displayNameSource(type);
         return std::make_unique<UnsupportedClient>(display.isEmpty() ? name : display, true);
     }
