@@ -25,6 +25,11 @@
 #include "s3/verizonadd.h"
 #include "s3/wasabiadd.h"
 #include "s3/amazons3compatibleadd.h"
+#include "openstack/hpcloudadd.h"
+#include "openstack/openstackadd.h"
+#include "openstack/oraclecloudadd.h"
+#include "openstack/rackspaceadd.h"
+#include "openstack/softlayeradd.h"
 #include "sftp/sftp.h"
 #include "sftp/sftpadd.h"
 #include "storagesadd.h"
@@ -41,9 +46,9 @@ void refuse(int type)
     NVL::NvlDebug(QStringLiteral("NVB")).warning() << QStringLiteral("This account type don't support! %1").arg(type);
 }
 
-// The view of an S3-family account; whether it shows the endpoint is the
+// The view of a cloud account; which rows it shows is the
 // provider's (Cloudian and DreamObjects show it in the dialog only).
-Storages::Info* s3View(NVL::Cloud::Type type)
+Storages::Info* cloudView(NVL::Cloud::Type type)
 {
     switch (type) {
     case NVL::Cloud::Type::S3Compatible:
@@ -60,6 +65,16 @@ Storages::Info* s3View(NVL::Cloud::Type type)
     case NVL::Cloud::Type::Cloudian:
     case NVL::Cloud::Type::DreamObjects:
         return new AmazonS3Compatible(type, false);
+    case NVL::Cloud::Type::Openstack:
+        return new OpenStack(type, true, true);
+    case NVL::Cloud::Type::HPCloud:
+        return new HPCloud();
+    case NVL::Cloud::Type::OracleCloud:
+        return new OracleCloud();
+    case NVL::Cloud::Type::Rackspace:
+        return new Rackspace();
+    case NVL::Cloud::Type::SoftLayer:
+        return new SoftLayer();
     default:
         return nullptr;
     }
@@ -86,6 +101,11 @@ bool AccountFactory::hasDialog(int type)
     case NVL::Cloud::Type::Cloudian:
     case NVL::Cloud::Type::DreamObjects:
     case NVL::Cloud::Type::Minio:
+    case NVL::Cloud::Type::Openstack:
+    case NVL::Cloud::Type::HPCloud:
+    case NVL::Cloud::Type::OracleCloud:
+    case NVL::Cloud::Type::Rackspace:
+    case NVL::Cloud::Type::SoftLayer:
         return true;
     default:
         return false;
@@ -138,6 +158,16 @@ QDialog* AccountFactory::add(NVL::Cloud::Type type, QWidget* parent)
         return new DreamObjects::Add(parent);
     case NVL::Cloud::Type::Minio:
         return new Minio::Add(parent);
+    case NVL::Cloud::Type::Openstack:
+        return new OpenStack::Add(type, {}, true, true, true, parent);
+    case NVL::Cloud::Type::HPCloud:
+        return new HPCloud::Add(parent);
+    case NVL::Cloud::Type::OracleCloud:
+        return new OracleCloud::Add(parent);
+    case NVL::Cloud::Type::Rackspace:
+        return new Rackspace::Add(parent);
+    case NVL::Cloud::Type::SoftLayer:
+        return new SoftLayer::Add(parent);
     default:
         refuse(int(type));
         return nullptr;
@@ -156,7 +186,7 @@ Storages::Info* AccountFactory::view(const QModelIndex& index)
         else if (type == int(NVL::Cloud::Type::Sftp))
             info = new Sftp();
         else if (Application::isStandalon())
-            info = s3View(NVL::Cloud::Type(type));
+            info = cloudView(NVL::Cloud::Type(type));
         else if (!Application::isStandalon())
             // The service's accounts carry no fields the user may read here;
             // the view names the account and its provider.
