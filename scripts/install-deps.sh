@@ -14,6 +14,9 @@ packages=(
     swift-proxy swift-object swift-container swift-account memcached python3-swiftclient rclone
     python3-aiosmtpd
 )
+# Node for npm test servers (Azurite); a Node from elsewhere brings its own
+# npm, which Debian's npm package would conflict with.
+command -v npm >/dev/null || packages+=(nodejs npm)
 
 missing=()
 for package in "${packages[@]}"; do

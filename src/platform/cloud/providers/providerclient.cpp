@@ -5,6 +5,7 @@
 
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
+#include "azureblobclient.h"
 #include "filesystemclient.h"
 #include "s3client.h"
 #include "sftpclient.h"
@@ -51,6 +52,8 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
         return std::make_unique<FileSystemClient>();
     case Type::Sftp:
         return std::make_unique<SftpClient>();
+    case Type::AzureBlob:
+        return std::make_unique<AzureBlobClient>();
     default: {
         if (S3Compatible.contains(type) || AmazonS3.contains(type))
             return std::make_unique<S3Client>();

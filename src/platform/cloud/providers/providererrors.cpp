@@ -42,6 +42,17 @@ const Row rows[] = {
     {P::S3, "MalformedXML", E::InvalidConfig, "The server refused the document as malformed"},
     {P::S3, "NotImplemented", E::NotSupported, "The server does not support this request"},
     {P::S3, "MethodNotAllowed", E::NotSupported, "The server does not support this request"},
+    {P::Azure, "AuthenticationFailed", E::AuthenticationFailed,
+        "The server refused the request's signature: check the account name and shared key"},
+    {P::Azure, "InvalidAuthenticationInfo", E::AuthenticationFailed, "The server refused the shared key"},
+    {P::Azure, "AccountIsDisabled", E::AccessDenied, "The storage account is disabled"},
+    {P::Azure, "AuthorizationFailure", E::AccessDenied, "Access denied"},
+    {P::Azure, "InvalidResourceName", E::InvalidName, "The server refuses the container name \"%1\""},
+    {P::Azure, "OutOfRangeInput", E::InvalidName, "The server refuses the container name \"%1\""},
+    {P::Azure, "ContainerNotFound", E::NotFound, "Container \"%1\" does not exist"},
+    {P::Azure, "ResourceNotFound", E::NotFound, "The storage account or \"%1\" does not exist"},
+    {P::Azure, "ContainerAlreadyExists", E::AlreadyExists, "Container \"%1\" already exists"},
+    {P::Azure, "ContainerBeingDeleted", E::AlreadyExists, "Container \"%1\" is being deleted; try again later"},
 };
 
 QString statusText(long status, const QString& subject, int* code)
