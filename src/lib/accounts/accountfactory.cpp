@@ -7,6 +7,8 @@
 #include <QPushButton>
 
 #include "app/application.h"
+#include "azure/azure.h"
+#include "azure/azureadd.h"
 #include "cloud/cloudtype.h"
 #include "core/nvldebug.h"
 #include "local/local.h"
@@ -75,6 +77,8 @@ Storages::Info* cloudView(NVL::Cloud::Type type)
         return new Rackspace();
     case NVL::Cloud::Type::SoftLayer:
         return new SoftLayer();
+    case NVL::Cloud::Type::AzureBlob:
+        return new Azure();
     default:
         return nullptr;
     }
@@ -106,6 +110,7 @@ bool AccountFactory::hasDialog(int type)
     case NVL::Cloud::Type::OracleCloud:
     case NVL::Cloud::Type::Rackspace:
     case NVL::Cloud::Type::SoftLayer:
+    case NVL::Cloud::Type::AzureBlob:
         return true;
     default:
         return false;
@@ -168,6 +173,8 @@ QDialog* AccountFactory::add(NVL::Cloud::Type type, QWidget* parent)
         return new Rackspace::Add(parent);
     case NVL::Cloud::Type::SoftLayer:
         return new SoftLayer::Add(parent);
+    case NVL::Cloud::Type::AzureBlob:
+        return new Azure::Add(parent);
     default:
         refuse(int(type));
         return nullptr;

@@ -7,6 +7,7 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include "accounts/azure/azurevalidator.h"
 #include "accounts/openstack/openstackadd.h"
 #include "accounts/openstack/openstacknamevalidator.h"
 #include "accounts/openstack/oraclecloudadd.h"
@@ -20,7 +21,7 @@ using namespace NVB::GUI::Settings;
 using Account::OpenStack;
 namespace OS = NVL::Cloud::Config::OpenStack;
 
-// The OpenStack family's dialog: name rules beside S3's, the endpoint that
+// The OpenStack family's dialog: name rules beside S3's and Azure's, the endpoint that
 // follows the Keystone choice, and the dialog against a real Swift through
 // our Keystone v3 fake.
 class TestOpenStackAccounts : public QObject
@@ -42,13 +43,16 @@ void TestOpenStackAccounts::shouldDifferFromBucketRulesOnlyBySpace_data()
     QTest::addColumn<QString>("input");
     QTest::addColumn<int>("s3");
     QTest::addColumn<int>("swift");
+    QTest::addColumn<int>("azure");
     const int ok = QValidator::Acceptable;
     const int bad = QValidator::Invalid;
-    QTest::newRow("space") << "my " << bad << ok;
-    QTest::newRow("dot dot") << "a.." << bad << bad;
-    QTest::newRow("leading space") << " a" << bad << bad;
-    QTest::newRow("plain") << "abc" << ok << ok;
-    QTest::newRow("slash") << "ab/" << bad << bad;
+    QTest::newRow("space") << "my " << bad << ok << bad;
+    QTest::newRow("dot") << "my." << ok << ok << bad;
+    QTest::newRow("dot dot") << "a.." << bad << bad << bad;
+    QTest::newRow("leading space") << " a" << bad << bad << bad;
+    QTest::newRow("plain") << "abc" << ok << ok << ok;
+    QTest::newRow("hyphen") << "ab-" << ok << ok << ok;
+    QTest::newRow("slash") << "ab/" << bad << bad << bad;
 }
 
 void TestOpenStackAccounts::shouldDifferFromBucketRulesOnlyBySpace()
@@ -56,9 +60,11 @@ void TestOpenStackAccounts::shouldDifferFromBucketRulesOnlyBySpace()
     QFETCH(QString, input);
     QFETCH(int, s3);
     QFETCH(int, swift);
+    QFETCH(int, azure);
     int pos = input.size();
     QCOMPARE(int(Account::AmazonS3Compatible::Validator().validate(input, pos)), s3);
     QCOMPARE(int(OpenStack::NameValidator().validate(input, pos)), swift);
+    QCOMPARE(int(Account::Azure::Validator().validate(input, pos)), azure);
 }
 
 void TestOpenStackAccounts::shouldNameAuthenticationInEndpoint()

@@ -318,11 +318,11 @@ void TestFileSystemOperations::shouldRefuseBadContainerNames()
 
 void TestFileSystemOperations::shouldNameProviderThatIsNotSupportedYet()
 {
-    const CloudConfig azure {{Config::Type, Name::AzureBlob}, {Config::AzureBlob::Username, "acct"}};
-    const auto operation = runToEnd(OperationManager::instance().listContainers(azure));
+    const CloudConfig b2 {{Config::Type, Name::BackBlaze}, {Config::BackBlaze::AccountId, "acct"}};
+    const auto operation = runToEnd(OperationManager::instance().listContainers(b2));
     QVERIFY(operation);
     QCOMPARE(operation->errorCode(), int(OperationError::NotSupported));
-    QCOMPARE(operation->errorMessage(), QStringLiteral("Azure accounts are not supported yet"));
+    QCOMPARE(operation->errorMessage(), QStringLiteral("Backblaze B2 accounts are not supported yet"));
 }
 
 void TestFileSystemOperations::shouldMakeNoOperationForUnknownType()
