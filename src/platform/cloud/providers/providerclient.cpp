@@ -6,6 +6,7 @@
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "azureblobclient.h"
+#include "b2client.h"
 #include "filesystemclient.h"
 #include "s3client.h"
 #include "sftpclient.h"
@@ -54,6 +55,8 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
         return std::make_unique<SftpClient>();
     case Type::AzureBlob:
         return std::make_unique<AzureBlobClient>();
+    case Type::BackBlaze:
+        return std::make_unique<B2Client>();
     default: {
         if (S3Compatible.contains(type) || AmazonS3.contains(type))
             return std::make_unique<S3Client>();

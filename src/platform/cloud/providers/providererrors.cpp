@@ -52,6 +52,15 @@ const Row rows[] = {
     {P::Azure, "ContainerNotFound", E::NotFound, "Container \"%1\" does not exist"},
     {P::Azure, "ResourceNotFound", E::NotFound, "The storage account or \"%1\" does not exist"},
     {P::Azure, "ContainerAlreadyExists", E::AlreadyExists, "Container \"%1\" already exists"},
+    {P::B2, "unauthorized", E::AuthenticationFailed, "The server refused the key ID or application key"},
+    {P::B2, "bad_auth_token", E::AuthenticationFailed, "The server refused the session's token"},
+    {P::B2, "expired_auth_token", E::AuthenticationFailed, "The session's token has expired"},
+    {P::B2, "duplicate_bucket_name", E::AlreadyExists,
+        "Bucket name \"%1\" is taken: bucket names are shared by every user of the service"},
+    {P::B2, "too_many_buckets", E::AccessDenied, "The account has as many buckets as the server allows"},
+    {P::B2, "invalid_bucket_name", E::InvalidName, "The server refuses the bucket name \"%1\""},
+    {P::B2, "bad_bucket_id", E::NotFound, "Bucket \"%1\" does not exist"},
+    {P::B2, "cap_exceeded", E::AccessDenied, "The account's usage cap is reached"},
     {P::Azure, "ContainerBeingDeleted", E::AlreadyExists, "Container \"%1\" is being deleted; try again later"},
 };
 
