@@ -9,6 +9,8 @@
 #include "app/application.h"
 #include "azure/azure.h"
 #include "azure/azureadd.h"
+#include "backblaze/backblazeb2.h"
+#include "backblaze/backblazeb2add.h"
 #include "cloud/cloudtype.h"
 #include "core/nvldebug.h"
 #include "local/local.h"
@@ -79,6 +81,8 @@ Storages::Info* cloudView(NVL::Cloud::Type type)
         return new SoftLayer();
     case NVL::Cloud::Type::AzureBlob:
         return new Azure();
+    case NVL::Cloud::Type::BackBlaze:
+        return new BackblazeB2();
     default:
         return nullptr;
     }
@@ -111,6 +115,7 @@ bool AccountFactory::hasDialog(int type)
     case NVL::Cloud::Type::Rackspace:
     case NVL::Cloud::Type::SoftLayer:
     case NVL::Cloud::Type::AzureBlob:
+    case NVL::Cloud::Type::BackBlaze:
         return true;
     default:
         return false;
@@ -175,6 +180,8 @@ QDialog* AccountFactory::add(NVL::Cloud::Type type, QWidget* parent)
         return new SoftLayer::Add(parent);
     case NVL::Cloud::Type::AzureBlob:
         return new Azure::Add(parent);
+    case NVL::Cloud::Type::BackBlaze:
+        return new BackblazeB2::Add(parent);
     default:
         refuse(int(type));
         return nullptr;

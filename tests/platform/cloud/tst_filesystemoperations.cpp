@@ -318,11 +318,11 @@ void TestFileSystemOperations::shouldRefuseBadContainerNames()
 
 void TestFileSystemOperations::shouldNameProviderThatIsNotSupportedYet()
 {
-    const CloudConfig b2 {{Config::Type, Name::BackBlaze}, {Config::BackBlaze::AccountId, "acct"}};
-    const auto operation = runToEnd(OperationManager::instance().listContainers(b2));
+    const CloudConfig google {{Config::Type, Name::GoogleStorage}, {Config::GoogleStorage::AuthType, 1}};
+    const auto operation = runToEnd(OperationManager::instance().listContainers(google));
     QVERIFY(operation);
     QCOMPARE(operation->errorCode(), int(OperationError::NotSupported));
-    QCOMPARE(operation->errorMessage(), QStringLiteral("Backblaze B2 accounts are not supported yet"));
+    QCOMPARE(operation->errorMessage(), QStringLiteral("Google Cloud accounts are not supported yet"));
 }
 
 void TestFileSystemOperations::shouldMakeNoOperationForUnknownType()
