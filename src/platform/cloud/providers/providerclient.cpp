@@ -5,8 +5,12 @@
 
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
+#include "azureblobclient.h"
+#include "b2client.h"
 #include "filesystemclient.h"
+#include "s3client.h"
 #include "sftpclient.h"
+#include "swiftclient.h"
 #include "unsupportedclient.h"
 
 namespace NVL::Cloud {
@@ -49,7 +53,15 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
         return std::make_unique<FileSystemClient>();
     case Type::Sftp:
         return std::make_unique<SftpClient>();
+    case Type::AzureBlob:
+        return std::make_unique<AzureBlobClient>();
+    case Type::BackBlaze:
+        return std::make_unique<B2Client>();
     default: {
+        if (S3Compatible.contains(type) || AmazonS3.contains(type))
+            return std::make_unique<S3Client>();
+        if (OpenStack.contains(type))
+            return std::make_unique<SwiftClient>();
         const QString display = displayNameSource(type);
         return std::make_unique<UnsupportedClient>(display.isEmpty() ? name : display, true);
     }
