@@ -108,8 +108,14 @@ QString historyFilter(const HistoryQuery& query, const char* timeColumn, const c
     }
     const QDateTime since = query.since(QDateTime::currentDateTimeUtc());
     if (since.isValid()) {
-        sql += QStringLiteral(" AND %1>=?").arg(QLatin1String(timeColumn));
-        *values << stamp(since);
+        // Ids grow with time: the first id of the period, found through the
+        // time index, ends the backward walk there instead of at the table's
+        // first row when the period holds less than a page.
+        const QString table = QLatin1String(timeColumn) == QLatin1String("start_utc") ? QStringLiteral("runs")
+                                                                                     : QStringLiteral("run_files");
+        sql += QStringLiteral(" AND %1>=? AND id>=(SELECT coalesce(min(id), 9223372036854775807) FROM %2 WHERE %1>=?)")
+                   .arg(QLatin1String(timeColumn), table);
+        *values << stamp(since) << stamp(since);
     }
     if (!query.filter.isEmpty()) {
         sql += QStringLiteral(" AND instr(lower(%1), lower(?))>0").arg(QLatin1String(textColumn));

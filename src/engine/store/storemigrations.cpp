@@ -86,6 +86,14 @@ QVector<StoreMigrations::Migration> build()
         {QStringLiteral(
             "CREATE TABLE certificate_pins(host TEXT NOT NULL, port INTEGER NOT NULL, "
             "sha256 TEXT NOT NULL, pem TEXT NOT NULL, added_utc TEXT NOT NULL, PRIMARY KEY(host, port))")}});
+    // 11: history pages filtered by file operation, with or without a plan,
+    // read an index in id order instead of every row of the plan; a period's
+    // start is found by time.
+    steps.append({11,
+        {QStringLiteral("CREATE INDEX run_files_by_plan_operation ON run_files(plan_id, operation, id)"),
+            QStringLiteral("CREATE INDEX run_files_by_operation ON run_files(operation, id)"),
+            QStringLiteral("CREATE INDEX run_files_by_finish ON run_files(finish_utc)"),
+            QStringLiteral("CREATE INDEX runs_by_start ON runs(start_utc)")}});
     return steps;
 }
 
