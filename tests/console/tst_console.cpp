@@ -2,7 +2,11 @@
 #include <QAction>
 #include <QDirIterator>
 #include <QLineEdit>
+#include <QComboBox>
+#include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QTableView>
 #include <QStatusBar>
 #include <QtTest>
 
@@ -11,6 +15,7 @@
 #include "app/delegates/storagenamedelegate.h"
 #include "app/icons/iconmanager.h"
 #include "engineprocess.h"
+#include "historypanel.h"
 #include "listing/filesystemlisting.h"
 #include "mainwindow.h"
 #include "modaldialog.h"
@@ -18,9 +23,13 @@
 #include "models/modelmanager.h"
 #include "models/models.h"
 #include "planlistview.h"
+#include "planprogresspanel.h"
+#include "plans/history/historygetbyplanmodel.h"
+#include "plans/progress/planfileprogress.h"
 #include "plantablecreator.h"
 #include "records/plan/planresult.h"
 #include "service/connectionmanager.h"
+#include "service/notification/format.h"
 #include "storage/storageconnectionsmodelcreator.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
@@ -33,6 +42,7 @@ using NVB::GUI::BackupPlanEditWizard;
 using NVB::GUI::IconManager;
 using NvbTest::whenModal;
 namespace Column = NVB::GUI::Models::Table::NvbPlanBackupModelInfo::Column;
+namespace ProgressKeys = NVB::Common::Communication::Notification::Format::Worker::ReportProgress;
 
 namespace {
 
@@ -198,6 +208,30 @@ private slots:
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));
         keepPicture(&window, "console-main");
 
+        // The panel below shows the selected plan's progress to its end...
+        NVB::GUI::PlanFileProgress* progress = window.progressPanel()->fileProgress();
+        QVERIFY(QTest::qWaitFor([&] { return progress->progressBar()->value() == 100; }, 10000));
+        QCOMPARE(progress->progressBar()->maximum(), 100);
+        QCOMPARE(progress->label(QLatin1String(ProgressKeys::FilesCopiedValue))->text(), QStringLiteral("2 of 2"));
+        // ...and its history, which exports to CSV.
+        NVB::Console::HistoryPanel* history = window.historyPanel();
+        history->reload();
+        QVERIFY(QTest::qWaitFor([&] { return history->view()->model()->rowCount() == 1; }, 10000));
+        QCOMPARE(history->view()->model()->index(0, 0).data().toString(), QStringLiteral("Console plan"));
+        const QString csv = m_volume.filePath(QStringLiteral("history.csv"));
+        history->setExportTarget(csv);
+        QSignalSpy exported(history, &NVB::Console::HistoryPanel::exported);
+        QTest::mouseClick(history->exportButton(), Qt::LeftButton);
+        QVERIFY(exported.wait());
+        QFile saved(csv);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = saved.readAll().trimmed().split('\n');
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(lines.at(1).startsWith("\"Console plan\""));
+        history->kindBox()->setCurrentIndex(1); // by file: the two files copied
+        QVERIFY(QTest::qWaitFor([&] { return history->view()->model()->rowCount() == 2; }, 10000));
+        history->kindBox()->setCurrentIndex(0);
+
         // With its source gone the next run fails, and the icon says so.
         QVERIFY(QDir().rename(source(), source() + QStringLiteral("-gone")));
         run->trigger();
@@ -211,6 +245,10 @@ private slots:
         QVERIFY(failed);
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanFailed));
+        // Only the failed run passes the result filter.
+        history->resultBox()->setCurrentIndex(history->resultBox()->findData(8));
+        QVERIFY(QTest::qWaitFor([&] { return history->planModel()->rowCount() == 2; }, 10000));
+        QCOMPARE(history->view()->model()->rowCount(), 1);
     }
 };
 
