@@ -11,6 +11,7 @@
 #include "accounts/storages.h"
 #include "app/application.h"
 #include "app/icons/iconmanager.h"
+#include "diskspanel.h"
 #include "historypanel.h"
 #include "planlistview.h"
 #include "planprogresspanel.h"
@@ -44,6 +45,8 @@ MainWindow::MainWindow(QWidget* parent)
     m_tabs->addTab(m_backupPlans, tr("Backup plans"));
     m_tabs->addTab(m_restorePlans, tr("Restore plans"));
     m_tabs->addTab(new NVB::GUI::Settings::Storages(this), tr("Storage"));
+    m_disks = new DisksPanel(this);
+    m_tabs->addTab(m_disks, tr("Disks"));
     setCentralWidget(m_tabs);
     buildToolBar();
     // What the chosen plan is doing and what it did, below the tables.
@@ -131,6 +134,7 @@ void MainWindow::onPlanStatusChanged(int status, int)
 
 void MainWindow::onEngineConnected()
 {
+    m_disks->reload();
     m_connection->setText(tr("Engine: connected"));
     m_connection->setStyleSheet(QString());
 }

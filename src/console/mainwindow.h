@@ -13,6 +13,7 @@ class PlanControlObject;
 
 namespace NVB::Console {
 
+class DisksPanel;
 class HistoryPanel;
 class PlanListView;
 class PlanProgressPanel;
@@ -32,6 +33,7 @@ public:
     NVB::GUI::PlanControlObject* control() const { return m_control; }
     PlanProgressPanel* progressPanel() const { return m_progressPanel; }
     HistoryPanel* historyPanel() const { return m_historyPanel; }
+    DisksPanel* disksPanel() const { return m_disks; }
 
 public slots:
     void onEngineConnected();
@@ -65,6 +67,7 @@ private:
     QAction* m_deleteAction = nullptr;
     PlanProgressPanel* m_progressPanel;
     HistoryPanel* m_historyPanel;
+    DisksPanel* m_disks = nullptr;
     QLabel* m_connection;
     QLabel* m_progress;
     QUuid m_pendingEdit;

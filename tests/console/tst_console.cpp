@@ -14,6 +14,8 @@
 #include "accounts/storageseditlist.h"
 #include "app/delegates/storagenamedelegate.h"
 #include "app/icons/iconmanager.h"
+#include "disks/diskinfobackupmodel.h"
+#include "diskspanel.h"
 #include "engineprocess.h"
 #include "historypanel.h"
 #include "listing/filesystemlisting.h"
@@ -122,6 +124,8 @@ private slots:
         const auto connection = NVB::Common::Communication::ConnectionManager::instance();
         QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
         window.onEngineConnected();
+        // The Disks tab holds what the engine read from this machine.
+        QVERIFY(QTest::qWaitFor([&] { return window.disksPanel()->model()->isLoad(); }, 10000));
 
         // The wizard: account, name, source, finish.
         window.findChild<QAction*>(QStringLiteral("newPlan"))->trigger();
