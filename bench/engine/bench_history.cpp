@@ -92,7 +92,7 @@ int main(int argc, char** argv)
     clock.start();
     const QList<QUuid> plans = fill(store);
     std::printf("filled %d runs and %d file rows in %.1f s\n", Plans * RunsPerPlan, Plans * RunsPerPlan * FilesPerRun,
-                clock.elapsed() / 1000.0);
+        clock.elapsed() / 1000.0);
 
     Notifier notifier;
     Engine engine(&store, &notifier);
@@ -105,25 +105,28 @@ int main(int argc, char** argv)
     };
 
     QJsonArray rows;
-    std::printf("first page by plan: %.2f ms\n",
-                timed([&] { rows = page("HistoryListByPlan", {{"planID", plan}, {"period", "All"}}); }));
+    std::printf("first page by plan: %.2f ms\n", timed([&] {
+        rows = page("HistoryListByPlan", {{"planID", plan}, {"period", "All"}});
+    }));
     std::printf("  (%d rows)\n", int(rows.size()));
-    std::printf("first page by file: %.2f ms\n",
-                timed([&] { rows = page("HistoryListByFiles", {{"planId", plan}, {"period", "All"}}); }));
-    std::printf("first page by file, failures only: %.2f ms (%d rows)\n",
-                timed([&] {
-                    rows = page("HistoryListByFiles", {{"planId", plan}, {"period", "All"}, {"filterOperationType", 3}});
-                }),
-                int(rows.size()));
-    std::printf("first page by file, last day, every plan: %.2f ms (%d rows)\n",
-                timed([&] { rows = page("HistoryListByFiles", {{"period", "DayLast"}}); }), int(rows.size()));
+    std::printf("first page by file: %.2f ms\n", timed([&] {
+        rows = page("HistoryListByFiles", {{"planId", plan}, {"period", "All"}});
+    }));
+    std::printf("first page by file, failures only: %.2f ms (%d rows)\n", timed([&] {
+        rows = page("HistoryListByFiles", {{"planId", plan}, {"period", "All"}, {"filterOperationType", 3}});
+    }),
+        int(rows.size()));
+    std::printf("first page by file, last day, every plan: %.2f ms (%d rows)\n", timed([&] {
+        rows = page("HistoryListByFiles", {{"period", "DayLast"}});
+    }),
+        int(rows.size()));
 
     int exported = 0;
     const double exportMs = timed([&] {
         qint64 last = 0;
         for (;;) {
-            const QJsonArray part = page("HistoryListByFiles",
-                                         {{"planId", plan}, {"period", "All"}, {"generateCSV", true}, {"lastId", last}});
+            const QJsonArray part = page(
+                "HistoryListByFiles", {{"planId", plan}, {"period", "All"}, {"generateCSV", true}, {"lastId", last}});
             exported += part.size();
             if (part.size() < 200)
                 break;

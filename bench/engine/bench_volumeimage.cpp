@@ -77,13 +77,14 @@ int main(int argc, char** argv)
     dropCaches();
     QElapsedTimer clock;
     clock.start();
-    run(QStringLiteral("dd"), {QStringLiteral("if=") + device, QStringLiteral("of=") + ddTarget, QStringLiteral("bs=1M"),
-                               QStringLiteral("conv=fsync"), QStringLiteral("status=none")});
+    run(QStringLiteral("dd"),
+        {QStringLiteral("if=") + device, QStringLiteral("of=") + ddTarget, QStringLiteral("bs=1M"),
+            QStringLiteral("conv=fsync"), QStringLiteral("status=none")});
     const qint64 ddMs = clock.elapsed();
     QFile::remove(ddTarget);
 
     const QString image = dir.filePath(QStringLiteral("volume.nvbimg"));
-    std::atomic_bool stop{false};
+    std::atomic_bool stop {false};
     dropCaches();
     clock.restart();
     const auto result = VolumeImage::backup(device, image, {1 << 20, true, false}, stop);
@@ -97,8 +98,8 @@ int main(int argc, char** argv)
     std::printf("volume 1 GiB, used %.1f MiB (%.1f%%)\n", usedBytes / 1048576.0, usedBytes * 100.0 / (1 << 30));
     std::printf("dd: %lld ms\n", ddMs);
     std::printf("image: %lld ms (%.2fx dd), %lld blocks stored, %lld skipped\n", imageMs, double(imageMs) / ddMs,
-                result.blocksStored, result.blocksSkipped);
+        result.blocksStored, result.blocksSkipped);
     std::printf("stored %.1f MiB = %.1f%% of the volume; used share plus 5%% is %.1f%%\n", stored / 1048576.0,
-                stored * 100.0 / (1 << 30), usedBytes * 100.0 / (1 << 30) + 5);
+        stored * 100.0 / (1 << 30), usedBytes * 100.0 / (1 << 30) + 5);
     return 0;
 }

@@ -146,8 +146,8 @@ void HistoryPanel::onExportReady(QSharedPointer<QTemporaryFile> file)
     m_export->setEnabled(true);
     QString target = m_exportTarget;
     if (target.isEmpty())
-        target = QFileDialog::getSaveFileName(this, tr("Export to CSV"), QStringLiteral("history.csv"),
-                                              tr("CSV files (*.csv)"));
+        target = QFileDialog::getSaveFileName(
+            this, tr("Export to CSV"), QStringLiteral("history.csv"), tr("CSV files (*.csv)"));
     if (target.isEmpty() || !file)
         return;
     QFile::remove(target);

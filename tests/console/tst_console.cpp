@@ -1,13 +1,13 @@
 #include <QAbstractButton>
 #include <QAction>
-#include <QDirIterator>
-#include <QLineEdit>
 #include <QComboBox>
+#include <QDirIterator>
 #include <QLabel>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTableView>
 #include <QStatusBar>
+#include <QTableView>
 #include <QtTest>
 
 #include "accounts/local/localadd.h"

@@ -36,7 +36,8 @@ private slots:
         QTemporaryDir dir;
         const QString image = dir.filePath(QStringLiteral("volume.img"));
         QVERIFY(run(QStringLiteral("truncate"), {QStringLiteral("-s"), QStringLiteral("32M"), image}));
-        QVERIFY(run(QStringLiteral("mkfs.ext4"), {QStringLiteral("-q"), QStringLiteral("-L"), QStringLiteral("nvbscan"), image}));
+        QVERIFY(run(QStringLiteral("mkfs.ext4"),
+            {QStringLiteral("-q"), QStringLiteral("-L"), QStringLiteral("nvbscan"), image}));
         QString device;
         QVERIFY(run(QStringLiteral("losetup"), {QStringLiteral("-f"), QStringLiteral("--show"), image}, &device));
         const QString name = device.mid(5);
@@ -58,7 +59,7 @@ private slots:
         QCOMPARE(volume.fileSystemType(), QStringLiteral("ext4"));
         QCOMPARE(volume.label(), QStringLiteral("nvbscan"));
         QCOMPARE(volume.length(), qint64(32) << 20);
-        QCOMPARE(volume.mountPoints(), QStringList{mountPoint});
+        QCOMPARE(volume.mountPoints(), QStringList {mountPoint});
         QVERIFY(volume.usedSpace() > 0 && volume.usedSpace() < volume.length());
         QVERIFY(!volume.identity().isNull());
         // The record survives the trip through its XML form.

@@ -258,9 +258,8 @@ private slots:
         }
         QCOMPARE(second.last().value(QLatin1String(Format::Worker::ReportProgress2::TotalFileCount)).toInt(), 160);
         QVERIFY2(estimates.size() >= 2, qPrintable(QStringLiteral("%1 estimates").arg(estimates.size())));
-        QVERIFY2(estimates.last() < estimates.first(), qPrintable(QStringLiteral("%1 then %2")
-                                                                     .arg(estimates.first())
-                                                                     .arg(estimates.last())));
+        QVERIFY2(estimates.last() < estimates.first(),
+            qPrintable(QStringLiteral("%1 then %2").arg(estimates.first()).arg(estimates.last())));
     }
 
     void shouldBackUpIncrementallyAndRecordHistory()

@@ -68,15 +68,15 @@ private slots:
         QVERIFY(run(QStringLiteral("mount"), {volume.device, mnt}));
         QByteArray random(3 << 20, Qt::Uninitialized);
         QRandomGenerator(24).fillRange(reinterpret_cast<quint32*>(random.data()), random.size() / 4);
-        QMap<QString, QByteArray> files{{QStringLiteral("random.bin"), random},
-                                        {QStringLiteral("docs/notes.txt"), QByteArray("notes\n").repeated(5000)}};
+        QMap<QString, QByteArray> files {{QStringLiteral("random.bin"), random},
+            {QStringLiteral("docs/notes.txt"), QByteArray("notes\n").repeated(5000)}};
         QDir(mnt).mkpath(QStringLiteral("docs"));
         for (auto it = files.cbegin(); it != files.cend(); ++it) {
             QFile file(mnt + QLatin1Char('/') + it.key());
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write(it.value());
         }
-        std::atomic_bool stop{false};
+        std::atomic_bool stop {false};
         const QString image = dir.filePath(QStringLiteral("backup.nvbimg"));
         // Mounted read-write: imaged, with a warning that says so.
         const auto live = VolumeImage::backup(volume.device, image, {}, stop);

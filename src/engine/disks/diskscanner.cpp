@@ -38,7 +38,7 @@ struct Probe
     QString label;
     QString uuid;
     QString partitionTable; // "dos", "gpt" or empty
-    QString partitionType;  // GPT type GUID or MBR type number
+    QString partitionType; // GPT type GUID or MBR type number
 };
 
 Probe probe(const QString& device)
@@ -101,8 +101,7 @@ qint64 usedSpace(const QStringList& points)
 DiskScanner::DiskScanner(const QString& sysRoot, const QString& mountInfo)
     : m_sysRoot(sysRoot)
     , m_mountInfo(mountInfo)
-{
-}
+{ }
 
 QUuid DiskScanner::diskIdFor(const QString& deviceName)
 {
@@ -136,9 +135,9 @@ QSharedPointer<NVB::Info::DiskInfo> DiskScanner::scan() const
         disk.setCapacity(sectors * 512); // sysfs counts 512-byte sectors whatever the device's own
         const QString device = QStringLiteral("/dev/") + name;
         const Probe whole = probe(device);
-        disk.setPartitionTableType(whole.partitionTable == QLatin1String("gpt")   ? NVB::Info::DiskInfo::Disk::Gpt
-                                   : whole.partitionTable == QLatin1String("dos") ? NVB::Info::DiskInfo::Disk::Mbr
-                                                                                  : NVB::Info::DiskInfo::Disk::None);
+        disk.setPartitionTableType(whole.partitionTable == QLatin1String("gpt") ? NVB::Info::DiskInfo::Disk::Gpt
+                : whole.partitionTable == QLatin1String("dos")                  ? NVB::Info::DiskInfo::Disk::Mbr
+                                                                                : NVB::Info::DiskInfo::Disk::None);
         const auto addVolume = [&](const QString& volumeName, qint64 start, qint64 length, const Probe& found) {
             NVB::Info::DiskInfo::Volume volume;
             const QUuid fsId(found.uuid);
@@ -167,7 +166,7 @@ QSharedPointer<NVB::Info::DiskInfo> DiskScanner::scan() const
                 continue;
             Probe found = probe(QStringLiteral("/dev/") + part);
             addVolume(part, readNumber(partFolder + QStringLiteral("/start")) * 512,
-                      readNumber(partFolder + QStringLiteral("/size")) * 512, found);
+                readNumber(partFolder + QStringLiteral("/size")) * 512, found);
         }
         // A file system straight on the device is its one volume.
         if (disk.volumes().isEmpty() && !whole.type.isEmpty())

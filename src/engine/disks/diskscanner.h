@@ -15,7 +15,7 @@ class DiskScanner
 public:
     // `sysRoot` and `mountInfo` are for tests; by default the real machine.
     explicit DiskScanner(const QString& sysRoot = QStringLiteral("/sys"),
-                         const QString& mountInfo = QStringLiteral("/proc/self/mountinfo"));
+        const QString& mountInfo = QStringLiteral("/proc/self/mountinfo"));
 
     QSharedPointer<NVB::Info::DiskInfo> scan() const;
 

@@ -144,7 +144,7 @@ bool zeroRange(int fd, bool blockDevice, qint64 offset, qint64 length, std::vect
 } // namespace
 
 VolumeImage::Result VolumeImage::backup(const QString& device, const QString& imagePath, const Options& options,
-                                        const std::atomic_bool& stop, const Progress& progress)
+    const std::atomic_bool& stop, const Progress& progress)
 {
     Result result;
     if (options.blockSize < 4096 || options.blockSize > MaxBlockSize || options.blockSize % 512 != 0) {
@@ -152,7 +152,7 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
                            .arg(options.blockSize);
         return result;
     }
-    Fd source{::open(QFile::encodeName(device).constData(), O_RDONLY | O_CLOEXEC)};
+    Fd source {::open(QFile::encodeName(device).constData(), O_RDONLY | O_CLOEXEC)};
     if (source.fd < 0) {
         result.error = QStringLiteral("Cannot open the volume %1: %2").arg(device, systemError());
         return result;
@@ -168,10 +168,11 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
         // Taking the snapshot itself is not done yet, even on LVM.
         result.warnings << QStringLiteral("%1 is mounted read-write and was imaged without a snapshot; files "
                                           "changed meanwhile may be inconsistent in the image (%2)")
-                               .arg(device, snapshot.available ? QStringLiteral("LVM snapshots are not taken yet")
-                                                               : snapshot.message);
+                               .arg(device,
+                                   snapshot.available ? QStringLiteral("LVM snapshots are not taken yet")
+                                                      : snapshot.message);
     }
-    Fd target{::open(QFile::encodeName(imagePath).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)};
+    Fd target {::open(QFile::encodeName(imagePath).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)};
     if (target.fd < 0) {
         result.error = QStringLiteral("Cannot write the image %1: %2").arg(imagePath, systemError());
         return result;
@@ -248,8 +249,8 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
     return result;
 }
 
-VolumeImage::Result VolumeImage::restore(const QString& imagePath, const QString& device,
-                                         const std::atomic_bool& stop, const Progress& progress)
+VolumeImage::Result VolumeImage::restore(
+    const QString& imagePath, const QString& device, const std::atomic_bool& stop, const Progress& progress)
 {
     Result result;
     const QStringList mounted = VolumeSnapshot::mountPoints(device);
@@ -258,7 +259,7 @@ VolumeImage::Result VolumeImage::restore(const QString& imagePath, const QString
                            .arg(device, mounted.join(QStringLiteral(", ")));
         return result;
     }
-    Fd image{::open(QFile::encodeName(imagePath).constData(), O_RDONLY | O_CLOEXEC)};
+    Fd image {::open(QFile::encodeName(imagePath).constData(), O_RDONLY | O_CLOEXEC)};
     if (image.fd < 0) {
         result.error = QStringLiteral("Cannot open the image %1: %2").arg(imagePath, systemError());
         return result;
@@ -275,7 +276,7 @@ VolumeImage::Result VolumeImage::restore(const QString& imagePath, const QString
         return result;
     }
     // O_EXCL on a block device fails while anything holds it mounted.
-    Fd target{::open(QFile::encodeName(device).constData(), O_WRONLY | O_EXCL | O_CLOEXEC)};
+    Fd target {::open(QFile::encodeName(device).constData(), O_WRONLY | O_EXCL | O_CLOEXEC)};
     if (target.fd < 0) {
         result.error = QStringLiteral("Cannot open %1 for the restore: %2").arg(device, systemError());
         return result;
@@ -297,8 +298,8 @@ VolumeImage::Result VolumeImage::restore(const QString& imagePath, const QString
     std::vector<char> zeros(size_t(blockSize), 0);
     qint64 next = 0; // the first byte not yet written
     const auto damaged = [&](const QString& why) {
-        result.error = QStringLiteral("The image %1 is damaged: %2; %3 is left partly written")
-                           .arg(imagePath, why, device);
+        result.error
+            = QStringLiteral("The image %1 is damaged: %2; %3 is left partly written").arg(imagePath, why, device);
         return result;
     };
     for (;;) {

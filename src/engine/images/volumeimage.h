@@ -40,11 +40,11 @@ public:
     using Progress = std::function<void(qint64 done, qint64 total)>;
 
     static Result backup(const QString& device, const QString& imagePath, const Options& options,
-                         const std::atomic_bool& stop, const Progress& progress = {});
+        const std::atomic_bool& stop, const Progress& progress = {});
     // Writes the image over `device`, which must be unmounted and at least as
     // large as the imaged volume; the blocks not stored are zeroed.
-    static Result restore(const QString& imagePath, const QString& device, const std::atomic_bool& stop,
-                          const Progress& progress = {});
+    static Result restore(
+        const QString& imagePath, const QString& device, const std::atomic_bool& stop, const Progress& progress = {});
 };
 
 } // namespace NVB::Engine

@@ -13,7 +13,7 @@ public:
     struct Answer
     {
         bool available = false;
-        QString type;    // "lvm" when available
+        QString type; // "lvm" when available
         QString message; // why not, in the user's words
     };
 
@@ -22,7 +22,7 @@ public:
     // The mount points of a device, from the mount table; empty when it is
     // not mounted. `readOnly` tells whether every mount of it is read-only.
     static QStringList mountPoints(const QString& device, bool* readOnly = nullptr,
-                                   const QString& mountInfo = QStringLiteral("/proc/self/mountinfo"));
+        const QString& mountInfo = QStringLiteral("/proc/self/mountinfo"));
 };
 
 } // namespace NVB::Engine

@@ -9,10 +9,10 @@ namespace NVB::Engine {
 // small ones; with no bytes to move it falls back to the file count.
 struct ProgressFigures
 {
-    int percent = -1;         // -1 while the total is unknown
+    int percent = -1; // -1 while the total is unknown
     qint64 bytesPerSecond = 0;
-    qint64 msLeft = -1;       // -1 while it cannot be told
-    qint64 secondsLeft = -1;  // msLeft rounded up
+    qint64 msLeft = -1; // -1 while it cannot be told
+    qint64 secondsLeft = -1; // msLeft rounded up
     qint64 doneSize = 0;
     qint64 doneCount = 0;
 

@@ -13,8 +13,8 @@ namespace NVB::Engine {
 
 namespace Format = NVB::Common::Communication::Notification::Format;
 using NVB::System::Progress::ProgressItem;
-using SHARED::functions::help::transform::from_byte_to_norm;
 using NVL::Utitlity::TimeDuraton;
+using SHARED::functions::help::transform::from_byte_to_norm;
 
 namespace {
 
@@ -29,8 +29,7 @@ ProgressReport::ProgressReport(const QUuid& planId, int subtype, const RunProgre
     : m_planId(planId)
     , m_subtype(subtype)
     , m_progress(progress)
-{
-}
+{ }
 
 QJsonObject ProgressReport::reportProgress() const
 {
@@ -53,11 +52,12 @@ QJsonObject ProgressReport::reportProgress() const
         {QLatin1String(Keys::StatusValue), status},
         {QLatin1String(Keys::CurrentFile), QStringLiteral("Current file:")},
         {QLatin1String(Keys::CurrentFileValue), m_progress.currentFile},
-        {QLatin1String(Keys::FilesCopied), restore ? QStringLiteral("Files restored:") : QStringLiteral("Files copied:")},
+        {QLatin1String(Keys::FilesCopied),
+            restore ? QStringLiteral("Files restored:") : QStringLiteral("Files copied:")},
         {QLatin1String(Keys::FilesCopiedValue), QStringLiteral("%1 of %2").arg(figures.doneCount).arg(total)},
         {QLatin1String(Keys::Elapsed), TimeDuraton::toString(int(m_progress.elapsedMs / 1000))},
         {QLatin1String(Keys::Size),
-         QStringLiteral("%1 of %2").arg(from_byte_to_norm(double(figures.doneSize)), totalSize)},
+            QStringLiteral("%1 of %2").arg(from_byte_to_norm(double(figures.doneSize)), totalSize)},
         {QLatin1String(Keys::Speed), from_byte_to_norm(double(figures.bytesPerSecond)) + QStringLiteral("/s")},
         {QLatin1String(Keys::TimeLeft), QStringLiteral("Time left:")},
         {QLatin1String(Keys::TimeLeftValue), timeLeftText(figures.secondsLeft)},
@@ -111,14 +111,12 @@ NVB::Common::Communication::V2::Notification::PlanProgress ProgressReport::planP
     typed.setSubType(m_subtype);
     typed.setProgressData(data);
     const QString total = m_progress.totalCount < 0 ? QStringLiteral("?") : QString::number(m_progress.totalCount);
-    typed.setProgressItemList(
-        {QSharedPointer<ProgressItem>::create(QStringLiteral("Files"),
-                                              QStringLiteral("%1 of %2").arg(figures.doneCount).arg(total),
-                                              figures.percent),
-         QSharedPointer<ProgressItem>::create(QStringLiteral("Size"), from_byte_to_norm(double(figures.doneSize))),
-         QSharedPointer<ProgressItem>::create(QStringLiteral("Speed"),
-                                              from_byte_to_norm(double(figures.bytesPerSecond)) + QStringLiteral("/s")),
-         QSharedPointer<ProgressItem>::create(QStringLiteral("Time left"), timeLeftText(figures.secondsLeft))});
+    typed.setProgressItemList({QSharedPointer<ProgressItem>::create(QStringLiteral("Files"),
+                                   QStringLiteral("%1 of %2").arg(figures.doneCount).arg(total), figures.percent),
+        QSharedPointer<ProgressItem>::create(QStringLiteral("Size"), from_byte_to_norm(double(figures.doneSize))),
+        QSharedPointer<ProgressItem>::create(
+            QStringLiteral("Speed"), from_byte_to_norm(double(figures.bytesPerSecond)) + QStringLiteral("/s")),
+        QSharedPointer<ProgressItem>::create(QStringLiteral("Time left"), timeLeftText(figures.secondsLeft))});
     return typed;
 }
 

@@ -33,8 +33,8 @@ struct Walker
             if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
                 continue;
             const QString name = NVL::ByteName::decode(entry->d_name);
-            const QString path = folder == QLatin1String("/") ? QLatin1Char('/') + name
-                                                              : folder + QLatin1Char('/') + name;
+            const QString path
+                = folder == QLatin1String("/") ? QLatin1Char('/') + name : folder + QLatin1Char('/') + name;
             struct stat info
             {
             };
@@ -76,11 +76,10 @@ struct Walker
 } // namespace
 
 TransferScan::Totals TransferScan::count(const FileSelection& selection,
-                                         const std::function<bool(const QString&)>& neverTaken,
-                                         std::optional<bool> oneFileSystem, bool followFileSymlinks,
-                                         const std::atomic_bool& stop)
+    const std::function<bool(const QString&)>& neverTaken, std::optional<bool> oneFileSystem, bool followFileSymlinks,
+    const std::atomic_bool& stop)
 {
-    Walker walker{selection, neverTaken, followFileSymlinks, false, stop, {}};
+    Walker walker {selection, neverTaken, followFileSymlinks, false, stop, {}};
     for (const QString& root : selection.roots()) {
         if (stop)
             break;

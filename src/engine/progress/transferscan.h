@@ -27,7 +27,7 @@ public:
     // (its storage, the engine's data); `oneFileSystem` unset means "only
     // for the root folder /", as the backup job decides.
     static Totals count(const FileSelection& selection, const std::function<bool(const QString&)>& neverTaken,
-                        std::optional<bool> oneFileSystem, bool followFileSymlinks, const std::atomic_bool& stop);
+        std::optional<bool> oneFileSystem, bool followFileSymlinks, const std::atomic_bool& stop);
 };
 
 } // namespace NVB::Engine

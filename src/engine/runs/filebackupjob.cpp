@@ -103,8 +103,9 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         return std::move(m_result);
     }
 
-    const auto planned = TransferScan::count(m_selection, [this](const QString& path) { return isNeverTaken(path); },
-                                             m_parameters.oneFileSystem, m_parameters.followFileSymlinks, stop);
+    const auto planned = TransferScan::count(
+        m_selection, [this](const QString& path) { return isNeverTaken(path); }, m_parameters.oneFileSystem,
+        m_parameters.followFileSymlinks, stop);
     m_result.totals.totalCount = planned.count;
     m_result.totals.totalSize = planned.size;
     m_result.totals.transferStartMs = m_clock.elapsed();

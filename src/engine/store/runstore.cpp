@@ -112,7 +112,7 @@ QString historyFilter(const HistoryQuery& query, const char* timeColumn, const c
         // the time index, ends the backward walk there instead of at the table's
         // first row when the period holds less than a page.
         const QString table = QLatin1String(timeColumn) == QLatin1String("start_utc") ? QStringLiteral("runs")
-                                                                                     : QStringLiteral("run_files");
+                                                                                      : QStringLiteral("run_files");
         // The unary plus keeps the planner off the time index for the page
         // itself: sorting a whole period by id costs more than the walk.
         sql += QStringLiteral(" AND +%1>=? AND id>=coalesce((SELECT id FROM %2 WHERE %1>=? ORDER BY %1 LIMIT 1), "

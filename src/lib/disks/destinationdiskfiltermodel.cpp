@@ -9,8 +9,7 @@ namespace Column = Models::Tree::NvbDiskInfoModelInfo::Column;
 DestinationDiskFilterModel::DestinationDiskFilterModel(long long requiredSize, QObject* parent)
     : QSortFilterProxyModel(parent)
     , m_requiredSize(requiredSize)
-{
-}
+{ }
 
 void DestinationDiskFilterModel::addPtherSelectedDisk(const QUuid& id)
 {

@@ -20,7 +20,7 @@ namespace {
 
 // The colours that tell volumes apart in the disk map and in the table.
 const QColor VolumeColours[] = {QColor(0x1e, 0x88, 0xe5), QColor(0x43, 0xa0, 0x47), QColor(0xfb, 0x8c, 0x00),
-                                QColor(0x8e, 0x24, 0xaa), QColor(0x00, 0xac, 0xc1), QColor(0xe5, 0x39, 0x35)};
+    QColor(0x8e, 0x24, 0xaa), QColor(0x00, 0xac, 0xc1), QColor(0xe5, 0x39, 0x35)};
 
 } // namespace
 
@@ -63,7 +63,8 @@ void DiskInfoModel::onGetDiskInfoResult()
         return;
     try {
         const QJsonObject data = CommandResult::data(command);
-        const auto info = NVB::Info::DiskInfo::createFromXml(data.value(QLatin1String(GetDiskInfo::Reply::Key)).toString());
+        const auto info
+            = NVB::Info::DiskInfo::createFromXml(data.value(QLatin1String(GetDiskInfo::Reply::Key)).toString());
         if (info.isNull())
             throw QStringLiteral("Error on init DiskInfo data");
         setDiskInfo(info);
@@ -164,10 +165,14 @@ QVariant DiskInfoModel::diskData(const QModelIndex& index, int role) const
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {
-    case Info::Column::IsEnabled: return diskName(*disk, index.row() + 1);
-    case Info::Column::Size: return disk->capacity();
-    case Info::Column::DiskId: return disk->diskId();
-    default: return {};
+    case Info::Column::IsEnabled:
+        return diskName(*disk, index.row() + 1);
+    case Info::Column::Size:
+        return disk->capacity();
+    case Info::Column::DiskId:
+        return disk->diskId();
+    default:
+        return {};
     }
 }
 
@@ -189,16 +194,26 @@ QVariant DiskInfoModel::volumeData(const QModelIndex& index, int role) const
         return {};
     const QString mountPoint = volume->mountPoints().value(0);
     switch (index.column()) {
-    case Info::Column::IsEnabled: return mountPoint.isEmpty() ? volume->label() : mountPoint;
-    case Info::Column::Name: return volume->label();
-    case Info::Column::Size: return volume->length();
-    case Info::Column::Used: return volume->usedSpace();
-    case Info::Column::FS: return volume->fileSystemType();
-    case Info::Column::Label: return volume->label();
-    case Info::Column::DiskId: return volume->diskId();
-    case Info::Column::VolumeId: return volume->identity();
-    case Info::Column::MountPoint: return mountPoint;
-    default: return {};
+    case Info::Column::IsEnabled:
+        return mountPoint.isEmpty() ? volume->label() : mountPoint;
+    case Info::Column::Name:
+        return volume->label();
+    case Info::Column::Size:
+        return volume->length();
+    case Info::Column::Used:
+        return volume->usedSpace();
+    case Info::Column::FS:
+        return volume->fileSystemType();
+    case Info::Column::Label:
+        return volume->label();
+    case Info::Column::DiskId:
+        return volume->diskId();
+    case Info::Column::VolumeId:
+        return volume->identity();
+    case Info::Column::MountPoint:
+        return mountPoint;
+    default:
+        return {};
     }
 }
 
@@ -225,9 +240,8 @@ QVariant DiskInfoModel::headerData(int section, Qt::Orientation orientation, int
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    const QString* names[] = {&Info::Name::IsEnabled, &Info::Name::Name,    &Info::Name::Size,
-                              &Info::Name::Used,      &Info::Name::FS,      &Info::Name::Label,
-                              &Info::Name::DiskId,    &Info::Name::VolumeId, &Info::Name::MountPoint};
+    const QString* names[] = {&Info::Name::IsEnabled, &Info::Name::Name, &Info::Name::Size, &Info::Name::Used,
+        &Info::Name::FS, &Info::Name::Label, &Info::Name::DiskId, &Info::Name::VolumeId, &Info::Name::MountPoint};
     return section >= 0 && section < Info::Column::Count ? QVariant(*names[section]) : QVariant();
 }
 

@@ -72,12 +72,16 @@ QVariant RestoreDiskConfigurationModel::data(const QModelIndex& index, int role)
     if (!volume || role != Qt::DisplayRole)
         return {};
     switch (index.column()) {
-    case Info::Column::Source: return Value(volume->sourceDiskId(), volume->sourceIdentity());
+    case Info::Column::Source:
+        return Value(volume->sourceDiskId(), volume->sourceIdentity());
     case Info::Column::Destination:
-        return volume->isDestinationEnabled() ? QVariant(Value(volume->destinationDiskId(), volume->destinationIdentity()))
-                                              : QVariant();
-    case Info::Column::Length: return volume->length();
-    default: return {};
+        return volume->isDestinationEnabled()
+            ? QVariant(Value(volume->destinationDiskId(), volume->destinationIdentity()))
+            : QVariant();
+    case Info::Column::Length:
+        return volume->length();
+    default:
+        return {};
     }
 }
 
@@ -101,10 +105,14 @@ QVariant RestoreDiskConfigurationModel::headerData(int section, Qt::Orientation 
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
     switch (section) {
-    case Info::Column::Source: return Info::Name::Source;
-    case Info::Column::Destination: return Info::Name::Destination;
-    case Info::Column::Length: return Info::Name::Length;
-    default: return {};
+    case Info::Column::Source:
+        return Info::Name::Source;
+    case Info::Column::Destination:
+        return Info::Name::Destination;
+    case Info::Column::Length:
+        return Info::Name::Length;
+    default:
+        return {};
     }
 }
 

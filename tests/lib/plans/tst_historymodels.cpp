@@ -19,9 +19,9 @@ QJsonArray runs(int firstId, int count, const QString& name = QStringLiteral("Do
 {
     QJsonArray page;
     for (int i = 0; i < count; ++i) {
-        page.append(QJsonObject{{"DbID", firstId - i}, {"PlanName", name}, {"Result", 6}, {"Operation", 0},
-                                {"StartTimeUTC", "20261122235930"}, {"Duration", 45},
-                                {"CSVLine", QStringLiteral("\"%1\",\"%2\"").arg(name).arg(firstId - i)}});
+        page.append(QJsonObject {{"DbID", firstId - i}, {"PlanName", name}, {"Result", 6}, {"Operation", 0},
+            {"StartTimeUTC", "20261122235930"}, {"Duration", 45},
+            {"CSVLine", QStringLiteral("\"%1\",\"%2\"").arg(name).arg(firstId - i)}});
     }
     return page;
 }
@@ -90,7 +90,7 @@ private slots:
         HistoryGetByFileModel model;
         QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         m_peer->onCommand(QStringLiteral("HistoryListByFiles"),
-                          EngineTestPeer::Answer::reply({{"HistoryListByFiles", QJsonArray()}}));
+            EngineTestPeer::Answer::reply({{"HistoryListByFiles", QJsonArray()}}));
         QSignalSpy done(&model, &BaseModel::complite);
         model.load(0, QUuid::createUuid(), 0);
         QVERIFY(done.wait());
@@ -107,7 +107,8 @@ private slots:
         QTest::addColumn<QVariant>("colour");
         QTest::newRow("across midnight") << 6 << "20261231235930" << 45 << QVariant("20270101000015")
                                          << QVariant(QColor(Qt::darkGreen));
-        QTest::newRow("running has none") << 2 << "20261122100000" << 10 << QVariant() << QVariant(QColor(Qt::darkGreen));
+        QTest::newRow("running has none")
+            << 2 << "20261122100000" << 10 << QVariant() << QVariant(QColor(Qt::darkGreen));
         QTest::newRow("failed") << 8 << "20261122100000" << 3600 << QVariant("20261122110000")
                                 << QVariant(QColor(Qt::red));
         QTest::newRow("warning") << 7 << "20261122100000" << 0 << QVariant("20261122100000")
@@ -124,11 +125,9 @@ private slots:
         QFETCH(QVariant, colour);
         HistoryGetByPlanModel model;
         m_peer->onCommand(QStringLiteral("HistoryListByPlan"),
-                          EngineTestPeer::Answer::reply({{"HistoryListByPlan",
-                                                          QJsonArray{QJsonObject{{"DbID", 1},
-                                                                                 {"Result", result},
-                                                                                 {"StartTimeUTC", start},
-                                                                                 {"Duration", duration}}}}}));
+            EngineTestPeer::Answer::reply({{"HistoryListByPlan",
+                QJsonArray {
+                    QJsonObject {{"DbID", 1}, {"Result", result}, {"StartTimeUTC", start}, {"Duration", duration}}}}}));
         QSignalSpy done(&model, &BaseModel::complite);
         model.load(3, QUuid::createUuid());
         QVERIFY(done.wait());
@@ -151,7 +150,7 @@ private slots:
             if (last == 0 || last == 1001) {
                 const int first = last == 0 ? 1200 : 1000;
                 for (int i = 0; i < 200; ++i)
-                    page.append(QJsonObject{{"ID", first - i}, {"CSVLine", QStringLiteral("\"f%1\"").arg(first - i)}});
+                    page.append(QJsonObject {{"ID", first - i}, {"CSVLine", QStringLiteral("\"f%1\"").arg(first - i)}});
             }
             return EngineTestPeer::Answer::reply({{"HistoryListByFiles", page}});
         });

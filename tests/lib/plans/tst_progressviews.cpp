@@ -41,7 +41,8 @@ private slots:
         PlanFileProgress view;
         view.resize(300, 200);
         view.show();
-        const QString path = QStringLiteral("/home/user/") + QString(400, QLatin1Char('x')) + QStringLiteral("/last.txt");
+        const QString path
+            = QStringLiteral("/home/user/") + QString(400, QLatin1Char('x')) + QStringLiteral("/last.txt");
         view.onUpdated({{Keys::CurrentFileValue, path}});
         const QString shown = view.label(Keys::CurrentFileValue)->text();
         QVERIFY(shown.size() < path.size());
@@ -69,12 +70,12 @@ private slots:
         QCOMPARE(view.sizeLabel()->text(), QStringLiteral(" 0 "));
         QCOMPARE(view.speedLabel()->text(), QStringLiteral("( 0 )"));
         const auto message = [](int read, int sent) {
-            const QVariantMap volume{{Disk::Volume::Id, "p1"}, {Disk::Volume::Name, "sda1 (/)"},
-                                     {Disk::Volume::ProgressRead, read}, {Disk::Volume::ProgressUpload, sent}};
-            const QVariantMap disk{{Disk::Id, "sda"}, {Disk::Name, "sda (ATA disk)"}, {Disk::ProgressRead, read / 2},
-                                   {Disk::ProgressUpload, sent / 2}, {Disk::Volumes, QVariantList{volume}}};
-            return QMap<QString, QVariant>{{Keys::DiskImage::Size, 2048}, {Keys::DiskImage::Speed, 1024},
-                                           {Keys::DiskImage::Disks, QVariantList{disk}}};
+            const QVariantMap volume {{Disk::Volume::Id, "p1"}, {Disk::Volume::Name, "sda1 (/)"},
+                {Disk::Volume::ProgressRead, read}, {Disk::Volume::ProgressUpload, sent}};
+            const QVariantMap disk {{Disk::Id, "sda"}, {Disk::Name, "sda (ATA disk)"}, {Disk::ProgressRead, read / 2},
+                {Disk::ProgressUpload, sent / 2}, {Disk::Volumes, QVariantList {volume}}};
+            return QMap<QString, QVariant> {{Keys::DiskImage::Size, 2048}, {Keys::DiskImage::Speed, 1024},
+                {Keys::DiskImage::Disks, QVariantList {disk}}};
         };
         view.onUpdated(message(40, 20));
         view.onUpdated(message(80, 60));
@@ -104,7 +105,7 @@ private slots:
             progress.setSubType(1);
             progress.setProgressItemList(
                 {QSharedPointer<NVB::System::Progress::ProgressItem>::create(QStringLiteral("Files"), value, 50),
-                 QSharedPointer<NVB::System::Progress::ProgressItem>::create(QStringLiteral("Speed"), "1 MB/s")});
+                    QSharedPointer<NVB::System::Progress::ProgressItem>::create(QStringLiteral("Speed"), "1 MB/s")});
             peer.notifyV2(progress);
         };
         send(QUuid::createUuid(), QStringLiteral("1 of 2"));

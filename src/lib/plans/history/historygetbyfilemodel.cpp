@@ -48,9 +48,8 @@ QVariant HistoryGetByFileModel::headerData(int section, Qt::Orientation orientat
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    const QString* names[] = {&Info::Name::Operation,  &Info::Name::PlanName, &Info::Name::File,
-                              &Info::Name::Size,       &Info::Name::FinishTime, &Info::Name::Duration,
-                              &Info::Name::DateModified, &Info::Name::Message};
+    const QString* names[] = {&Info::Name::Operation, &Info::Name::PlanName, &Info::Name::File, &Info::Name::Size,
+        &Info::Name::FinishTime, &Info::Name::Duration, &Info::Name::DateModified, &Info::Name::Message};
     return section >= 0 && section < Info::Column::Count ? QVariant(*names[section]) : QVariant();
 }
 
@@ -77,17 +76,27 @@ QVariant HistoryGetByFileModel::data(const QModelIndex& index, int role) const
             : QVariant();
     case Qt::DisplayRole:
         switch (index.column()) {
-        case Info::Column::Operation: return operation;
-        case Info::Column::PlanName: return value(ByFiles::Reply::PlanName);
-        case Info::Column::File: return value(ByFiles::Reply::File);
-        case Info::Column::Size: return value(ByFiles::Reply::Size);
-        case Info::Column::FinishTime: return value(ByFiles::Reply::FinishTime);
-        case Info::Column::Duration: return value(ByFiles::Reply::Duration);
-        case Info::Column::DateModified: return value(ByFiles::Reply::DateModified);
-        case Info::Column::Message: return value(ByFiles::Reply::Message);
-        default: return {};
+        case Info::Column::Operation:
+            return operation;
+        case Info::Column::PlanName:
+            return value(ByFiles::Reply::PlanName);
+        case Info::Column::File:
+            return value(ByFiles::Reply::File);
+        case Info::Column::Size:
+            return value(ByFiles::Reply::Size);
+        case Info::Column::FinishTime:
+            return value(ByFiles::Reply::FinishTime);
+        case Info::Column::Duration:
+            return value(ByFiles::Reply::Duration);
+        case Info::Column::DateModified:
+            return value(ByFiles::Reply::DateModified);
+        case Info::Column::Message:
+            return value(ByFiles::Reply::Message);
+        default:
+            return {};
         }
-    default: return {};
+    default:
+        return {};
     }
 }
 
@@ -113,12 +122,12 @@ QString HistoryGetByFileModel::commandName() const
 
 QJsonObject HistoryGetByFileModel::arguments(int period, const QUuid& planId, int type, int lastId, bool csv) const
 {
-    QJsonObject params{{QLatin1String(ByFiles::Request::Filter), QString()},
-                       {QLatin1String(ByFiles::Request::FilterOperationType::Key), type},
-                       {QLatin1String(ByFiles::Request::LastId), lastId},
-                       {QLatin1String(ByFiles::Request::Period), periodText(period)},
-                       {QLatin1String(ByFiles::Request::PlanId), planId.toString().mid(1, 36)},
-                       {QLatin1String(ByFiles::Request::Profile), PlanCommand::profile()}};
+    QJsonObject params {{QLatin1String(ByFiles::Request::Filter), QString()},
+        {QLatin1String(ByFiles::Request::FilterOperationType::Key), type},
+        {QLatin1String(ByFiles::Request::LastId), lastId},
+        {QLatin1String(ByFiles::Request::Period), periodText(period)},
+        {QLatin1String(ByFiles::Request::PlanId), planId.toString().mid(1, 36)},
+        {QLatin1String(ByFiles::Request::Profile), PlanCommand::profile()}};
     if (csv)
         params.insert(QLatin1String(ByFiles::Request::GenerateCSV), true);
     return params;

@@ -1,8 +1,8 @@
 #include "historygetbyplanmodel.h"
 
 #include <QColor>
-#include <QIcon>
 #include <QDateTime>
+#include <QIcon>
 
 #include "models/models.h"
 #include "plans/plancommand.h"
@@ -24,16 +24,21 @@ QVariant resultColour(int result)
 {
     switch (result) {
     case 8:
-    case 10: return QColor(Qt::red);
+    case 10:
+        return QColor(Qt::red);
     case 5:
-    case 7: return QColor(Qt::darkYellow);
+    case 7:
+        return QColor(Qt::darkYellow);
     case 2:
-    case 6: return QColor(Qt::darkGreen);
+    case 6:
+        return QColor(Qt::darkGreen);
     case 9:
     case 11:
     case 12:
-    case 13: return QColor(Qt::blue);
-    default: return {};
+    case 13:
+        return QColor(Qt::blue);
+    default:
+        return {};
     }
 }
 
@@ -54,9 +59,8 @@ QVariant HistoryGetByPlanModel::headerData(int section, Qt::Orientation orientat
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    const QString* names[] = {&Info::Name::PlanName, &Info::Name::Files,    &Info::Name::Size,
-                              &Info::Name::Result,   &Info::Name::StartTime, &Info::Name::Duration,
-                              &Info::Name::FinishTime, &Info::Name::ErrorMessage};
+    const QString* names[] = {&Info::Name::PlanName, &Info::Name::Files, &Info::Name::Size, &Info::Name::Result,
+        &Info::Name::StartTime, &Info::Name::Duration, &Info::Name::FinishTime, &Info::Name::ErrorMessage};
     return section >= 0 && section < Info::Column::Count ? QVariant(*names[section]) : QVariant();
 }
 
@@ -64,7 +68,8 @@ QVariant HistoryGetByPlanModel::finishTime(const QMap<QString, QVariant>& row)
 {
     if (row.value(QLatin1String(ByPlan::Reply::Result)).toInt() == 2)
         return {};
-    QDateTime start = QDateTime::fromString(row.value(QLatin1String(ByPlan::Reply::StartTimeUTC)).toString(), StampFormat);
+    QDateTime start
+        = QDateTime::fromString(row.value(QLatin1String(ByPlan::Reply::StartTimeUTC)).toString(), StampFormat);
     if (!start.isValid())
         return {};
     // The stamps are UTC; counted as such the arithmetic knows no daylight
@@ -92,20 +97,30 @@ QVariant HistoryGetByPlanModel::data(const QModelIndex& index, int role) const
         if (index.column() != 0)
             return {};
         return PlanTableModel::palnStatusIcon(value(ByPlan::Reply::Operation).toInt() == 0 ? 1 : 2,
-                                              NVB::Info::Plan::PlanResult(value(ByPlan::Reply::Result).toInt()));
+            NVB::Info::Plan::PlanResult(value(ByPlan::Reply::Result).toInt()));
     case Qt::DisplayRole:
         switch (index.column()) {
-        case Info::Column::PlanName: return value(ByPlan::Reply::PlanName);
-        case Info::Column::Files: return value(ByPlan::Reply::FileOperationsTotalCount);
-        case Info::Column::Size: return value(ByPlan::Reply::Size);
-        case Info::Column::Result: return value(ByPlan::Reply::Result).toInt();
-        case Info::Column::StartTime: return value(ByPlan::Reply::StartTimeUTC);
-        case Info::Column::Duration: return value(ByPlan::Reply::Duration);
-        case Info::Column::FinishTime: return finishTime(row);
-        case Info::Column::ErrorMessage: return value(ByPlan::Reply::ErrorMessage);
-        default: return {};
+        case Info::Column::PlanName:
+            return value(ByPlan::Reply::PlanName);
+        case Info::Column::Files:
+            return value(ByPlan::Reply::FileOperationsTotalCount);
+        case Info::Column::Size:
+            return value(ByPlan::Reply::Size);
+        case Info::Column::Result:
+            return value(ByPlan::Reply::Result).toInt();
+        case Info::Column::StartTime:
+            return value(ByPlan::Reply::StartTimeUTC);
+        case Info::Column::Duration:
+            return value(ByPlan::Reply::Duration);
+        case Info::Column::FinishTime:
+            return finishTime(row);
+        case Info::Column::ErrorMessage:
+            return value(ByPlan::Reply::ErrorMessage);
+        default:
+            return {};
         }
-    default: return {};
+    default:
+        return {};
     }
 }
 
@@ -131,12 +146,11 @@ QString HistoryGetByPlanModel::commandName() const
 
 QJsonObject HistoryGetByPlanModel::arguments(int period, const QUuid& planId, int, int lastId, bool csv) const
 {
-    QJsonObject params{{QLatin1String(ByPlan::Request::Filter), QString()},
-                       {QLatin1String(ByPlan::Request::LastID), lastId},
-                       {QLatin1String(ByPlan::Request::Period), periodText(period)},
-                       // Without braces, unlike every other id of the channel.
-                       {QLatin1String(ByPlan::Request::PlanID), planId.toString().mid(1, 36)},
-                       {QLatin1String(ByPlan::Request::Profile), PlanCommand::profile()}};
+    QJsonObject params {{QLatin1String(ByPlan::Request::Filter), QString()},
+        {QLatin1String(ByPlan::Request::LastID), lastId}, {QLatin1String(ByPlan::Request::Period), periodText(period)},
+        // Without braces, unlike every other id of the channel.
+        {QLatin1String(ByPlan::Request::PlanID), planId.toString().mid(1, 36)},
+        {QLatin1String(ByPlan::Request::Profile), PlanCommand::profile()}};
     if (csv)
         params.insert(QLatin1String(ByPlan::Request::GenerateCSV), true);
     return params;

@@ -21,10 +21,14 @@ HistoryTableModel::HistoryTableModel(QObject* parent)
 QString HistoryTableModel::periodText(int period)
 {
     switch (period) {
-    case 1: return QStringLiteral("DayLast");
-    case 2: return QStringLiteral("WeekLast");
-    case 3: return QStringLiteral("MonthLast");
-    default: return QStringLiteral("All");
+    case 1:
+        return QStringLiteral("DayLast");
+    case 2:
+        return QStringLiteral("WeekLast");
+    case 3:
+        return QStringLiteral("MonthLast");
+    default:
+        return QStringLiteral("All");
     }
 }
 

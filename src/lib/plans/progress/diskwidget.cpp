@@ -51,7 +51,8 @@ void PlanDiskImageProgress::DiskWidget::updateRow(const QString& key, const QVar
     }
     it->name->setText(entry.value(QLatin1String(volume ? Disk::Volume::Name : Disk::Name)).toString());
     it->bar->setRange(0, 100);
-    it->bar->setValueFirst(entry.value(QLatin1String(volume ? Disk::Volume::ProgressRead : Disk::ProgressRead)).toInt());
+    it->bar->setValueFirst(
+        entry.value(QLatin1String(volume ? Disk::Volume::ProgressRead : Disk::ProgressRead)).toInt());
     it->bar->setValueSecond(
         entry.value(QLatin1String(volume ? Disk::Volume::ProgressUpload : Disk::ProgressUpload)).toInt());
 }

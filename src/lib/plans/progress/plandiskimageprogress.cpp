@@ -39,13 +39,13 @@ void PlanDiskImageProgress::setDefault()
 }
 
 void PlanDiskImageProgress::setCurrent(int)
-{
-}
+{ }
 
 void PlanDiskImageProgress::onUpdated(const QMap<QString, QVariant>& message)
 {
     m_size->setText(SizeDelegate::toText(message.value(QLatin1String(Keys::Size)), QLocale()));
-    m_speed->setText(QStringLiteral("( %1 / s )").arg(SizeDelegate::toText(message.value(QLatin1String(Keys::Speed)), QLocale())));
+    m_speed->setText(
+        QStringLiteral("( %1 / s )").arg(SizeDelegate::toText(message.value(QLatin1String(Keys::Speed)), QLocale())));
     m_elapsed->setText(DuratonDelegate::toText(message.value(QLatin1String(Keys::Elapsed))));
     m_disks->update(message.value(QLatin1String(Keys::Disks)));
     m_disks->adjustSize();

@@ -18,11 +18,9 @@ PlanFileProgress::PlanFileProgress(QWidget* parent)
 {
     auto* layout = new QGridLayout(this);
     // Caption and value side by side, one line each.
-    const QList<QPair<const char*, const char*>> rows{
-        {Keys::Status, Keys::StatusValue},     {Keys::CurrentFile, Keys::CurrentFileValue},
-        {Keys::FilesCopied, Keys::FilesCopiedValue}, {nullptr, Keys::Size},
-        {nullptr, Keys::Speed},                {nullptr, Keys::Elapsed},
-        {Keys::TimeLeft, Keys::TimeLeftValue}};
+    const QList<QPair<const char*, const char*>> rows {{Keys::Status, Keys::StatusValue},
+        {Keys::CurrentFile, Keys::CurrentFileValue}, {Keys::FilesCopied, Keys::FilesCopiedValue}, {nullptr, Keys::Size},
+        {nullptr, Keys::Speed}, {nullptr, Keys::Elapsed}, {Keys::TimeLeft, Keys::TimeLeftValue}};
     int row = 0;
     for (const auto& [caption, value] : rows) {
         if (caption) {
@@ -78,9 +76,9 @@ void PlanFileProgress::setCurrent(int subType)
 
 void PlanFileProgress::onUpdated(const QMap<QString, QVariant>& message)
 {
-    const char* plain[] = {Keys::StatusValue, Keys::CurrentFile, Keys::Elapsed, Keys::FilesCopied,
-                           Keys::FilesCopiedValue, Keys::Size, Keys::Speed, Keys::Status,
-                           Keys::StatusValue, Keys::TimeLeft, Keys::TimeLeftValue};
+    const char* plain[]
+        = {Keys::StatusValue, Keys::CurrentFile, Keys::Elapsed, Keys::FilesCopied, Keys::FilesCopiedValue, Keys::Size,
+            Keys::Speed, Keys::Status, Keys::StatusValue, Keys::TimeLeft, Keys::TimeLeftValue};
     for (const char* key : plain)
         m_labels.value(QLatin1String(key))->setText(message.value(QLatin1String(key)).toString());
 

@@ -14,8 +14,7 @@ ProgressItem::ProgressItem(QSharedPointer<NVB::Info::Plan::PlanObject> plan, QOb
     : QObject(parent)
     , NotificationSubscriber({Notification::PlanProgress::TypeId})
     , m_plan(std::move(plan))
-{
-}
+{ }
 
 bool ProgressItem::handleNotificationEvent(NotificationEvent* event)
 {

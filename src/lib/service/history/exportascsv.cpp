@@ -27,14 +27,14 @@ QSharedPointer<QTemporaryFile> ExportAsCSV::preparePlanExport(const QStringList&
 {
     return write(QStringLiteral("\"Plan\",\"Start time (UTC)\",\"Duration (s)\",\"Result\",\"Files\",\"Size\","
                                 "\"Error message\""),
-                 lines);
+        lines);
 }
 
 QSharedPointer<QTemporaryFile> ExportAsCSV::prepareFileExport(const QStringList& lines)
 {
     return write(QStringLiteral("\"Plan\",\"File\",\"Operation\",\"Size\",\"Finish time (UTC)\","
                                 "\"Date modified (UTC)\",\"Message\""),
-                 lines);
+        lines);
 }
 
 } // namespace NVB::Common::History
