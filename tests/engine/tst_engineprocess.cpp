@@ -207,6 +207,9 @@ private slots:
                                          << QJsonObject {{"ID", QUuid::createUuid().toString()}}
                                          << "No storage account";
         QTest::newRow("bad period") << "HistoryListByPlan" << QJsonObject {{"period", "Yesterday"}} << "Yesterday";
+        QTest::newRow("bad history plan") << "HistoryListByFiles" << QJsonObject {{"planId", "nonsense"}}
+                                          << "\"planId\"";
+        QTest::newRow("no snapshot driver") << "SnapshotInstall" << QJsonObject {{"type", 1}} << "not available";
     }
 
     void shouldAnswerBadRequestsWithClearErrors()
