@@ -1,16 +1,23 @@
 #include <QAbstractButton>
 #include <QAction>
+#include <QComboBox>
 #include <QDirIterator>
+#include <QLabel>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTableView>
 #include <QtTest>
 
 #include "accounts/local/localadd.h"
 #include "accounts/storageseditlist.h"
 #include "app/delegates/storagenamedelegate.h"
 #include "app/icons/iconmanager.h"
+#include "disks/diskinfobackupmodel.h"
+#include "diskspanel.h"
 #include "engineprocess.h"
+#include "historypanel.h"
 #include "listing/filesystemlisting.h"
 #include "mainwindow.h"
 #include "modaldialog.h"
@@ -18,9 +25,13 @@
 #include "models/modelmanager.h"
 #include "models/models.h"
 #include "planlistview.h"
+#include "planprogresspanel.h"
+#include "plans/history/historygetbyplanmodel.h"
+#include "plans/progress/planfileprogress.h"
 #include "plantablecreator.h"
 #include "records/plan/planresult.h"
 #include "service/connectionmanager.h"
+#include "service/notification/format.h"
 #include "storage/storageconnectionsmodelcreator.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
@@ -34,6 +45,7 @@ using NVB::GUI::BackupPlanEditWizard;
 using NVB::GUI::IconManager;
 using NvbTest::whenModal;
 namespace Column = NVB::GUI::Models::Table::NvbPlanBackupModelInfo::Column;
+namespace ProgressKeys = NVB::Common::Communication::Notification::Format::Worker::ReportProgress;
 
 namespace {
 
@@ -113,6 +125,8 @@ private slots:
         const auto connection = NVB::Common::Communication::ConnectionManager::instance();
         QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
         window.onEngineConnected();
+        // The Disks tab holds what the engine read from this machine.
+        QVERIFY(QTest::qWaitFor([&] { return window.disksPanel()->model()->isLoad(); }, 10000));
 
         // The format, then the wizard: account, name, source, finish.
         // The new format, which keeps the files in packs (checked below).
@@ -212,6 +226,30 @@ private slots:
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));
         keepPicture(&window, "console-main");
 
+        // The panel below shows the selected plan's progress to its end...
+        NVB::GUI::PlanFileProgress* progress = window.progressPanel()->fileProgress();
+        QVERIFY(QTest::qWaitFor([&] { return progress->progressBar()->value() == 100; }, 10000));
+        QCOMPARE(progress->progressBar()->maximum(), 100);
+        QCOMPARE(progress->label(QLatin1String(ProgressKeys::FilesCopiedValue))->text(), QStringLiteral("2 of 2"));
+        // ...and its history, which exports to CSV.
+        NVB::Console::HistoryPanel* history = window.historyPanel();
+        history->reload();
+        QVERIFY(QTest::qWaitFor([&] { return history->view()->model()->rowCount() == 1; }, 10000));
+        QCOMPARE(history->view()->model()->index(0, 0).data().toString(), QStringLiteral("Console plan"));
+        const QString csv = m_volume.filePath(QStringLiteral("history.csv"));
+        history->setExportTarget(csv);
+        QSignalSpy exported(history, &NVB::Console::HistoryPanel::exported);
+        QTest::mouseClick(history->exportButton(), Qt::LeftButton);
+        QVERIFY(exported.wait());
+        QFile saved(csv);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = saved.readAll().trimmed().split('\n');
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(lines.at(1).startsWith("\"Console plan\""));
+        history->kindBox()->setCurrentIndex(1); // by file: the two files copied
+        QVERIFY(QTest::qWaitFor([&] { return history->view()->model()->rowCount() == 2; }, 10000));
+        history->kindBox()->setCurrentIndex(0);
+
         // With its source gone the next run fails, and the icon says so.
         QVERIFY(QDir().rename(source(), source() + QStringLiteral("-gone")));
         run->trigger();
@@ -225,6 +263,10 @@ private slots:
         QVERIFY(failed);
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanFailed));
+        // Only the failed run passes the result filter.
+        history->resultBox()->setCurrentIndex(history->resultBox()->findData(8));
+        QVERIFY(QTest::qWaitFor([&] { return history->planModel()->rowCount() == 2; }, 10000));
+        QCOMPARE(history->view()->model()->rowCount(), 1);
     }
 };
 

@@ -13,6 +13,7 @@
 
 #include "core/bytename.h"
 #include "filecopier.h"
+#include "progress/transferscan.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -102,6 +103,13 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         return std::move(m_result);
     }
 
+    const auto planned = TransferScan::count(
+        m_selection, [this](const QString& path) { return isNeverTaken(path); }, m_parameters.oneFileSystem,
+        m_parameters.followFileSymlinks, stop);
+    m_result.totals.totalCount = planned.count;
+    m_result.totals.totalSize = planned.size;
+    m_result.totals.transferStartMs = m_clock.elapsed();
+    report(true);
     const QStringList previousParents = m_parameters.previousParents;
     m_unvisitedParents = QSet<QString>(previousParents.cbegin(), previousParents.cend());
     // Roots are compared with the previous point's entries of their parent

@@ -123,8 +123,17 @@ QString historyFilter(const HistoryQuery& query, const char* timeColumn, const c
     }
     const QDateTime since = query.since(QDateTime::currentDateTimeUtc());
     if (since.isValid()) {
-        sql += QStringLiteral(" AND %1>=?").arg(QLatin1String(timeColumn));
-        *values << stamp(since);
+        // Ids grow with time: the id of the period's first row, one seek in
+        // the time index, ends the backward walk there instead of at the table's
+        // first row when the period holds less than a page.
+        const QString table = QLatin1String(timeColumn) == QLatin1String("start_utc") ? QStringLiteral("runs")
+                                                                                      : QStringLiteral("run_files");
+        // The unary plus keeps the planner off the time index for the page
+        // itself: sorting a whole period by id costs more than the walk.
+        sql += QStringLiteral(" AND +%1>=? AND id>=coalesce((SELECT id FROM %2 WHERE %1>=? ORDER BY %1 LIMIT 1), "
+                              "9223372036854775807)")
+                   .arg(QLatin1String(timeColumn), table);
+        *values << stamp(since) << stamp(since);
     }
     if (!query.filter.isEmpty()) {
         sql += QStringLiteral(" AND instr(lower(%1), lower(?))>0").arg(QLatin1String(textColumn));

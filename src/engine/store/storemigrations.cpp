@@ -115,6 +115,14 @@ QVector<StoreMigrations::Migration> build()
                         "PRIMARY KEY(generation_id, object_key))"),
             QStringLiteral("CREATE TABLE chunk_index(generation_id TEXT NOT NULL, chunk_id BLOB NOT NULL, "
                            "pack_key TEXT NOT NULL, PRIMARY KEY(generation_id, chunk_id)) WITHOUT ROWID")}});
+    // 11: history pages filtered by file operation, with or without a plan,
+    // read an index in id order instead of every row of the plan; a period's
+    // start is found by time.
+    steps.append({11,
+        {QStringLiteral("CREATE INDEX run_files_by_plan_operation ON run_files(plan_id, operation, id)"),
+            QStringLiteral("CREATE INDEX run_files_by_operation ON run_files(operation, id)"),
+            QStringLiteral("CREATE INDEX run_files_by_finish ON run_files(finish_utc)"),
+            QStringLiteral("CREATE INDEX runs_by_start ON runs(start_utc)")}});
     return steps;
 }
 

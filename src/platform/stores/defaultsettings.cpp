@@ -52,6 +52,8 @@ QMap<QString, QString> DefaultSettings::defaultValues()
     using namespace Constants::RetentionPolicy;
     return {
         {QStringLiteral("DefaultChunkSize"), QStringLiteral("10485760")},
+        // Days after a plan's last good run before the plan table marks it.
+        {QStringLiteral("PlanOverdueDays"), QStringLiteral("7")},
         {QStringLiteral("MultiThread threads count"), QStringLiteral("4")},
         {QStringLiteral("MultiThread memory usage"), QStringLiteral("536870912")},
         {QStringLiteral("Glacier queue size"), QStringLiteral("10")},
