@@ -57,14 +57,16 @@ QMap<QString, QVariant> TestLifecyclePolicyModel::config() const
     return {{NVL::Cloud::Config::Type, NVL::Cloud::Name::AmazonS3Like}, {S3::AccessKey, QStringLiteral("key")},
         {S3::SecretKey, QStringLiteral("secret")},
         {NVL::Cloud::Api::Config::Http::Endpoint, QStringLiteral("127.0.0.1:%1").arg(m_port)},
-        {NVL::Cloud::Api::Config::Http::UseSsl, false}, {NVL::Cloud::OperationConfig::ContainerName, QStringLiteral("nvb-rules")}};
+        {NVL::Cloud::Api::Config::Http::UseSsl, false},
+        {NVL::Cloud::OperationConfig::ContainerName, QStringLiteral("nvb-rules")}};
 }
 
 QStringList TestLifecyclePolicyModel::requests() const
 {
     QFile file(m_dir.filePath(QStringLiteral("requests")));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
-                                          : QStringList();
+    return file.open(QIODevice::ReadOnly)
+        ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+        : QStringList();
 }
 
 void TestLifecyclePolicyModel::open(AmazonLifecyclePolicyModel& model)

@@ -1,6 +1,6 @@
-#include <QtTest>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QtTest>
 
 #include "cloud/certificatepins.h"
 #include "cloud/cloudconfig.h"
@@ -141,12 +141,14 @@ void TestS3Client::shouldMapServerRefusals()
 
     S3Client client;
     const QMap<QString, QVariant> good = config(QStringLiteral("V4"));
-    OperationResult result = client.createContainer(good, {{QStringLiteral("Name"), QStringLiteral("Bad_Name!")}}, m_cancel);
+    OperationResult result
+        = client.createContainer(good, {{QStringLiteral("Name"), QStringLiteral("Bad_Name!")}}, m_cancel);
     QCOMPARE(result.errorCode, int(OperationError::InvalidName));
     QVERIFY2(result.errorMessage.contains(QLatin1String("Bad_Name!")), qPrintable(result.errorMessage));
 
     result = client.createContainer(good,
-        {{QStringLiteral("Name"), QStringLiteral("nvb-far-away")}, {QStringLiteral("Location"), QStringLiteral("mars-1")}},
+        {{QStringLiteral("Name"), QStringLiteral("nvb-far-away")},
+            {QStringLiteral("Location"), QStringLiteral("mars-1")}},
         m_cancel);
     QVERIFY(result.isError());
     QCOMPARE(result.errorCode, int(OperationError::InvalidConfig));
@@ -161,7 +163,8 @@ void TestS3Client::shouldMapServerRefusals()
     // itself: a delete must not remove the (empty) bucket.
     QMap<QString, QVariant> lifecycle = good;
     lifecycle.insert(OperationConfig::ContainerName, QStringLiteral("nvb-empty"));
-    const int made = client.createContainer(good, {{QStringLiteral("Name"), QStringLiteral("nvb-empty")}}, m_cancel).errorCode;
+    const int made
+        = client.createContainer(good, {{QStringLiteral("Name"), QStringLiteral("nvb-empty")}}, m_cancel).errorCode;
     QVERIFY(made == OperationError::NoError || made == OperationError::AlreadyExists);
     QCOMPARE(client.loadLifecyclePolicy(lifecycle, m_cancel).errorCode, int(OperationError::NotSupported));
     QCOMPARE(client.deleteLifecyclePolicy(lifecycle, m_cancel).errorCode, int(OperationError::NotSupported));
@@ -191,7 +194,8 @@ void TestS3Client::shouldRefuseUntrustedCertificateUntilPinned()
     probe.close();
     QProcess server;
     server.start(QStringLiteral("openssl"),
-        {"s_server", "-accept", QStringLiteral("127.0.0.1:%1").arg(port), "-cert", cert, "-key", key, "-www", "-quiet"});
+        {"s_server", "-accept", QStringLiteral("127.0.0.1:%1").arg(port), "-cert", cert, "-key", key, "-www",
+            "-quiet"});
     QVERIFY(server.waitForStarted(10000));
     QVERIFY(QTest::qWaitFor(
         [port] {

@@ -22,7 +22,10 @@ QString transitions(const NVB::Cloud::AmazonLifecyclePolicy& policy)
     QStringList shown;
     for (const auto& part : parts) {
         if (part.first != -1)
-            shown << QStringLiteral("%1 %2 %3").arg(part.second).arg(part.first).arg(AmazonLifecyclePolicyModel::tr("days"));
+            shown << QStringLiteral("%1 %2 %3")
+                         .arg(part.second)
+                         .arg(part.first)
+                         .arg(AmazonLifecyclePolicyModel::tr("days"));
     }
     return shown.join(QStringLiteral(", "));
 }
@@ -79,7 +82,8 @@ void AmazonLifecyclePolicyModel::onLifecyclePolicyOperationFinished()
     if (!operation)
         return;
     operation->remove();
-    NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Finished LifecyclePolicyOperationFinished operation");
+    NVL::NvlDebug(QStringLiteral("NVB")).info()
+        << QStringLiteral("Finished LifecyclePolicyOperationFinished operation");
     if (operation->state() != NVL::Cloud::IOperation::Finished || operation->isError()) {
         NVL::NvlDebug(QStringLiteral("NVB")).warning()
             << QStringLiteral("Error on LifecyclePolicyOperationFinished code: %1 message: %2")

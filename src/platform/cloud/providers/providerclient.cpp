@@ -3,10 +3,10 @@
 #include <QMutex>
 #include <QMutexLocker>
 
-#include "cloud/cloudconfig.h"
-#include "cloud/cloudtype.h"
 #include "azureblobclient.h"
 #include "b2client.h"
+#include "cloud/cloudconfig.h"
+#include "cloud/cloudtype.h"
 #include "filesystemclient.h"
 #include "s3client.h"
 #include "sftpclient.h"
