@@ -20,6 +20,10 @@ namespace {
 
 const QString DefaultRegion = QStringLiteral("us-east-1");
 
+const QString GoogleHost = QStringLiteral("storage.googleapis.com");
+// Google's XML API takes any region in a Version 4 scope as "auto".
+const QString GoogleRegion = QStringLiteral("auto");
+
 bool isAmazonType(Type type)
 {
     return type == Type::AmazonS3 || type == Type::AmazonS3Chinese || type == Type::NvlUbAmazonS3;
@@ -57,6 +61,9 @@ OperationResult S3Client::settings(const QMap<QString, QVariant>& config, Settin
     QString region = config.value(Config::AmazonS3Like::Region).toString().trimmed();
     QString endpoint = config.value(Api::Config::Http::Endpoint).toString().trimmed();
     bool useSsl = config.value(Api::Config::Http::UseSsl, true).toBool();
+    const bool google = known && type == Type::GoogleStorage;
+    if (endpoint.isEmpty() && google)
+        endpoint = GoogleHost;
     if (endpoint.isEmpty()) {
         const QMap<QString, QPair<QString, QString>> regions = info.regions();
         if (!region.isEmpty() && regions.contains(region)) {
@@ -79,7 +86,7 @@ OperationResult S3Client::settings(const QMap<QString, QVariant>& config, Settin
     if (region.isEmpty())
         region = regionOfAmazonHost(settings->endpoint.host());
     if (region.isEmpty())
-        region = DefaultRegion;
+        region = google ? GoogleRegion : DefaultRegion;
 
     const QString style = config.value(Config::AmazonS3Like::AddressingStyle).toString();
     settings->pathStyle = style.isEmpty() ? !settings->amazon : style != QLatin1String("VirtualHost");
