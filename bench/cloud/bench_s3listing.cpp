@@ -7,8 +7,8 @@
 // slower than rclone.
 
 #include <algorithm>
-#include <numeric>
 #include <cstdio>
+#include <numeric>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -91,7 +91,8 @@ int main(int argc, char** argv)
     const bool started = dir.isEmpty();
     if (started) {
         dir = own.path();
-        if (QProcess::execute(QStringLiteral("bash"), {QStringLiteral(NVB_SWIFT_SCRIPT), QStringLiteral("start"), dir}) != 0
+        if (QProcess::execute(QStringLiteral("bash"), {QStringLiteral(NVB_SWIFT_SCRIPT), QStringLiteral("start"), dir})
+                != 0
             || !QFile::exists(dir + QStringLiteral("/port"))) {
             std::fprintf(stderr, "the Swift server did not start: %s\n", qPrintable(readFile(dir + "/unavailable")));
             return 1;
@@ -133,7 +134,8 @@ int main(int argc, char** argv)
         environment.insert(QStringLiteral("RCLONE_CONFIG_NVB_PROVIDER"), QStringLiteral("Other"));
         environment.insert(QStringLiteral("RCLONE_CONFIG_NVB_ACCESS_KEY_ID"), QStringLiteral("test:tester"));
         environment.insert(QStringLiteral("RCLONE_CONFIG_NVB_SECRET_ACCESS_KEY"), QStringLiteral("testing"));
-        environment.insert(QStringLiteral("RCLONE_CONFIG_NVB_ENDPOINT"), QStringLiteral("http://127.0.0.1:%1").arg(port));
+        environment.insert(
+            QStringLiteral("RCLONE_CONFIG_NVB_ENDPOINT"), QStringLiteral("http://127.0.0.1:%1").arg(port));
         environment.insert(QStringLiteral("RCLONE_CONFIG_NVB_FORCE_PATH_STYLE"), QStringLiteral("true"));
         const QString remote = QStringLiteral("nvb:") + Bucket;
 
@@ -147,8 +149,8 @@ int main(int argc, char** argv)
             const int folders = listAll(settings, QStringLiteral("/"));
             oursPrefixes.append(timer.nsecsElapsed() / 1e6);
             timer.restart();
-            const int rcloneKeys
-                = rcloneCount({QStringLiteral("lsf"), QStringLiteral("-R"), QStringLiteral("--files-only"), remote}, environment);
+            const int rcloneKeys = rcloneCount(
+                {QStringLiteral("lsf"), QStringLiteral("-R"), QStringLiteral("--files-only"), remote}, environment);
             rcloneAll.append(timer.nsecsElapsed() / 1e6);
             timer.restart();
             const int rcloneFolders = rcloneCount({QStringLiteral("lsf"), remote}, environment);

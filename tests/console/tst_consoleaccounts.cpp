@@ -94,7 +94,8 @@ private slots:
         QCOMPARE(record.value(Record::Cloud::ContainerName).toString(), bucket);
         QCOMPARE(record.value(Record::Cloud::AmazonS3Like::Signature).toInt(), 4);
         QVERIFY(record.value(Record::Cloud::AmazonS3Like::SecretKey).toString() != m_server.secretKey());
-        QCOMPARE(SHARED::cryptNS::decrypt_local_password(record.value(Record::Cloud::AmazonS3Like::SecretKey).toString()),
+        QCOMPARE(
+            SHARED::cryptNS::decrypt_local_password(record.value(Record::Cloud::AmazonS3Like::SecretKey).toString()),
             m_server.secretKey());
 
         // Opened again, the account lists its buckets by itself and selects

@@ -24,8 +24,7 @@ SwiftTestServer::SwiftTestServer()
                                   "tests/support/servers/swift.sh yourself");
     else if (QFileInfo::exists(m_dir + QStringLiteral("/unavailable")))
         m_reason = readTrimmed(m_dir + QStringLiteral("/unavailable"));
-    else
-    {
+    else {
         m_port = readTrimmed(m_dir + QStringLiteral("/port")).toInt();
         m_keystonePort = readTrimmed(m_dir + QStringLiteral("/keystone_port")).toInt();
     }

@@ -72,8 +72,8 @@ void TestAccountSelect::shouldOfferOnlyProvidersWithDialog()
     }
     QCOMPARE(enabled,
         QStringList({"Amazon S3 & Glacier", "Azure", "File System", "OpenStack", "Rackspace", "Amazon S3 (China)",
-            "Backblaze B2", "CenturyLink", "Oracle Cloud", "Scality", "SoftLayer", "S3 Compatible", "Cloudian", "DreamObjects",
-            "HP Cloud", "ThinkOn", "Verizon", "Minio", "Wasabi", "Alibaba Cloud", "SFTP"}));
+            "Backblaze B2", "CenturyLink", "Oracle Cloud", "Scality", "SoftLayer", "S3 Compatible", "Cloudian",
+            "DreamObjects", "HP Cloud", "ThinkOn", "Verizon", "Minio", "Wasabi", "Alibaba Cloud", "SFTP"}));
 }
 
 void TestAccountSelect::shouldDoubleAmpersandOnlyInMenu()

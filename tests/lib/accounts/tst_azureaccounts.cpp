@@ -44,7 +44,8 @@ void TestAzureAccounts::fill(Azure::Add& dialog, const QString& key)
     QTest::keyClicks(dialog.displayNameEdit(), QStringLiteral("Azurite"));
     QTest::keyClicks(dialog.accountEdit(), QStringLiteral("devstoreaccount1"));
     QTest::keyClicks(dialog.keyEdit(), key);
-    dialog.accountTypeCombo()->setCurrentIndex(dialog.accountTypeCombo()->findData(AZ::AccountTypes::Value::AzureStack));
+    dialog.accountTypeCombo()->setCurrentIndex(
+        dialog.accountTypeCombo()->findData(AZ::AccountTypes::Value::AzureStack));
     QTest::keyClicks(dialog.endpointEdit(), QStringLiteral("http://127.0.0.1:%1").arg(m_port));
 }
 
@@ -81,7 +82,8 @@ void TestAzureAccounts::shouldListAndCreateContainersOnAzurite()
 
     Azure::Add dialog;
     dialog.show();
-    fill(dialog, QStringLiteral("Eby8vdM02xNOcqFlqUwJPLlmEtlCDXJ1OUzFT50uSRZ6IFsuFq2UVErCz4I6tq/K1SZFPTOtr/KBHBeksoGMGw=="));
+    fill(dialog,
+        QStringLiteral("Eby8vdM02xNOcqFlqUwJPLlmEtlCDXJ1OUzFT50uSRZ6IFsuFq2UVErCz4I6tq/K1SZFPTOtr/KBHBeksoGMGw=="));
     QTest::mousePress(dialog.containerCombo(), Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(dialog.containersLoaded(), 20000);
     dialog.containerCombo()->hidePopup();

@@ -95,7 +95,8 @@ void TestBackblazeAccounts::shouldListAndCreateBucketsOnTheFake()
     QTest::keyClicks(wrong.keyIdEdit(), QStringLiteral("nvbkey"));
     QTest::keyClicks(wrong.keyEdit(), QStringLiteral("nope"));
     QTest::mousePress(wrong.bucketCombo(), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(wrong.messageLabel()->text().contains(QStringLiteral("Wrong Key ID or Application Key")), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        wrong.messageLabel()->text().contains(QStringLiteral("Wrong Key ID or Application Key")), 20000);
     wrong.bucketCombo()->hidePopup();
 
     Probe dialog;
@@ -119,7 +120,8 @@ void TestBackblazeAccounts::shouldListAndCreateBucketsOnTheFake()
     QTRY_COMPARE_WITH_TIMEOUT(dialog.bucketCombo()->currentText(), QStringLiteral("nvb-b2dialog"), 20000);
     QVERIFY(dialog.okButton()->isEnabled());
     const QString bucket = dialog.cloudConfig().value(NVL::Cloud::OperationConfig::ContainerName).toString();
-    QVERIFY2(bucket.startsWith(QStringLiteral("b-")) && bucket.endsWith(QStringLiteral("|nvb-b2dialog")), qPrintable(bucket));
+    QVERIFY2(bucket.startsWith(QStringLiteral("b-")) && bucket.endsWith(QStringLiteral("|nvb-b2dialog")),
+        qPrintable(bucket));
 }
 
 QTEST_MAIN(TestBackblazeAccounts)

@@ -7,10 +7,10 @@
 #include <QtTest>
 
 #include "accounts/lifecycle/amazonlifecyclepolicyedit.h"
+#include "accounts/s3/amazones3chineadd.h"
 #include "accounts/s3/amazons3compatibleadd.h"
 #include "accounts/s3/amazons3compatibleaddcontainer.h"
 #include "accounts/s3/amazons3compatiblevalidator.h"
-#include "accounts/s3/amazones3chineadd.h"
 #include "accounts/s3/minioadd.h"
 #include "accounts/s3/wasabiadd.h"
 #include "cloud/cloudconfig.h"

@@ -33,8 +33,9 @@ void TestAzureBlobClient::initTestCase()
     QFile unavailable(dir + QStringLiteral("/unavailable"));
     QFile port(dir + QStringLiteral("/port"));
     if (dir.isEmpty() || unavailable.exists() || !port.open(QIODevice::ReadOnly)) {
-        const QByteArray why = unavailable.open(QIODevice::ReadOnly) ? unavailable.readAll().trimmed()
-                                                                    : QByteArray("no Azurite runs (NVB_TEST_AZURITE_DIR)");
+        const QByteArray why = unavailable.open(QIODevice::ReadOnly)
+            ? unavailable.readAll().trimmed()
+            : QByteArray("no Azurite runs (NVB_TEST_AZURITE_DIR)");
         if (qEnvironmentVariableIsSet("CI"))
             QFAIL(why.constData());
         QSKIP(why.constData());
@@ -58,8 +59,7 @@ void TestAzureBlobClient::shouldCreateListAndPageContainers()
     // Azurite keeps its containers while it runs: a name of this run.
     const QString container = QStringLiteral("nvb-%1").arg(QDateTime::currentMSecsSinceEpoch());
     OperationResult result = client.createContainer(
-        config(), {{QStringLiteral("Name"), container}, {QStringLiteral("Access"), QStringLiteral("blob")}},
-        m_cancel);
+        config(), {{QStringLiteral("Name"), container}, {QStringLiteral("Access"), QStringLiteral("blob")}}, m_cancel);
     QVERIFY2(!result.isError(), qPrintable(result.errorMessage));
     result = client.createContainer(config(), {{QStringLiteral("Name"), container}}, m_cancel);
     QCOMPARE(result.errorCode, int(OperationError::AlreadyExists));
@@ -110,7 +110,8 @@ void TestAzureBlobClient::shouldRefuseWrongKeyAndBadNames()
     QCOMPARE(result.errorCode, int(OperationError::AuthenticationFailed));
 
     for (const char* name : {"ab", "Upper", "double--hyphen", "-start", "end-"})
-        QCOMPARE(AzureBlobClient().createContainer(config(), {{QStringLiteral("Name"), QLatin1String(name)}}, m_cancel)
+        QCOMPARE(AzureBlobClient()
+                     .createContainer(config(), {{QStringLiteral("Name"), QLatin1String(name)}}, m_cancel)
                      .errorCode,
             int(OperationError::InvalidName));
     QMap<QString, QVariant> missing = config();

@@ -58,7 +58,8 @@ void TestB2Client::shouldListCreateAndPageBuckets()
 {
     B2Client client;
     QVERIFY(!client.checkConfig(config(), m_cancel).isError());
-    OperationResult result = client.createContainer(config(), {{QStringLiteral("Name"), QStringLiteral("nvb-new-bucket")}}, m_cancel);
+    OperationResult result
+        = client.createContainer(config(), {{QStringLiteral("Name"), QStringLiteral("nvb-new-bucket")}}, m_cancel);
     QVERIFY2(!result.isError(), qPrintable(result.errorMessage));
     const QString id = result.data.at(0).toObject().value(QStringLiteral("Id")).toString();
     QVERIFY(!id.isEmpty());
@@ -101,7 +102,8 @@ void TestB2Client::shouldRefuseWrongKeysAndBadNames()
     QCOMPARE(result.errorCode, int(OperationError::AuthenticationFailed));
     QVERIFY(result.errorMessage.contains(QLatin1String("application key")));
     for (const char* name : {"short", "b2-reserved", "under_score"})
-        QCOMPARE(B2Client().createContainer(config(), {{QStringLiteral("Name"), QLatin1String(name)}}, m_cancel).errorCode,
+        QCOMPARE(
+            B2Client().createContainer(config(), {{QStringLiteral("Name"), QLatin1String(name)}}, m_cancel).errorCode,
             int(OperationError::InvalidName));
     QMap<QString, QVariant> missing = config();
     missing.insert(OperationConfig::ContainerName, QStringLiteral("nvb-never-made"));

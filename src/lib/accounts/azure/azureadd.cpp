@@ -264,7 +264,8 @@ void Azure::Add::onSetItem(const QModelIndex& index)
         record.value(Record::Cloud::Endpoint).toString(), m_useSsl));
     endLockUI();
     try {
-        m_key->setText(SHARED::cryptNS::decrypt_local_password(record.value(Record::Cloud::AzureBlob::Password).toString()));
+        m_key->setText(
+            SHARED::cryptNS::decrypt_local_password(record.value(Record::Cloud::AzureBlob::Password).toString()));
     } catch (const QString&) {
         NVL::NvlDebug(QStringLiteral("NVB")).error()
             << QStringLiteral("Can't decrypt secret Key in account load. ID: %1").arg(id);

@@ -68,7 +68,8 @@ BackblazeB2::Add::Add(QWidget* parent)
 
 bool BackblazeB2::Add::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_bucket && event->type() == QEvent::MouseButtonPress && m_bucket->isEnabled() && !m_containersLoaded)
+    if (watched == m_bucket && event->type() == QEvent::MouseButtonPress && m_bucket->isEnabled()
+        && !m_containersLoaded)
         loadContainers();
     return Storages::Add::eventFilter(watched, event);
 }
@@ -168,7 +169,8 @@ void BackblazeB2::Add::saveConfig()
     const QString name = m_bucket->currentText().trimmed();
     QJsonObject record;
     record.insert(Record::Cloud::BackBlaze::AccountId, m_keyId->text().trimmed());
-    record.insert(Record::Cloud::BackBlaze::ApplicationKey, SHARED::cryptNS::encrypt_local_password(m_key->text().trimmed()));
+    record.insert(
+        Record::Cloud::BackBlaze::ApplicationKey, SHARED::cryptNS::encrypt_local_password(m_key->text().trimmed()));
     record.insert(Record::Cloud::ContainerName, name);
     record.insert(Record::Cloud::BackBlaze::ContainerId, m_ids.value(name));
     QString error;

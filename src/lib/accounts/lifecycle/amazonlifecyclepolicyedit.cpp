@@ -76,7 +76,8 @@ bool AmazonLifecyclePolicyEdit::init(const QDomDocument& document, QString* erro
         return true;
     if (root.tagName() != Root) {
         if (error)
-            *error = QStringLiteral("The document is no lifecycle configuration (it begins with <%1>)").arg(root.tagName());
+            *error = QStringLiteral("The document is no lifecycle configuration (it begins with <%1>)")
+                         .arg(root.tagName());
         return false;
     }
     m_document = document.cloneNode(true).toDocument();

@@ -17,7 +17,8 @@ OpenStack::OpenStack(NVL::Cloud::Type type, bool keystoneRows, bool internalUrlR
     }
     addField(tr("Container:"), Record::Cloud::ContainerName);
     if (internalUrlRow)
-        addField(tr("Use internal URLs:"), Record::Cloud::OpenStack::UseInternalUrl, &Storages::Info::trueFalseDelegate);
+        addField(
+            tr("Use internal URLs:"), Record::Cloud::OpenStack::UseInternalUrl, &Storages::Info::trueFalseDelegate);
     addField(tr("Prefix:"), Record::BackupPrefix);
 }
 

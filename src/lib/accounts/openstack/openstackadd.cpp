@@ -34,8 +34,8 @@ namespace RS = NVB::Info::StorageAccountConfigFormat::Cloud::OpenStack;
 namespace OS = NVL::Cloud::Config::OpenStack;
 namespace Http = NVL::Cloud::Api::Config::Http;
 
-OpenStack::Add::Add(NVL::Cloud::Type type, const Presets& presets, bool keystoneV2, bool keystoneV3, bool internalUrl,
-    QWidget* parent)
+OpenStack::Add::Add(
+    NVL::Cloud::Type type, const Presets& presets, bool keystoneV2, bool keystoneV3, bool internalUrl, QWidget* parent)
     : Storages::Add(type, parent)
     , m_presets(new QToolButton(this))
     , m_container(new QComboBox(this))
@@ -309,14 +309,14 @@ QMap<QString, QVariant> OpenStack::Add::cloudConfig() const
     const QPair<QString, QString> container = chosen();
     if (m_v2 && m_v2->isChecked()) {
         config.insert(OS::AuthType, 2);
-        config.insert(m_tenantKind->currentIndex() == 0 ? OS::Auth_Keystore_V2::TenantId
-                                                        : OS::Auth_Keystore_V2::TenantName,
+        config.insert(
+            m_tenantKind->currentIndex() == 0 ? OS::Auth_Keystore_V2::TenantId : OS::Auth_Keystore_V2::TenantName,
             m_tenant->text().trimmed());
         config.insert(OS::Auth_Keystore_V2::Region, container.second);
     } else if (m_v3 && m_v3->isChecked()) {
         config.insert(OS::AuthType, 3);
-        config.insert(m_domainKind->currentIndex() == 0 ? OS::Auth_Keystore_V3::DomainId
-                                                        : OS::Auth_Keystore_V3::DomainName,
+        config.insert(
+            m_domainKind->currentIndex() == 0 ? OS::Auth_Keystore_V3::DomainId : OS::Auth_Keystore_V3::DomainName,
             m_domain->text().trimmed());
         config.insert(OS::Auth_Keystore_V3::UseScope::Key, m_scope->isChecked() ? 1 : 0);
         if (m_scope->isChecked())
@@ -436,10 +436,9 @@ void OpenStack::Add::onSetItem(const QModelIndex& index)
         m_scope->setChecked(record.value(RS::Keystore::V3::UseScope::Key).toInt() == 1);
         const bool projectById = record.contains(RS::Keystore::V3::UseScope::ProjectId);
         m_projectKind->setCurrentIndex(projectById ? 0 : 1);
-        m_project->setText(record
-                               .value(projectById ? RS::Keystore::V3::UseScope::ProjectId
-                                                  : RS::Keystore::V3::UseScope::ProjectName)
-                               .toString());
+        m_project->setText(
+            record.value(projectById ? RS::Keystore::V3::UseScope::ProjectId : RS::Keystore::V3::UseScope::ProjectName)
+                .toString());
     }
     endLockUI();
     try {

@@ -8,8 +8,7 @@ OracleCloud::Add::Add(QWidget* parent)
 
 OpenStack::Add::Presets OracleCloud::Add::presets()
 {
-    return {
-        {QStringLiteral("US Commercial 1 (us1)"), QStringLiteral("https://us1.storage.oraclecloud.com/auth/v1.0")},
+    return {{QStringLiteral("US Commercial 1 (us1)"), QStringLiteral("https://us1.storage.oraclecloud.com/auth/v1.0")},
         {QStringLiteral("US Commercial 2 (us2)"), QStringLiteral("https://us2.storage.oraclecloud.com/auth/v1.0")},
         {QStringLiteral("APAC Commercial 1 (ap1)"), QStringLiteral("https://ap1.storage.oraclecloud.com/auth/v1.0")},
         {QStringLiteral("APAC Commercial 2 (ap2)"), QStringLiteral("https://ap2.storage.oraclecloud.com/auth/v1.0")},

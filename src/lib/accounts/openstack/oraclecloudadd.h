@@ -1,7 +1,7 @@
 #pragma once
 
-#include "oraclecloud.h"
 #include "openstackadd.h"
+#include "oraclecloud.h"
 
 namespace NVB::GUI::Settings::Account {
 

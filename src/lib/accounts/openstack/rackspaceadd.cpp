@@ -8,8 +8,7 @@ Rackspace::Add::Add(QWidget* parent)
 
 OpenStack::Add::Presets Rackspace::Add::presets()
 {
-    return {
-        {QStringLiteral("US-based"), QStringLiteral("https://identity.api.rackspacecloud.com/v1.0")},
+    return {{QStringLiteral("US-based"), QStringLiteral("https://identity.api.rackspacecloud.com/v1.0")},
         {QStringLiteral("UK-based"), QStringLiteral("https://lon.identity.api.rackspacecloud.com/v1.0")}};
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "rackspace.h"
 #include "openstackadd.h"
+#include "rackspace.h"
 
 namespace NVB::GUI::Settings::Account {
 

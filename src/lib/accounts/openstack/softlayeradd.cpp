@@ -8,8 +8,7 @@ SoftLayer::Add::Add(QWidget* parent)
 
 OpenStack::Add::Presets SoftLayer::Add::presets()
 {
-    return {
-        {QStringLiteral("Amsterdam"), QStringLiteral("https://ams01.objectstorage.softlayer.net/auth/v1.0")},
+    return {{QStringLiteral("Amsterdam"), QStringLiteral("https://ams01.objectstorage.softlayer.net/auth/v1.0")},
         {QStringLiteral("Frankfurt"), QStringLiteral("https://fra02.objectstorage.softlayer.net/auth/v1.0")},
         {QStringLiteral("Hong Kong"), QStringLiteral("https://hkg02.objectstorage.softlayer.net/auth/v1.0")},
         {QStringLiteral("London"), QStringLiteral("https://lon02.objectstorage.softlayer.net/auth/v1.0")},

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "softlayer.h"
 #include "openstackadd.h"
+#include "softlayer.h"
 
 namespace NVB::GUI::Settings::Account {
 

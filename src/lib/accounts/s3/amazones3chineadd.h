@@ -1,7 +1,7 @@
 #pragma once
 
-#include "amazons3compatibleadd.h"
 #include "amazones3chine.h"
+#include "amazons3compatibleadd.h"
 
 namespace NVB::GUI::Settings::Account {
 

@@ -211,13 +211,14 @@ QJsonObject AmazonS3Compatible::Add::record() const
 {
     QJsonObject record;
     record.insert(Record::Cloud::AmazonS3Like::AccessKey, m_accessKey->text().trimmed());
-    record.insert(Record::Cloud::AmazonS3Like::SecretKey,
-        SHARED::cryptNS::encrypt_local_password(m_secretKey->text().trimmed()));
+    record.insert(
+        Record::Cloud::AmazonS3Like::SecretKey, SHARED::cryptNS::encrypt_local_password(m_secretKey->text().trimmed()));
     record.insert(Record::Cloud::ContainerName, m_bucket->currentText().trimmed());
     record.insert(Record::Cloud::UseSsl, m_useSsl);
     record.insert(Record::Cloud::Endpoint, m_endpoint->text().trimmed());
     if (m_hasSignature)
-        record.insert(Record::Cloud::AmazonS3Like::Signature, m_signature == NVL::Cloud::Info::AmazonS3Like::V2 ? 2 : 4);
+        record.insert(
+            Record::Cloud::AmazonS3Like::Signature, m_signature == NVL::Cloud::Info::AmazonS3Like::V2 ? 2 : 4);
     return record;
 }
 
@@ -258,8 +259,8 @@ void AmazonS3Compatible::Add::onSetItem(const QModelIndex& index)
             : NVL::Cloud::Info::AmazonS3Like::V4;
     endLockUI();
     try {
-        m_secretKey->setText(SHARED::cryptNS::decrypt_local_password(
-            record.value(Record::Cloud::AmazonS3Like::SecretKey).toString()));
+        m_secretKey->setText(
+            SHARED::cryptNS::decrypt_local_password(record.value(Record::Cloud::AmazonS3Like::SecretKey).toString()));
     } catch (const QString&) {
         NVL::NvlDebug(QStringLiteral("NVB")).error()
             << QStringLiteral("Can't decrypt secret Key in account load. ID: %1").arg(id);

@@ -86,7 +86,8 @@ OperationResult AzureBlobClient::accountUrl(const QMap<QString, QVariant>& confi
 {
     const QString account = config.value(AZ::Username).toString().trimmed();
     if (account.isEmpty() || config.value(AZ::Password).toString().trimmed().isEmpty())
-        return OperationResult::failure(OperationError::InvalidConfig, QStringLiteral("Account name or shared key is empty"));
+        return OperationResult::failure(
+            OperationError::InvalidConfig, QStringLiteral("Account name or shared key is empty"));
     const QString type = config.value(AZ::AccountTypes::Key).toString();
     const bool useSsl = config.value(Api::Config::Http::UseSsl, true).toBool();
     if (type == AZ::AccountTypes::Value::AzureStack) {
@@ -129,7 +130,8 @@ QByteArray AzureBlobClient::stringToSign(const HttpExchange& exchange, const QSt
             ms.append({name, header.second.trimmed()});
     }
     std::sort(ms.begin(), ms.end());
-    const QByteArray length = exchange.requestBody.isEmpty() ? QByteArray() : QByteArray::number(exchange.requestBody.size());
+    const QByteArray length
+        = exchange.requestBody.isEmpty() ? QByteArray() : QByteArray::number(exchange.requestBody.size());
     QByteArray text = exchange.method + "\n\n\n" + length + '\n' + md5 + '\n' + type + "\n\n\n\n\n\n" + range + '\n';
     for (const auto& header : qAsConst(ms))
         text += header.first + ':' + header.second + '\n';
@@ -175,8 +177,8 @@ OperationResult AzureBlobClient::request(
     QByteArray url = base.toEncoded(QUrl::StripTrailingSlash) + '/' + S3Signer::uriEncode(request.path.toUtf8(), true);
     QByteArrayList items;
     for (const auto& item : request.query)
-        items.append(S3Signer::uriEncode(item.first.toUtf8(), false) + '='
-            + S3Signer::uriEncode(item.second.toUtf8(), false));
+        items.append(
+            S3Signer::uriEncode(item.first.toUtf8(), false) + '=' + S3Signer::uriEncode(item.second.toUtf8(), false));
     if (!items.isEmpty())
         url += '?' + items.join('&');
     exchange->method = request.method;
@@ -184,7 +186,9 @@ OperationResult AzureBlobClient::request(
     exchange->requestHeaders = request.headers;
     exchange->requestBody = request.body;
     const QByteArray date
-        = QLocale::c().toString(QDateTime::currentDateTimeUtc(), QStringLiteral("ddd, dd MMM yyyy HH:mm:ss 'GMT'")).toLatin1();
+        = QLocale::c()
+              .toString(QDateTime::currentDateTimeUtc(), QStringLiteral("ddd, dd MMM yyyy HH:mm:ss 'GMT'"))
+              .toLatin1();
     exchange->requestHeaders.append({"x-ms-date", date});
     exchange->requestHeaders.append({"x-ms-version", ApiVersion});
     const QString account = config.value(AZ::Username).toString().trimmed();
@@ -195,8 +199,7 @@ OperationResult AzureBlobClient::request(
     exchange->requestHeaders.append({"Authorization", "SharedKey " + account.toUtf8() + ':' + signature});
     if (!m_http->perform(*exchange, cancel))
         return ProviderErrors::transport(*exchange, config, m_timeoutSeconds);
-    if (exchange->status >= 300)
-    {
+    if (exchange->status >= 300) {
         const QPair<QString, QString> error = errorOf(*exchange);
         return ProviderErrors::answer(ProviderErrors::Protocol::Azure, exchange->status, error.first, error.second,
             request.path.section(QLatin1Char('/'), 0, 0));
@@ -251,8 +254,7 @@ OperationResult AzureBlobClient::listContainers(const QMap<QString, QVariant>& c
             }
         }
         if (reader.hasError())
-            return OperationResult::failure(
-                OperationError::InternalError,
+            return OperationResult::failure(OperationError::InternalError,
                 QStringLiteral("The server's container list could not be read: %1").arg(reader.errorString()));
         if (!marker.isEmpty() && marker == previous)
             return OperationResult::failure(
@@ -291,8 +293,8 @@ OperationResult AzureBlobClient::listing(
     Request list;
     list.path = container;
     const int maxKeys = listing.maxKeys ? listing.maxKeys : ListingPager::DefaultMaxKeys;
-    list.query = {{QStringLiteral("restype"), QStringLiteral("container")}, {QStringLiteral("comp"), QStringLiteral("list")},
-        {QStringLiteral("maxresults"), QString::number(maxKeys)}};
+    list.query = {{QStringLiteral("restype"), QStringLiteral("container")},
+        {QStringLiteral("comp"), QStringLiteral("list")}, {QStringLiteral("maxresults"), QString::number(maxKeys)}};
     if (!prefix.isEmpty())
         list.query.append({QStringLiteral("prefix"), prefix});
     if (!listing.delimiter.isEmpty())

@@ -57,13 +57,14 @@ OperationResult B2Client::authorize(const QMap<QString, QVariant>& config, const
     const QString keyId = config.value(B2::AccountId).toString().trimmed();
     const QString key = config.value(B2::ApplicationKey).toString().trimmed();
     if (keyId.isEmpty() || key.isEmpty())
-        return OperationResult::failure(OperationError::InvalidConfig, QStringLiteral("Key ID or application key is empty"));
+        return OperationResult::failure(
+            OperationError::InvalidConfig, QStringLiteral("Key ID or application key is empty"));
     // Our own key: another API host (a test double); the public one otherwise.
     QString endpoint = config.value(Api::Config::Http::Endpoint).toString().trimmed();
-    QUrl base = endpoint.isEmpty() ? Info::BackBlaze().defaultEndpoint()
-                                   : QUrl(QStringLiteral("%1://%2")
-                                              .arg(config.value(Api::Config::Http::UseSsl, true).toBool() ? "https" : "http",
-                                                  endpoint));
+    QUrl base = endpoint.isEmpty()
+        ? Info::BackBlaze().defaultEndpoint()
+        : QUrl(QStringLiteral("%1://%2").arg(
+            config.value(Api::Config::Http::UseSsl, true).toBool() ? "https" : "http", endpoint));
     HttpExchange exchange;
     exchange.url = QUrl(base.toString(QUrl::StripTrailingSlash) + QStringLiteral("/b2api/v2/b2_authorize_account"));
     exchange.requestHeaders = {{"Authorization", "Basic " + (keyId + QLatin1Char(':') + key).toUtf8().toBase64()}};
@@ -112,7 +113,8 @@ OperationResult B2Client::call(const QMap<QString, QVariant>& config, const QStr
         *answer = QJsonDocument::fromJson(exchange.body).object();
         return {};
     }
-    return OperationResult::failure(OperationError::AuthenticationFailed, QStringLiteral("The session's token has expired"));
+    return OperationResult::failure(
+        OperationError::AuthenticationFailed, QStringLiteral("The session's token has expired"));
 }
 
 OperationResult B2Client::bucketId(
@@ -137,7 +139,8 @@ OperationResult B2Client::bucketId(
             *id = value.toObject().value(QStringLiteral("bucketId")).toString();
     }
     if (id->isEmpty())
-        return OperationResult::failure(OperationError::NotFound, QStringLiteral("Bucket \"%1\" does not exist").arg(*name));
+        return OperationResult::failure(
+            OperationError::NotFound, QStringLiteral("Bucket \"%1\" does not exist").arg(*name));
     return {};
 }
 

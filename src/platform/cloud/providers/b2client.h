@@ -36,7 +36,8 @@ public:
 private:
     OperationResult authorize(const QMap<QString, QVariant>& config, const CancelToken& cancel);
     // The bucket's id, looked up by name when the configuration has no id.
-    OperationResult bucketId(const QMap<QString, QVariant>& config, QString* id, QString* name, const CancelToken& cancel);
+    OperationResult bucketId(
+        const QMap<QString, QVariant>& config, QString* id, QString* name, const CancelToken& cancel);
     CurlHttp& http(const QMap<QString, QVariant>& config);
 
     std::unique_ptr<CurlHttp> m_http;

@@ -239,8 +239,8 @@ bool CurlHttp::perform(HttpExchange& exchange, const CancelToken& cancel)
     }
     if (code != CURLE_OK) {
         exchange.curlCode = int(code);
-        exchange.transportError = errorBuffer[0] ? QString::fromUtf8(errorBuffer)
-                                                 : QString::fromUtf8(curl_easy_strerror(code));
+        exchange.transportError
+            = errorBuffer[0] ? QString::fromUtf8(errorBuffer) : QString::fromUtf8(curl_easy_strerror(code));
         return false;
     }
     curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &exchange.status);

@@ -3,10 +3,10 @@
 #include <QMutex>
 #include <QMutexLocker>
 
-#include "cloud/cloudconfig.h"
-#include "cloud/cloudtype.h"
 #include "azureblobclient.h"
 #include "b2client.h"
+#include "cloud/cloudconfig.h"
+#include "cloud/cloudtype.h"
 #include "filesystemclient.h"
 #include "s3client.h"
 #include "sftpclient.h"
@@ -57,6 +57,12 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
         return std::make_unique<AzureBlobClient>();
     case Type::BackBlaze:
         return std::make_unique<B2Client>();
+    case Type::GoogleStorage:
+        // HMAC keys speak Google's S3-compatible XML API; the OAuth modes
+        // have no client yet.
+        if (config.value(Config::GoogleStorage::AuthType, 0).toInt() == 0)
+            return std::make_unique<S3Client>();
+        return std::make_unique<UnsupportedClient>(displayNameSource(type), true);
     default: {
         if (S3Compatible.contains(type) || AmazonS3.contains(type))
             return std::make_unique<S3Client>();

@@ -27,8 +27,7 @@ const Row rows[] = {
         "The clock of this computer differs too much from the server's"},
     {P::S3, "AuthorizationHeaderMalformed", E::InvalidConfig,
         "The server refused the request's region: check the region or endpoint"},
-    {P::S3, "PermanentRedirect", E::InvalidConfig,
-        "Bucket \"%1\" is in another region: use that region's endpoint"},
+    {P::S3, "PermanentRedirect", E::InvalidConfig, "Bucket \"%1\" is in another region: use that region's endpoint"},
     {P::S3, "AccessDenied", E::AccessDenied, "Access denied"},
     {P::S3, "AllAccessDisabled", E::AccessDenied, "Access to bucket \"%1\" is disabled"},
     {P::S3, "InvalidBucketName", E::InvalidName, "The server refuses the bucket name \"%1\""},
@@ -115,7 +114,10 @@ OperationResult ProviderErrors::transport(
         return OperationResult::failure(E::HostNotFound, QStringLiteral("The proxy's host was not found"));
     case CURLE_COULDNT_CONNECT:
         return OperationResult::failure(E::ConnectionFailed,
-            QStringLiteral("Can't connect to %1:%2 (%3)").arg(host).arg(exchange.url.port()).arg(exchange.transportError));
+            QStringLiteral("Can't connect to %1:%2 (%3)")
+                .arg(host)
+                .arg(exchange.url.port())
+                .arg(exchange.transportError));
     case CURLE_OPERATION_TIMEDOUT:
         return OperationResult::failure(E::Timeout,
             QStringLiteral("The server %1 did not answer within %2 s; the connection was closed")

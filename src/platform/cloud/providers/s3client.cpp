@@ -20,6 +20,10 @@ namespace {
 
 const QString DefaultRegion = QStringLiteral("us-east-1");
 
+const QString GoogleHost = QStringLiteral("storage.googleapis.com");
+// Google's XML API takes any region in a Version 4 scope as "auto".
+const QString GoogleRegion = QStringLiteral("auto");
+
 bool isAmazonType(Type type)
 {
     return type == Type::AmazonS3 || type == Type::AmazonS3Chinese || type == Type::NvlUbAmazonS3;
@@ -50,12 +54,16 @@ OperationResult S3Client::settings(const QMap<QString, QVariant>& config, Settin
     const QString accessKey = config.value(Config::AmazonS3Like::AccessKey).toString().trimmed();
     const QString secretKey = config.value(Config::AmazonS3Like::SecretKey).toString().trimmed();
     if (accessKey.isEmpty() || secretKey.isEmpty())
-        return OperationResult::failure(OperationError::InvalidConfig, QStringLiteral("Access key or secret key is empty"));
+        return OperationResult::failure(
+            OperationError::InvalidConfig, QStringLiteral("Access key or secret key is empty"));
 
     Info::AmazonS3Like info(known ? type : Type::S3Compatible);
     QString region = config.value(Config::AmazonS3Like::Region).toString().trimmed();
     QString endpoint = config.value(Api::Config::Http::Endpoint).toString().trimmed();
     bool useSsl = config.value(Api::Config::Http::UseSsl, true).toBool();
+    const bool google = known && type == Type::GoogleStorage;
+    if (endpoint.isEmpty() && google)
+        endpoint = GoogleHost;
     if (endpoint.isEmpty()) {
         const QMap<QString, QPair<QString, QString>> regions = info.regions();
         if (!region.isEmpty() && regions.contains(region)) {
@@ -78,13 +86,13 @@ OperationResult S3Client::settings(const QMap<QString, QVariant>& config, Settin
     if (region.isEmpty())
         region = regionOfAmazonHost(settings->endpoint.host());
     if (region.isEmpty())
-        region = DefaultRegion;
+        region = google ? GoogleRegion : DefaultRegion;
 
     const QString style = config.value(Config::AmazonS3Like::AddressingStyle).toString();
     settings->pathStyle = style.isEmpty() ? !settings->amazon : style != QLatin1String("VirtualHost");
     const QString signature = config.value(Config::AmazonS3Like::Signature::Key).toString();
-    S3Signer::Version version = info.defaultSignature() == Info::AmazonS3Like::V2 ? S3Signer::Version::V2
-                                                                                   : S3Signer::Version::V4;
+    S3Signer::Version version
+        = info.defaultSignature() == Info::AmazonS3Like::V2 ? S3Signer::Version::V2 : S3Signer::Version::V4;
     if (signature == Config::AmazonS3Like::Signature::Value::V2)
         version = S3Signer::Version::V2;
     else if (signature == Config::AmazonS3Like::Signature::Value::V4)
@@ -156,8 +164,9 @@ void S3Client::useRegion(Settings* settings, const QString& region) const
 {
     settings->signer->setRegion(region);
     if (settings->amazon && regionOfAmazonHost(settings->endpoint.host()) != region) {
-        const QString domain = settings->endpoint.host().endsWith(QLatin1String(".cn")) ? QStringLiteral("amazonaws.com.cn")
-                                                                                        : QStringLiteral("amazonaws.com");
+        const QString domain = settings->endpoint.host().endsWith(QLatin1String(".cn"))
+            ? QStringLiteral("amazonaws.com.cn")
+            : QStringLiteral("amazonaws.com");
         settings->endpoint.setHost(QStringLiteral("s3.%1.%2").arg(region, domain));
     }
 }
@@ -243,8 +252,8 @@ OperationResult S3Client::listContainers(const QMap<QString, QVariant>& config, 
     bool ok = true;
     const QVector<S3Xml::Bucket> buckets = S3Xml::buckets(exchange.body, &ok);
     if (!ok)
-        return OperationResult::failure(OperationError::InternalError,
-            QStringLiteral("The server's bucket list could not be read"));
+        return OperationResult::failure(
+            OperationError::InternalError, QStringLiteral("The server's bucket list could not be read"));
     for (const S3Xml::Bucket& bucket : buckets) {
         QJsonObject object {{QStringLiteral("Name"), bucket.name}};
         if (bucket.created.isValid())
@@ -300,8 +309,8 @@ OperationResult S3Client::listing(
     bool ok = true;
     const S3Xml::Listing page = S3Xml::listing(exchange.body, prefix, listing.delimiter, &ok);
     if (!ok)
-        return OperationResult::failure(
-            OperationError::InternalError, QStringLiteral("The server's listing of \"%1\" could not be read").arg(bucket));
+        return OperationResult::failure(OperationError::InternalError,
+            QStringLiteral("The server's listing of \"%1\" could not be read").arg(bucket));
     for (const Api::ListingObject& object : page.objects)
         result.data.append(object.json());
     if (page.truncated)

@@ -45,8 +45,8 @@ public:
     // Sends one request; an HTTP error answer becomes the failure of the
     // error table, a wrong region is corrected once. exchange (when given)
     // receives the answer.
-    OperationResult request(const QMap<QString, QVariant>& config, const Request& request,
-        const CancelToken& cancel, HttpExchange* exchange = nullptr);
+    OperationResult request(const QMap<QString, QVariant>& config, const Request& request, const CancelToken& cancel,
+        HttpExchange* exchange = nullptr);
 
 private:
     struct Settings

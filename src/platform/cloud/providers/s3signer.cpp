@@ -70,7 +70,8 @@ QByteArray S3Signer::uriEncode(const QByteArray& text, bool keepSlash)
 void S3Signer::sign(HttpExchange& exchange, const QByteArray& v2Resource, const QDateTime& now) const
 {
     if (!exchange.requestBody.isEmpty() || exchange.method == "PUT" || exchange.method == "POST")
-        setHeader(exchange, "Content-MD5", QCryptographicHash::hash(exchange.requestBody, QCryptographicHash::Md5).toBase64());
+        setHeader(exchange, "Content-MD5",
+            QCryptographicHash::hash(exchange.requestBody, QCryptographicHash::Md5).toBase64());
     if (m_version == Version::V2)
         signV2(exchange, v2Resource, now);
     else

@@ -26,8 +26,8 @@ QUrl withQuery(const QUrl& base, const QByteArray& path, const QList<QPair<QStri
     QByteArray encoded = base.toEncoded(QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::StripTrailingSlash) + path;
     QByteArrayList items;
     for (const auto& item : query)
-        items.append(S3Signer::uriEncode(item.first.toUtf8(), false) + '='
-            + S3Signer::uriEncode(item.second.toUtf8(), false));
+        items.append(
+            S3Signer::uriEncode(item.first.toUtf8(), false) + '=' + S3Signer::uriEncode(item.second.toUtf8(), false));
     if (!items.isEmpty())
         encoded += '?' + items.join('&');
     return QUrl::fromEncoded(encoded, QUrl::StrictMode);
@@ -94,8 +94,8 @@ OperationResult SwiftClient::login(const QMap<QString, QVariant>& config, const 
     if (!error.isEmpty())
         return OperationResult::failure(OperationError::InvalidConfig, error);
     const int type = config.value(OS::AuthType, 1).toInt();
-    OperationResult result = type == 2 || type == 3 ? loginKeystone(config, url, type, cancel)
-                                                     : loginV1(config, url, cancel);
+    OperationResult result
+        = type == 2 || type == 3 ? loginKeystone(config, url, type, cancel) : loginV1(config, url, cancel);
     if (!result.isError())
         m_loggedInWith = config;
     return result;
@@ -118,8 +118,8 @@ OperationResult SwiftClient::loginV1(const QMap<QString, QVariant>& config, cons
     m_token = exchange.header("x-auth-token");
     const QUrl storage(QString::fromUtf8(exchange.header("x-storage-url")));
     if (m_token.isEmpty() || !storage.isValid() || storage.host().isEmpty())
-        return OperationResult::failure(OperationError::InternalError,
-            QStringLiteral("The server's login answer has no token or storage URL"));
+        return OperationResult::failure(
+            OperationError::InternalError, QStringLiteral("The server's login answer has no token or storage URL"));
     m_endpoints.append({QString(), storage, storage});
     return {};
 }
@@ -143,8 +143,8 @@ OperationResult SwiftClient::loginKeystone(
         const QString domainId = config.value(OS::Auth_Keystore_V3::DomainId).toString().trimmed();
         const QString domainName = config.value(OS::Auth_Keystore_V3::DomainName).toString().trimmed();
         const QJsonObject domain = named(domainId.isEmpty() ? domainName : domainId, !domainId.isEmpty());
-        const QJsonObject userObject {{QStringLiteral("name"), user}, {QStringLiteral("domain"), domain},
-            {QStringLiteral("password"), key}};
+        const QJsonObject userObject {
+            {QStringLiteral("name"), user}, {QStringLiteral("domain"), domain}, {QStringLiteral("password"), key}};
         auth.insert(QStringLiteral("identity"),
             QJsonObject {{QStringLiteral("methods"), QJsonArray {QStringLiteral("password")}},
                 {QStringLiteral("password"), QJsonObject {{QStringLiteral("user"), userObject}}}});
@@ -231,8 +231,8 @@ OperationResult SwiftClient::storageUrl(const QMap<QString, QVariant>& config, c
         if (url->isValid())
             return {};
     }
-    return OperationResult::failure(OperationError::NotFound,
-        QStringLiteral("The catalog has no object storage in region \"%1\"").arg(region));
+    return OperationResult::failure(
+        OperationError::NotFound, QStringLiteral("The catalog has no object storage in region \"%1\"").arg(region));
 }
 
 OperationResult SwiftClient::request(const QMap<QString, QVariant>& config, const QByteArray& method,
@@ -285,8 +285,8 @@ OperationResult SwiftClient::checkConfig(const QMap<QString, QVariant>& config, 
 OperationResult SwiftClient::listContainers(const QMap<QString, QVariant>& config, const CancelToken& cancel)
 {
     HttpExchange exchange;
-    OperationResult result = request(config, "GET", QString(), {{QStringLiteral("format"), QStringLiteral("json")}},
-        &exchange, cancel);
+    OperationResult result
+        = request(config, "GET", QString(), {{QStringLiteral("format"), QStringLiteral("json")}}, &exchange, cancel);
     if (result.isError())
         return result;
     // With a catalog of several regions the user picks the container and
@@ -298,8 +298,8 @@ OperationResult SwiftClient::listContainers(const QMap<QString, QVariant>& confi
             QMap<QString, QVariant> scoped = config;
             scoped.insert(OS::Auth_Keystore_V2::Region, endpoint.region);
             scoped.insert(OS::Auth_Keystore_V3::Region, endpoint.region);
-            result = request(scoped, "GET", QString(), {{QStringLiteral("format"), QStringLiteral("json")}},
-                &regional, cancel);
+            result = request(
+                scoped, "GET", QString(), {{QStringLiteral("format"), QStringLiteral("json")}}, &regional, cancel);
             if (result.isError())
                 return result;
         }
@@ -373,10 +373,12 @@ OperationResult SwiftClient::listing(
         last = name;
         if (name == prefix && name.endsWith(QLatin1Char('/')))
             continue;
-        QDateTime modified = QDateTime::fromString(item.value(QStringLiteral("last_modified")).toString(), Qt::ISODateWithMs);
+        QDateTime modified
+            = QDateTime::fromString(item.value(QStringLiteral("last_modified")).toString(), Qt::ISODateWithMs);
         modified.setTimeSpec(Qt::UTC);
         result.data.append(
-            Api::ListingObject(name, false, item.value(QStringLiteral("bytes")).toVariant().toLongLong(), modified).json());
+            Api::ListingObject(name, false, item.value(QStringLiteral("bytes")).toVariant().toLongLong(), modified)
+                .json());
     }
     if (items.size() >= limit)
         result.marker = last;
