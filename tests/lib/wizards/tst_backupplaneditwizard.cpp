@@ -168,7 +168,7 @@ void TestBackupPlanEditWizard::nextToSummary(BackupPlanEditWizard& wizard)
 void TestBackupPlanEditWizard::shouldRegisterBuiltPagesAndStartOnName()
 {
     BackupPlanEditWizard wizard(true);
-    QCOMPARE(wizard.pageIds(), (QList<int> {0, 1, 4, 7, 9, 104, 108}));
+    QCOMPARE(wizard.pageIds(), (QList<int> {0, 1, 4, 6, 7, 8, 9, 104, 108}));
     QCOMPARE(wizard.planType(), 1);
     QCOMPARE(wizard.backupPlanType(), BackupPlanEditWizard::PlanTypeFile);
     QCOMPARE(wizard.property(BackupPlanEditWizard::Property_BackupPlanType).value<unsigned char>(), 0);
@@ -199,7 +199,7 @@ void TestBackupPlanEditWizard::shouldWalkFromSourceThroughScheduleToSummary()
     BackupPlanEditWizard wizard(false);
     walkToSummary(wizard, QStringLiteral("Docs"));
     QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSummaryId));
-    QCOMPARE(wizard.visitedIds(), (QList<int> {0, 1, 4, 7, 108, 9}));
+    QCOMPARE(wizard.visitedIds(), (QList<int> {0, 1, 4, 7, 108, 8, 9}));
     QVERIFY(wizard.button(QWizard::FinishButton)->isVisible());
     const QString html = summaryPage(wizard)->summaryHtml();
     QVERIFY(html.startsWith(QStringLiteral("<table><tr><td>Backup storage:</td><td>Local disk</td></tr>")));
@@ -362,6 +362,8 @@ void TestBackupPlanEditWizard::shouldFollowEnabledScheduleInNewFormat()
     QVERIFY(WizardVolume::mark(sourcePage(wizard)->model(), m_volume->vol(QStringLiteral("docs")), 2));
     wizard.next();
     // Past the filter and compression pages that aren't there yet.
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageConsistencyCheckId));
+    wizard.next();
     QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageScheduleId));
     wizard.next();
     QCOMPARE(wizard.currentId(),

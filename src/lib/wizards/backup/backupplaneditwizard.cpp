@@ -11,6 +11,8 @@
 #include "wizards/backup/pagesource.h"
 #include "wizards/backup/pagesummary.h"
 #include "wizards/common/pagecloud.h"
+#include "wizards/common/pageconsistencycheck.h"
+#include "wizards/common/pagenotificationstandalone.h"
 #include "wizards/common/pageschedule.h"
 
 namespace NVB::GUI {
@@ -78,6 +80,10 @@ QWizardPage* BackupPlanEditWizard::createPage(int id)
         return new PageFullSchedule(m_isArchive, this);
     case PageBackupActionsId:
         return new PageBackupActions(this);
+    case PageNotificationStandaloneId:
+        return new PageNotificationStandalone(this);
+    case PageConsistencyCheckId:
+        return new PageConsistencyCheck(this);
     default:
         return nullptr;
     }
