@@ -24,8 +24,10 @@
 #include "storage/storageconnectionsmodelcreator.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
+#include "wizards/backup/pagebackupactions.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pagesource.h"
+#include "wizards/backup/postactionwidget.h"
 #include "wizards/common/pagecloud.h"
 
 using NVB::Console::MainWindow;
@@ -151,8 +153,19 @@ private slots:
         QVERIFY(page->model()->setData(page->model()->indexByPath(source()), 2, Qt::CheckStateRole));
         QVERIFY(QTest::qWaitFor([&] { return page->isComplete(); }));
         keepPicture(wizard, "wizard-source");
-        wizard->next();
+        // On through the schedule and the other pages; on the actions page a
+        // command that leaves a mark, only after a successful backup.
+        const QString mark = m_volume.path() + QStringLiteral("/post action ran");
+        for (int steps = 0; steps < 12 && wizard->currentId() != BackupPlanEditWizard::PageSummaryId; ++steps) {
+            wizard->next();
+            if (auto* actions = qobject_cast<BackupPlanEditWizard::PageBackupActions*>(wizard->currentPage())) {
+                actions->postAction()->setActionEnabled(true);
+                actions->postAction()->setProgram(QStringLiteral("\"/usr/bin/touch\" \"%1\"").arg(mark));
+                QVERIFY(actions->postAction()->warningMessage().isEmpty());
+            }
+        }
         QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageSummaryId));
+        QVERIFY(wizard->visitedIds().contains(BackupPlanEditWizard::PageBackupActionsId));
         keepPicture(wizard, "wizard-summary");
         wizard->button(QWizard::FinishButton)->click();
 
@@ -193,6 +206,8 @@ private slots:
             copied << QFileInfo(files.next()).fileName();
         copied.sort();
         QCOMPARE(copied, (QStringList {QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
+        QVERIFY(QFile::exists(mark));
+        QVERIFY(QFile::remove(mark));
         QVERIFY(sawRunning);
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));
@@ -209,6 +224,8 @@ private slots:
             30000);
         QVERIFY(QDir().rename(source() + QStringLiteral("-gone"), source()));
         QVERIFY(failed);
+        // Only after success: the failed run left no mark.
+        QVERIFY(!QFile::exists(mark));
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanFailed));
     }

@@ -8,16 +8,20 @@
 #include <QtConcurrent>
 
 #include "accountfolder.h"
+#include "actions/consistencycheck.h"
+#include "actions/planactions.h"
 #include "core/nvldebug.h"
 #include "filebackupjob.h"
 #include "filerestorejob.h"
 #include "fileverifyjob.h"
+#include "notify/runnotifier.h"
 #include "planoptions.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
 #include "records/plan/restorefile.h"
+#include "schedule/fullbackuprule.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
@@ -121,8 +125,14 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
         reason = prepareBackup(active, *record, forceFull, &work);
     else
         reason = prepareRestore(active, *record, &work);
-    if (record)
-        active.stopAfterSeconds = qint64(qMin<unsigned long long>(record->schedule().stopAfter(), 1ull << 40));
+    if (record) {
+        unsigned long long limit = record->schedule().stopAfter();
+        // A forced full run is bounded by the full schedule's own limit.
+        const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data());
+        if (forceFull && backup && backup->forceFullSchedule().stopAfter() > 0)
+            limit = backup->forceFullSchedule().stopAfter();
+        active.stopAfterSeconds = qint64(qMin<unsigned long long>(limit, 1ull << 40));
+    }
     if (!reason.isEmpty()) {
         work = [reason](const std::atomic_bool&) {
             RunOutcome outcome;
@@ -131,7 +141,11 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
             return outcome;
         };
         active.makesPoint = false;
+    } else if (const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data()); backup && !verify) {
+        work = PlanActions::around(backup->actions(), std::move(work));
     }
+    if (record && !verify)
+        work = RunNotifier::around(*record, std::move(work));
     const int subtype = stored->subtype;
     m_runs.insert(planId, active);
     emit started(planId, subtype);
@@ -158,6 +172,9 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     if (folder.isEmpty())
         return error;
 
+    if (!forceFull
+        && FullBackupRule::sizeConditionMet(*plan, m_store->restorePoints(active.plan.storageId, active.plan.id)))
+        forceFull = true;
     const auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
     active.makesPoint = true;
     active.newBunch = !m_store->bunch(active.plan.storageId, active.plan.id).has_value();
@@ -206,6 +223,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         = QStringLiteral("%1/NVB_%2/%3").arg(parameters.storageRoot, prefix, noBraces(active.plan.id));
     const qint64 previousRow = previous ? previous->rowId : 0;
     const QString storeFile = m_store->filePath();
+    const QString storageRoot = parameters.storageRoot;
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
@@ -229,6 +247,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         outcome.content = std::move(result.content);
         return outcome;
     };
+    *work = ConsistencyCheck::around(storageRoot, std::move(*work));
     return {};
 }
 

@@ -84,6 +84,8 @@ QMap<QString, QString> DefaultSettings::defaultValues()
         {QStringLiteral("SMTP user"), QString()},
         {QStringLiteral("SMTP password"), QString()},
         {QStringLiteral("SMTP sender"), QString()},
+        // Seconds a plan's pre or post action may run before it is killed.
+        {QStringLiteral("Action time limit"), QStringLiteral("3600")},
     };
 }
 
