@@ -66,7 +66,9 @@ ActionRunner::Result ActionRunner::run(const QString& commandLine, int timeLimit
     result.started = true;
     QString output;
     const auto collect = [&output, &process] {
-        output += QString::fromLocal8Bit(process.readAll());
+        // With the size: the array form stops at the first NUL byte.
+        const QByteArray bytes = process.readAll();
+        output += QString::fromLocal8Bit(bytes.constData(), bytes.size());
         if (output.size() > 4 * OutputTailChars)
             output = output.right(OutputTailChars);
     };

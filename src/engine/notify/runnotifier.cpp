@@ -125,7 +125,7 @@ RunNotifier::Work RunNotifier::around(const NVB::Info::Plan::Base& plan, Work wo
             return outcome;
         QString error;
         const SmtpSettings smtp = SmtpSettings::fromSettings(&error);
-        const NVB::DefaultSettings* settings = NVB::DefaultSettings::instance();
+        const std::unique_ptr<NVB::DefaultSettings> settings = SmtpSettings::current();
         QStringList recipients;
         for (const QString& part :
             (settings ? settings->getNotifEmail() : QString()).split(QRegularExpression(QStringLiteral("[;,]")))) {

@@ -7,10 +7,18 @@
 
 namespace NVB::Engine {
 
+std::unique_ptr<NVB::DefaultSettings> SmtpSettings::current()
+{
+    const NVB::DefaultSettings* shared = NVB::DefaultSettings::instance();
+    if (!shared)
+        return {};
+    return std::make_unique<NVB::DefaultSettings>(shared->filePath(), NVB::DefaultSettings::defaultValues());
+}
+
 SmtpSettings SmtpSettings::fromSettings(QString* error)
 {
     SmtpSettings smtp;
-    const NVB::DefaultSettings* settings = NVB::DefaultSettings::instance();
+    const std::unique_ptr<NVB::DefaultSettings> settings = current();
     if (!settings)
         return smtp;
     smtp.host = settings->value(QStringLiteral("SMTP host")).trimmed();

@@ -1,6 +1,12 @@
 #pragma once
 
+#include <memory>
+
 #include <QString>
+
+namespace NVB {
+class DefaultSettings;
+}
 
 namespace NVB::Engine {
 
@@ -17,6 +23,11 @@ struct SmtpSettings
     QString user;
     QString password;
     QString sender;
+
+    // The settings as the file holds them now: the console writes them while
+    // the engine runs, so a mail reads them afresh rather than keep what the
+    // engine saw at its start.
+    static std::unique_ptr<NVB::DefaultSettings> current();
 
     // With `error` set when a value cannot be used (a password that does
     // not decipher, a port out of range).
