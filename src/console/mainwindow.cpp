@@ -10,6 +10,7 @@
 #include "accounts/storages.h"
 #include "app/application.h"
 #include "app/icons/iconmanager.h"
+#include "mailserverdialog.h"
 #include "planlistview.h"
 #include "plans/planbackupmodel.h"
 #include "plans/plancontrolobject.h"
@@ -88,6 +89,9 @@ void MainWindow::buildToolBar()
     m_editAction->setObjectName(QStringLiteral("editPlan"));
     m_runAction->setObjectName(QStringLiteral("runPlan"));
     m_deleteAction->setObjectName(QStringLiteral("deletePlan"));
+    // Where plan notification mail goes out.
+    QAction* mail = bar->addAction(tr("Mail server"), this, [this] { MailServerDialog(this).exec(); });
+    mail->setObjectName(QStringLiteral("mailServer"));
 }
 
 PlanListView* MainWindow::currentList() const

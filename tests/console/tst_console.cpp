@@ -3,6 +3,7 @@
 #include <QDirIterator>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QStatusBar>
 #include <QtTest>
 
@@ -12,6 +13,7 @@
 #include "app/icons/iconmanager.h"
 #include "engineprocess.h"
 #include "listing/filesystemlisting.h"
+#include "mailserverdialog.h"
 #include "mainwindow.h"
 #include "modaldialog.h"
 #include "models/filesystemcheckedmodel.h"
@@ -21,6 +23,7 @@
 #include "plantablecreator.h"
 #include "records/plan/planresult.h"
 #include "service/connectionmanager.h"
+#include "stores/defaultsettings.h"
 #include "storage/storageconnectionsmodelcreator.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
@@ -105,6 +108,29 @@ private slots:
     {
         NVB::FileSystemListing::setMountTable(QString());
         QVERIFY(m_engine.stop());
+    }
+
+    void shouldKeepMailServerFromTheWindow()
+    {
+        MainWindow window;
+        whenModal<NVB::Console::MailServerDialog>([](NVB::Console::MailServerDialog* dialog) {
+            dialog->hostEdit()->setText(QStringLiteral("127.0.0.1"));
+            dialog->portBox()->setValue(2525);
+            dialog->passwordEdit()->setText(QStringLiteral("secret"));
+            // A bad sender keeps the dialog open with its reason.
+            dialog->senderEdit()->setText(QStringLiteral("not an address"));
+            dialog->accept();
+            QVERIFY(dialog->isVisible());
+            dialog->senderEdit()->setText(QStringLiteral("backup@example.org"));
+            dialog->accept();
+        });
+        window.findChild<QAction*>(QStringLiteral("mailServer"))->trigger();
+        const NVB::DefaultSettings* settings = NVB::DefaultSettings::instance();
+        QCOMPARE(settings->value(QStringLiteral("SMTP host")), QStringLiteral("127.0.0.1"));
+        QCOMPARE(settings->value(QStringLiteral("SMTP port")), QStringLiteral("2525"));
+        QCOMPARE(settings->value(QStringLiteral("SMTP sender")), QStringLiteral("backup@example.org"));
+        const QString stored = settings->value(QStringLiteral("SMTP password"));
+        QVERIFY(!stored.isEmpty() && stored != QLatin1String("secret"));
     }
 
     void shouldMakeAndRunPlanFromTheWindow()
