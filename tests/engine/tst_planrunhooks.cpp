@@ -8,6 +8,7 @@
 #include "engineprocess.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/planresult.h"
+#include "records/plan/planstatus.h"
 #include "service/connectionmanager.h"
 #include "synccommand.h"
 #include "testmain.h"
@@ -56,7 +57,8 @@ private:
         return reply.answered && !reply.isError ? plan.id() : QUuid();
     }
 
-    // Runs a plan that never ran before to its end; its summary then.
+    // Runs the plan to its end; its summary then. The engine marks the plan
+    // running before it answers and idle once the run is recorded.
     QJsonObject run(const QUuid& plan)
     {
         const auto reply
@@ -67,9 +69,7 @@ private:
         (void)QTest::qWaitFor(
             [&] {
                 last = info(plan);
-                const int result = last.value(QStringLiteral("LastRunStatus")).toInt();
-                return result == PlanResult::Success || result == PlanResult::Warning || result == PlanResult::Failed
-                    || result == PlanResult::Interrupted;
+                return last.value(QStringLiteral("Status")).toInt() != int(NVB::Info::Plan::PlanStatus::Running);
             },
             30000);
         return last;
@@ -184,6 +184,42 @@ private slots:
         QCOMPARE(passed.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
         QVERIFY(QFile::exists(mark));
         QVERIFY(mails().isEmpty());
+    }
+
+    void shouldWarnNamingObjectsMissingFromEarlierPoints_data()
+    {
+        QTest::addColumn<bool>("full");
+        QTest::newRow("full consistency check") << true;
+        QTest::newRow("new point only") << false;
+    }
+
+    void shouldWarnNamingObjectsMissingFromEarlierPoints()
+    {
+        QFETCH(bool, full);
+        const QUuid plan = savePlan(QStringLiteral("Checked"),
+            [full](NVB::Info::Plan::BackupFile& backup) { backup.setUseConsistencyCheck(full); });
+        QCOMPARE(run(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        // The first point's copy of a.txt disappears from the storage; the
+        // next run copies the file again, the first point still names it.
+        QDirIterator objects(m_storage.filePath(QStringLiteral("NVB_tester/") + plan.toString(QUuid::WithoutBraces)),
+            QDir::Files, QDirIterator::Subdirectories);
+        QString removed;
+        while (objects.hasNext()) {
+            const QString path = objects.next();
+            if (path.endsWith(QLatin1String("/a.txt")))
+                removed = path;
+        }
+        QVERIFY(QFile::remove(removed));
+        const QJsonObject second = run(plan);
+        const QString message = second.value(QStringLiteral("LastRunMessage")).toString();
+        const QString object = removed.mid(m_storage.path().size() + QStringLiteral("/NVB_tester/").size());
+        if (full) {
+            QCOMPARE(second.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Warning));
+            QVERIFY2(message.contains(QStringLiteral("Consistency check: 1 object")), qPrintable(message));
+            QVERIFY2(message.contains(object + QStringLiteral(" (missing)")), qPrintable(message + object));
+        } else {
+            QCOMPARE(second.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        }
     }
 
     void shouldMailOnceWhenPlanFailsAndNeverWhenItSucceeds()

@@ -5,6 +5,8 @@
 #include "core/bytename.h"
 #include "core/nvldebug.h"
 #include "records/plan/planresult.h"
+#include "store/repositorystore.h"
+#include "store/storedatabase.h"
 
 namespace NVB::Engine {
 
@@ -35,13 +37,33 @@ QStringList ConsistencyCheck::problems(const QString& storageRoot, const QList<S
     return found;
 }
 
-ConsistencyCheck::Work ConsistencyCheck::around(const QString& storageRoot, Work work)
+ConsistencyCheck::Work ConsistencyCheck::around(
+    const QString& storageRoot, const QString& storeFile, const QList<qint64>& earlierPoints, Work work)
 {
-    return [storageRoot, work = std::move(work)](const std::atomic_bool& stop) {
+    return [storageRoot, storeFile, earlierPoints, work = std::move(work)](const std::atomic_bool& stop) {
         RunOutcome outcome = work(stop);
         if (outcome.planResult != PlanResult::Success && outcome.planResult != PlanResult::Warning)
             return outcome;
-        const QStringList found = problems(storageRoot, outcome.content);
+        QStringList found = problems(storageRoot, outcome.content);
+        if (!earlierPoints.isEmpty()) {
+            StoreDatabase database;
+            if (database.open(storeFile)) {
+                RepositoryStore repository(database);
+                for (qint64 row : earlierPoints) {
+                    if (stop)
+                        break;
+                    for (const QString& problem : problems(storageRoot, repository.content(row))) {
+                        if (!found.contains(problem))
+                            found << problem;
+                    }
+                }
+                database.close();
+            } else {
+                NVL::NvlDebug(QStringLiteral("NVB")).warning()
+                    << QStringLiteral("The earlier restore points could not be read for the consistency check: %1")
+                           .arg(database.lastError());
+            }
+        }
         if (found.isEmpty())
             return outcome;
         QStringList named = found.mid(0, NamedObjects);

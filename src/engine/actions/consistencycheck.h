@@ -12,6 +12,10 @@ namespace NVB::Engine {
 // storage keeps no checksum of its own, so reading the data back against
 // the recorded checksums is the verify run's work, not this check's.
 // A missing or resized object turns the result into a warning that names it.
+//
+// With the plan's "full consistency check" the objects of every earlier
+// restore point of the plan are checked too, so old versions kept only by
+// older points are found missing as well; without it only the new point's.
 class ConsistencyCheck
 {
 public:
@@ -24,7 +28,10 @@ public:
     // `storageRoot`, each as "object (reason)".
     static QStringList problems(const QString& storageRoot, const QList<StoredContent>& content);
 
-    static Work around(const QString& storageRoot, Work work);
+    // `earlierPoints` are the store rows of the plan's earlier restore points
+    // to check as well, read from the store file on the worker.
+    static Work around(
+        const QString& storageRoot, const QString& storeFile, const QList<qint64>& earlierPoints, Work work);
 };
 
 } // namespace NVB::Engine

@@ -247,7 +247,12 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         outcome.content = std::move(result.content);
         return outcome;
     };
-    *work = ConsistencyCheck::around(storageRoot, std::move(*work));
+    QList<qint64> earlierPoints;
+    if (plan->useConsistencyCheck()) {
+        for (const StoredRestorePoint& recorded : m_store->restorePoints(active.plan.storageId, active.plan.id))
+            earlierPoints << recorded.rowId;
+    }
+    *work = ConsistencyCheck::around(storageRoot, storeFile, earlierPoints, std::move(*work));
     return {};
 }
 
