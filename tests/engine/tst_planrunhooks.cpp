@@ -252,6 +252,24 @@ private slots:
         QCOMPARE(subject, QStringLiteral("Loud plan on %1: Failed").arg(QSysInfo::machineHostName()));
         QVERIFY(text.contains("To: <ann@example.org>, <bob@example.org>"));
         QVERIFY(text.contains("filename=\"report.txt\""));
+
+        // The engine reads the mail settings afresh: with the server gone
+        // the mail fails, the history says so and the result stays.
+        QFile settings(m_home.filePath(QStringLiteral("config/defaultsettings.json")));
+        QVERIFY(settings.open(QIODevice::ReadOnly));
+        QJsonObject values = QJsonDocument::fromJson(settings.readAll()).object();
+        settings.close();
+        values.insert(QStringLiteral("SMTP port"), QString::number(freePort()));
+        QVERIFY(settings.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        settings.write(QJsonDocument(values).toJson());
+        settings.close();
+        const QJsonObject unsent = run(bad);
+        QCOMPARE(unsent.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
+        QVERIFY2(unsent.value(QStringLiteral("LastRunMessage"))
+                     .toString()
+                     .contains(QStringLiteral("The notification mail could not be sent")),
+            qPrintable(unsent.value(QStringLiteral("LastRunMessage")).toString()));
+        QCOMPARE(mails().size(), 1);
     }
 };
 
