@@ -23,8 +23,8 @@ private slots:
     void shouldReportExitCodeAndKeepOnlyTheTail()
     {
         const std::atomic_bool stop {false};
-        const auto result = ActionRunner::run(
-            QStringLiteral("\"/bin/sh\" -c \"yes x | head -c 10000; echo END; exit 4\""), 10, stop);
+        const auto result
+            = ActionRunner::run(QStringLiteral("\"/bin/sh\" -c \"yes x | head -c 10000; echo END; exit 4\""), 10, stop);
         QVERIFY(result.started);
         QCOMPARE(result.exitCode, 4);
         QCOMPARE(result.outputTail.size(), ActionRunner::OutputTailChars);
