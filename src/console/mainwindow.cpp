@@ -13,6 +13,7 @@
 #include "app/icons/iconmanager.h"
 #include "diskspanel.h"
 #include "historypanel.h"
+#include "mailserverdialog.h"
 #include "planlistview.h"
 #include "planprogresspanel.h"
 #include "plans/planbackupmodel.h"
@@ -105,6 +106,9 @@ void MainWindow::buildToolBar()
     m_editAction->setObjectName(QStringLiteral("editPlan"));
     m_runAction->setObjectName(QStringLiteral("runPlan"));
     m_deleteAction->setObjectName(QStringLiteral("deletePlan"));
+    // Where plan notification mail goes out.
+    QAction* mail = bar->addAction(tr("Mail server"), this, [this] { MailServerDialog(this).exec(); });
+    mail->setObjectName(QStringLiteral("mailServer"));
 }
 
 PlanListView* MainWindow::currentList() const

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QStatusBar>
 #include <QTableView>
 #include <QtTest>
@@ -19,6 +20,7 @@
 #include "engineprocess.h"
 #include "historypanel.h"
 #include "listing/filesystemlisting.h"
+#include "mailserverdialog.h"
 #include "mainwindow.h"
 #include "modaldialog.h"
 #include "models/filesystemcheckedmodel.h"
@@ -32,12 +34,15 @@
 #include "records/plan/planresult.h"
 #include "service/connectionmanager.h"
 #include "service/notification/format.h"
+#include "stores/defaultsettings.h"
 #include "storage/storageconnectionsmodelcreator.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
+#include "wizards/backup/pagebackupactions.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pagesource.h"
 #include "wizards/backup/trynewbackupformatdialog.h"
+#include "wizards/backup/postactionwidget.h"
 #include "wizards/common/pagecloud.h"
 
 using NVB::Console::MainWindow;
@@ -118,6 +123,29 @@ private slots:
         QVERIFY(m_engine.stop());
     }
 
+    void shouldKeepMailServerFromTheWindow()
+    {
+        MainWindow window;
+        whenModal<NVB::Console::MailServerDialog>([](NVB::Console::MailServerDialog* dialog) {
+            dialog->hostEdit()->setText(QStringLiteral("127.0.0.1"));
+            dialog->portBox()->setValue(2525);
+            dialog->passwordEdit()->setText(QStringLiteral("secret"));
+            // A bad sender keeps the dialog open with its reason.
+            dialog->senderEdit()->setText(QStringLiteral("not an address"));
+            dialog->accept();
+            QVERIFY(dialog->isVisible());
+            dialog->senderEdit()->setText(QStringLiteral("backup@example.org"));
+            dialog->accept();
+        });
+        window.findChild<QAction*>(QStringLiteral("mailServer"))->trigger();
+        const NVB::DefaultSettings* settings = NVB::DefaultSettings::instance();
+        QCOMPARE(settings->value(QStringLiteral("SMTP host")), QStringLiteral("127.0.0.1"));
+        QCOMPARE(settings->value(QStringLiteral("SMTP port")), QStringLiteral("2525"));
+        QCOMPARE(settings->value(QStringLiteral("SMTP sender")), QStringLiteral("backup@example.org"));
+        const QString stored = settings->value(QStringLiteral("SMTP password"));
+        QVERIFY(!stored.isEmpty() && stored != QLatin1String("secret"));
+    }
+
     void shouldMakeAndRunPlanFromTheWindow()
     {
         MainWindow window;
@@ -169,8 +197,19 @@ private slots:
         QVERIFY(page->model()->setData(page->model()->indexByPath(source()), 2, Qt::CheckStateRole));
         QVERIFY(QTest::qWaitFor([&] { return page->isComplete(); }));
         keepPicture(wizard, "wizard-source");
-        wizard->next();
+        // On through the schedule and the other pages; on the actions page a
+        // command that leaves a mark, only after a successful backup.
+        const QString mark = m_volume.path() + QStringLiteral("/post action ran");
+        for (int steps = 0; steps < 12 && wizard->currentId() != BackupPlanEditWizard::PageSummaryId; ++steps) {
+            wizard->next();
+            if (auto* actions = qobject_cast<BackupPlanEditWizard::PageBackupActions*>(wizard->currentPage())) {
+                actions->postAction()->setActionEnabled(true);
+                actions->postAction()->setProgram(QStringLiteral("\"/usr/bin/touch\" \"%1\"").arg(mark));
+                QVERIFY(actions->postAction()->warningMessage().isEmpty());
+            }
+        }
         QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageSummaryId));
+        QVERIFY(wizard->visitedIds().contains(BackupPlanEditWizard::PageBackupActionsId));
         keepPicture(wizard, "wizard-summary");
         wizard->button(QWizard::FinishButton)->click();
 
@@ -221,6 +260,8 @@ private slots:
         QCOMPARE(objects,
             (QMap<QString, int> {{QStringLiteral("config"), 1}, {QStringLiteral("generation"), 1},
                 {QStringLiteral("index"), 1}, {QStringLiteral("packs"), 1}, {QStringLiteral("points"), 1}}));
+        QVERIFY(QFile::exists(mark));
+        QVERIFY(QFile::remove(mark));
         QVERIFY(sawRunning);
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));
@@ -261,6 +302,8 @@ private slots:
             30000);
         QVERIFY(QDir().rename(source() + QStringLiteral("-gone"), source()));
         QVERIFY(failed);
+        // Only after success: the failed run left no mark.
+        QVERIFY(!QFile::exists(mark));
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanFailed));
         // Only the failed run passes the result filter.

@@ -15,16 +15,10 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
     // nothing. Anything that deletes is a retention policy it cannot honour.
     if (retention.useDeleteOlder() || retention.useKeepVersion() || retention.useDeleteLocaly())
         return QStringLiteral("retention policy");
-    if (plan.forceFullSchedule().isEnable())
-        return QStringLiteral("scheduled full backup");
-    if (plan.forceFullDiffSizeConditionEnable())
-        return QStringLiteral("full backup when the changes exceed a size");
+    // Scheduled full backups and the size condition start a new generation;
+    // pre and post actions run around the work (actions/planactions).
     // Block-level upload only saves transfer: whole files make the same
     // restore point, so a plan asking for it runs with whole files.
-    if (plan.actions().pre().isEnabled())
-        return QStringLiteral("action before the backup");
-    if (plan.actions().post().isEnabled())
-        return QStringLiteral("action after the backup");
     // The consistency check is honoured by every run: an earlier copy is
     // reused only after it is found on the storage with its recorded size.
     if (plan.syncBeforeRun())

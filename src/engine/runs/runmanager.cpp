@@ -11,10 +11,13 @@
 #include "accountfolder.h"
 #include "archive/archivebackupjob.h"
 #include "archive/archiverestorejob.h"
+#include "actions/consistencycheck.h"
+#include "actions/planactions.h"
 #include "core/nvldebug.h"
 #include "filebackupjob.h"
 #include "filerestorejob.h"
 #include "fileverifyjob.h"
+#include "notify/runnotifier.h"
 #include "planoptions.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
@@ -22,6 +25,7 @@
 #include "records/plan/planstatus.h"
 #include "records/plan/restorefile.h"
 #include "repository/repository.h"
+#include "schedule/fullbackuprule.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
@@ -141,8 +145,14 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
         reason = prepareBackup(active, *record, forceFull, &work);
     else
         reason = prepareRestore(active, *record, &work);
-    if (record)
-        active.stopAfterSeconds = qint64(qMin<unsigned long long>(record->schedule().stopAfter(), 1ull << 40));
+    if (record) {
+        unsigned long long limit = record->schedule().stopAfter();
+        // A forced full run is bounded by the full schedule's own limit.
+        const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data());
+        if (forceFull && backup && backup->forceFullSchedule().stopAfter() > 0)
+            limit = backup->forceFullSchedule().stopAfter();
+        active.stopAfterSeconds = qint64(qMin<unsigned long long>(limit, 1ull << 40));
+    }
     if (!reason.isEmpty()) {
         work = [reason](const std::atomic_bool&) {
             RunOutcome outcome;
@@ -151,7 +161,11 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
             return outcome;
         };
         active.makesPoint = false;
+    } else if (const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data()); backup && !verify) {
+        work = PlanActions::around(backup->actions(), std::move(work));
     }
+    if (record && !verify)
+        work = RunNotifier::around(*record, std::move(work));
     const int subtype = stored->subtype;
     m_runs.insert(planId, active);
     emit started(planId, subtype);
@@ -178,6 +192,9 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     if (folder.isEmpty())
         return error;
 
+    if (!forceFull
+        && FullBackupRule::sizeConditionMet(*plan, m_store->restorePoints(active.plan.storageId, active.plan.id)))
+        forceFull = true;
     auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
     if (previous && plan->isArchive()) {
         // A change of compression starts a new generation: a generation's
@@ -235,6 +252,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         = QStringLiteral("%1/NVB_%2/%3").arg(parameters.storageRoot, prefix, noBraces(active.plan.id));
     const QUuid previousGeneration = previous ? previous->generationId : QUuid();
     const QString storeFile = m_store->filePath();
+    const QString storageRoot = parameters.storageRoot;
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
@@ -304,6 +322,12 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
             std::move(result.emptiedFolders), replacesAll};
         return outcome;
     };
+    QList<qint64> earlierPoints;
+    if (plan->useConsistencyCheck()) {
+        for (const StoredRestorePoint& recorded : m_store->restorePoints(active.plan.storageId, active.plan.id))
+            earlierPoints << recorded.rowId;
+    }
+    *work = ConsistencyCheck::around(storageRoot, storeFile, earlierPoints, std::move(*work));
     return {};
 }
 

@@ -77,6 +77,17 @@ QMap<QString, QString> DefaultSettings::defaultValues()
         {QStringLiteral("RetentionUseBackupDate"), QStringLiteral("false")},
         {QStringLiteral("Notification email"), QString()},
         {QStringLiteral("Notification user name"), QString()},
+        // Where addresses are confirmed; empty: every address counts as confirmed.
+        {QStringLiteral("Notification confirmation URL"), QString()},
+        // The mail server of notifications; the password is enciphered.
+        {QStringLiteral("SMTP host"), QString()},
+        {QStringLiteral("SMTP port"), QStringLiteral("25")},
+        {QStringLiteral("SMTP TLS"), QStringLiteral("false")},
+        {QStringLiteral("SMTP user"), QString()},
+        {QStringLiteral("SMTP password"), QString()},
+        {QStringLiteral("SMTP sender"), QString()},
+        // Seconds a plan's pre or post action may run before it is killed.
+        {QStringLiteral("Action time limit"), QStringLiteral("3600")},
     };
 }
 

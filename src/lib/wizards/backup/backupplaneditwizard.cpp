@@ -5,10 +5,15 @@
 #include "records/plan/backupfile.h"
 #include "stores/rebranding.h"
 #include "stores/rebrandingkeys.h"
+#include "wizards/backup/pagebackupactions.h"
+#include "wizards/backup/pagefullschedule.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pagesource.h"
 #include "wizards/backup/pagesummary.h"
 #include "wizards/common/pagecloud.h"
+#include "wizards/common/pageconsistencycheck.h"
+#include "wizards/common/pagenotificationstandalone.h"
+#include "wizards/common/pageschedule.h"
 
 namespace NVB::GUI {
 
@@ -69,6 +74,16 @@ QWizardPage* BackupPlanEditWizard::createPage(int id)
         return new PageSource(this);
     case PageSummaryId:
         return new PageSummary(m_isArchive, this);
+    case PageScheduleId:
+        return new PageSchedule(m_isArchive, this);
+    case PageFullScheduleId:
+        return new PageFullSchedule(m_isArchive, this);
+    case PageBackupActionsId:
+        return new PageBackupActions(this);
+    case PageNotificationStandaloneId:
+        return new PageNotificationStandalone(this);
+    case PageConsistencyCheckId:
+        return new PageConsistencyCheck(this);
     default:
         return nullptr;
     }

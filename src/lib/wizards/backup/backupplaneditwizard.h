@@ -22,6 +22,8 @@ public:
     class PageSource;
     class PageSummary;
     class PageBackupType;
+    class PageFullSchedule;
+    class PageBackupActions;
 
     // Content kinds, kept in the dynamic property Property_BackupPlanType.
     static constexpr unsigned char PlanTypeFile = 0;
