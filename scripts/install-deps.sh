@@ -11,9 +11,12 @@ packages=(
     mount e2fsprogs
     rsync
     libcurl4-openssl-dev libblkid-dev libmount-dev
-    swift-proxy swift-object swift-container swift-account memcached python3-swiftclient
+    swift-proxy swift-object swift-container swift-account memcached python3-swiftclient rclone
     python3-aiosmtpd
 )
+# Node for npm test servers (Azurite); a Node from elsewhere brings its own
+# npm, which Debian's npm package would conflict with.
+command -v npm >/dev/null || packages+=(nodejs npm)
 
 missing=()
 for package in "${packages[@]}"; do

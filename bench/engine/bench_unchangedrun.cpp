@@ -9,6 +9,7 @@
 //
 //   NVB_BENCH_DIR    where the tree and the copies go (default: /tmp)
 //   NVB_BENCH_FILES  how many files (default: 1000000), in FILES/100 folders
+//   NVB_BENCH_KEEP   set: keep the tree, the storage and the engine's store
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -276,6 +277,7 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "cannot use %s\n", qUtf8Printable(base));
         return 1;
     }
+    work.setAutoRemove(!qEnvironmentVariableIsSet("NVB_BENCH_KEEP"));
     const QString binary = QStringLiteral(NVB_ENGINE_BINARY);
     const QString source = work.filePath(QStringLiteral("source"));
     QElapsedTimer clock;

@@ -1,6 +1,7 @@
 #include "mainwindow.h"
 
 #include <QAction>
+#include <QDockWidget>
 #include <QLabel>
 #include <QMessageBox>
 #include <QStatusBar>
@@ -10,17 +11,21 @@
 #include "accounts/storages.h"
 #include "app/application.h"
 #include "app/icons/iconmanager.h"
+#include "diskspanel.h"
+#include "historypanel.h"
+#include "mailserverdialog.h"
 #include "planlistview.h"
+#include "planprogresspanel.h"
 #include "plans/planbackupmodel.h"
 #include "plans/plancontrolobject.h"
 #include "plans/planrestoremodel.h"
 #include "plans/planstatuslist.h"
 #include "plans/planxmllist.h"
-#include "records/plan/backupfile.h"
 #include "service/notification/format.h"
 #include "settings/retentionpolicy.h"
 #include "settings/settingsimpledialog.h"
 #include "wizards/backup/backupplaneditwizard.h"
+#include "wizards/backup/trynewbackupformatdialog.h"
 
 namespace NVB::Console {
 
@@ -32,6 +37,8 @@ MainWindow::MainWindow(QWidget* parent)
     , m_backupPlans(new PlanListView(new NVB::GUI::PlanBackupModel, 1))
     , m_restorePlans(new PlanListView(new NVB::GUI::PlanRestoreModel, 2))
     , m_control(new NVB::GUI::PlanControlObject(this))
+    , m_progressPanel(new PlanProgressPanel(this))
+    , m_historyPanel(new HistoryPanel(this))
     , m_connection(new QLabel(this))
     , m_progress(new QLabel(this))
 {
@@ -41,8 +48,19 @@ MainWindow::MainWindow(QWidget* parent)
     m_tabs->addTab(m_backupPlans, tr("Backup plans"));
     m_tabs->addTab(m_restorePlans, tr("Restore plans"));
     m_tabs->addTab(new NVB::GUI::Settings::Storages(this), tr("Storage"));
+    m_disks = new DisksPanel(this);
+    m_tabs->addTab(m_disks, tr("Disks"));
     setCentralWidget(m_tabs);
     buildToolBar();
+    // What the chosen plan is doing and what it did, below the tables.
+    auto* details = new QTabWidget(this);
+    details->addTab(m_progressPanel, tr("Progress"));
+    details->addTab(m_historyPanel, tr("History"));
+    auto* dock = new QDockWidget(tr("Plan details"), this);
+    dock->setObjectName(QStringLiteral("planDetails"));
+    dock->setFeatures(QDockWidget::DockWidgetMovable);
+    dock->setWidget(details);
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
 
     m_progress->setTextFormat(Qt::PlainText);
     statusBar()->addWidget(m_connection);
@@ -98,6 +116,9 @@ void MainWindow::buildToolBar()
         dialog.exec();
     });
     retention->setObjectName(QStringLiteral("retentionPolicy"));
+    // Where plan notification mail goes out.
+    QAction* mail = bar->addAction(tr("Mail server"), this, [this] { MailServerDialog(this).exec(); });
+    mail->setObjectName(QStringLiteral("mailServer"));
 }
 
 PlanListView* MainWindow::currentList() const
@@ -108,6 +129,8 @@ PlanListView* MainWindow::currentList() const
 void MainWindow::onCurrentPlanChanged(const QUuid& id, int subtype)
 {
     m_control->setCurrentPlan(id, subtype);
+    m_progressPanel->setPlan(id, subtype);
+    m_historyPanel->setPlan(id);
     const bool chosen = !id.isNull();
     m_editAction->setEnabled(chosen && subtype == 1);
     m_runAction->setEnabled(chosen);
@@ -125,6 +148,7 @@ void MainWindow::onPlanStatusChanged(int status, int)
 
 void MainWindow::onEngineConnected()
 {
+    m_disks->reload();
     m_connection->setText(tr("Engine: connected"));
     m_connection->setStyleSheet(QString());
 }
@@ -163,8 +187,13 @@ void MainWindow::onControlError(const QString& text)
 
 void MainWindow::onNewBackupPlan()
 {
-    // A new plan takes the new backup format, a record's default.
-    auto* wizard = new NVB::GUI::BackupPlanEditWizard(NVB::Info::Plan::BackupFile().isArchive(), this);
+    // The engine performs both formats; the user picks one per plan.
+    using NVB::GUI::TryNewBackupFormatDialog;
+    TryNewBackupFormatDialog format(this);
+    const int choice = format.exec();
+    if (choice != TryNewBackupFormatDialog::NewFormat && choice != TryNewBackupFormatDialog::CurrentFormat)
+        return;
+    auto* wizard = new NVB::GUI::BackupPlanEditWizard(choice == TryNewBackupFormatDialog::NewFormat, this);
     wizard->setAttribute(Qt::WA_DeleteOnClose);
     wizard->open();
 }

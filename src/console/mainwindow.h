@@ -13,7 +13,10 @@ class PlanControlObject;
 
 namespace NVB::Console {
 
+class DisksPanel;
+class HistoryPanel;
 class PlanListView;
+class PlanProgressPanel;
 
 // The console's window: backup plans, restore plans and storage accounts in
 // tabs, a toolbar for the chosen plan, and a status line with the engine's
@@ -28,6 +31,9 @@ public:
     PlanListView* backupPlans() const { return m_backupPlans; }
     PlanListView* restorePlans() const { return m_restorePlans; }
     NVB::GUI::PlanControlObject* control() const { return m_control; }
+    PlanProgressPanel* progressPanel() const { return m_progressPanel; }
+    HistoryPanel* historyPanel() const { return m_historyPanel; }
+    DisksPanel* disksPanel() const { return m_disks; }
 
 public slots:
     void onEngineConnected();
@@ -59,6 +65,9 @@ private:
     QAction* m_editAction = nullptr;
     QAction* m_runAction = nullptr;
     QAction* m_deleteAction = nullptr;
+    PlanProgressPanel* m_progressPanel;
+    HistoryPanel* m_historyPanel;
+    DisksPanel* m_disks = nullptr;
     QLabel* m_connection;
     QLabel* m_progress;
     QUuid m_pendingEdit;

@@ -6,8 +6,8 @@
 #include "app/delegates/planresultdelegate.h"
 #include "app/delegates/sizedelegate.h"
 #include "app/delegates/storagenamedelegate.h"
-#include "localtimedelegate.h"
 #include "models/models.h"
+#include "overduedelegate.h"
 #include "plans/planfulltablemodel.h"
 #include "plans/planxmllist.h"
 
@@ -32,7 +32,7 @@ PlanListView::PlanListView(NVB::GUI::PlanFullTableModel* model, int subtype, QWi
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setHighlightSections(false);
 
-    setItemDelegateForColumn(Column::LastRunTime, new LocalTimeDelegate(this));
+    setItemDelegateForColumn(Column::LastRunTime, new OverdueDelegate(this));
     setItemDelegateForColumn(Column::LastRunStatus, new NVB::GUI::PlanResultDelegate(this));
     setItemDelegateForColumn(Column::LastDuration, new NVB::GUI::DuratonDelegate(this));
     setItemDelegateForColumn(Column::LastUploadedSize, new NVB::GUI::SizeDelegate(this));

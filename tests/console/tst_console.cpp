@@ -1,41 +1,57 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDirIterator>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QStatusBar>
+#include <QTableView>
 #include <QtTest>
 
 #include "accounts/local/localadd.h"
 #include "accounts/storageseditlist.h"
 #include "app/delegates/storagenamedelegate.h"
 #include "app/icons/iconmanager.h"
+#include "disks/diskinfobackupmodel.h"
+#include "diskspanel.h"
 #include "engineprocess.h"
+#include "historypanel.h"
 #include "listing/filesystemlisting.h"
+#include "mailserverdialog.h"
 #include "mainwindow.h"
 #include "modaldialog.h"
 #include "models/filesystemcheckedmodel.h"
 #include "models/modelmanager.h"
 #include "models/models.h"
 #include "planlistview.h"
+#include "planprogresspanel.h"
+#include "plans/history/historygetbyplanmodel.h"
+#include "plans/progress/planfileprogress.h"
 #include "plantablecreator.h"
 #include "records/plan/planresult.h"
 #include "service/connectionmanager.h"
+#include "service/notification/format.h"
 #include "settings/retentionpolicy.h"
 #include "settings/settingsimpledialog.h"
+#include "stores/defaultsettings.h"
 #include "storage/storageconnectionsmodelcreator.h"
 #include "stores/defaultsettings.h"
 #include "testmain.h"
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/pageadvancedfilter.h"
+#include "wizards/backup/pagebackupactions.h"
 #include "wizards/backup/pagecompressionendencryption.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pageretentionpolicy.h"
 #include "wizards/backup/pagesource.h"
+#include "wizards/backup/trynewbackupformatdialog.h"
+#include "wizards/backup/postactionwidget.h"
 #include "wizards/common/pagecloud.h"
 
 using NVB::Console::MainWindow;
@@ -43,6 +59,7 @@ using NVB::GUI::BackupPlanEditWizard;
 using NVB::GUI::IconManager;
 using NvbTest::whenModal;
 namespace Column = NVB::GUI::Models::Table::NvbPlanBackupModelInfo::Column;
+namespace ProgressKeys = NVB::Common::Communication::Notification::Format::Worker::ReportProgress;
 
 namespace {
 
@@ -115,6 +132,29 @@ private slots:
         QVERIFY(m_engine.stop());
     }
 
+    void shouldKeepMailServerFromTheWindow()
+    {
+        MainWindow window;
+        whenModal<NVB::Console::MailServerDialog>([](NVB::Console::MailServerDialog* dialog) {
+            dialog->hostEdit()->setText(QStringLiteral("127.0.0.1"));
+            dialog->portBox()->setValue(2525);
+            dialog->passwordEdit()->setText(QStringLiteral("secret"));
+            // A bad sender keeps the dialog open with its reason.
+            dialog->senderEdit()->setText(QStringLiteral("not an address"));
+            dialog->accept();
+            QVERIFY(dialog->isVisible());
+            dialog->senderEdit()->setText(QStringLiteral("backup@example.org"));
+            dialog->accept();
+        });
+        window.findChild<QAction*>(QStringLiteral("mailServer"))->trigger();
+        const NVB::DefaultSettings* settings = NVB::DefaultSettings::instance();
+        QCOMPARE(settings->value(QStringLiteral("SMTP host")), QStringLiteral("127.0.0.1"));
+        QCOMPARE(settings->value(QStringLiteral("SMTP port")), QStringLiteral("2525"));
+        QCOMPARE(settings->value(QStringLiteral("SMTP sender")), QStringLiteral("backup@example.org"));
+        const QString stored = settings->value(QStringLiteral("SMTP password"));
+        QVERIFY(!stored.isEmpty() && stored != QLatin1String("secret"));
+    }
+
     void shouldMakeAndRunPlanFromTheWindow()
     {
         MainWindow window;
@@ -122,8 +162,13 @@ private slots:
         const auto connection = NVB::Common::Communication::ConnectionManager::instance();
         QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
         window.onEngineConnected();
+        // The Disks tab holds what the engine read from this machine.
+        QVERIFY(QTest::qWaitFor([&] { return window.disksPanel()->model()->isLoad(); }, 10000));
 
-        // The wizard: account, name, source, finish.
+        // The format, then the wizard: account, name, source, finish.
+        // The new format, which keeps the files in packs (checked below).
+        whenModal<NVB::GUI::TryNewBackupFormatDialog>(
+            [](NVB::GUI::TryNewBackupFormatDialog* dialog) { dialog->tryNewButton()->click(); });
         window.findChild<QAction*>(QStringLiteral("newPlan"))->trigger();
         auto* wizard = window.findChild<BackupPlanEditWizard*>();
         QVERIFY(wizard);
@@ -162,30 +207,30 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return page->isComplete(); }));
         keepPicture(wizard, "wizard-source");
         wizard->next();
-
-        // Only text files, enciphered.
+        // Only text files: the picture beside them stays out.
         auto* filter = qobject_cast<BackupPlanEditWizard::PageAdvancedFilter*>(wizard->currentPage());
         QVERIFY(filter);
         filter->setField(QLatin1String(BackupPlanEditWizard::PageAdvancedFilter::FieldUseBackupFileTypes), true);
         filter->setField(QLatin1String(BackupPlanEditWizard::PageAdvancedFilter::FieldBackupFileTypesValue),
             QStringLiteral("*.txt; *.md"));
-        wizard->next();
-        auto* cipher = qobject_cast<BackupPlanEditWizard::PageCompressionEndEncryption*>(wizard->currentPage());
+        // The new format offers no encryption: the engine would refuse it.
+        auto* cipher = qobject_cast<BackupPlanEditWizard::PageCompressionEndEncryption*>(
+            wizard->page(BackupPlanEditWizard::PageCompressionEndEncryptionId));
         QVERIFY(cipher);
-        cipher->encryptionBox()->setChecked(true);
-        QTest::keyClicks(cipher->passwordEdit(), QStringLiteral("console secret"));
-        QTest::keyClicks(cipher->confirmEdit(), QStringLiteral("console secret"));
-        QString asked;
-        whenModal<QMessageBox>([&asked](QMessageBox* box) {
-            asked = box->windowTitle();
-            box->button(QMessageBox::Ok)->click();
-        });
-        wizard->next();
-        QCOMPARE(asked, QStringLiteral("Write down your password!"));
-        auto* retention = qobject_cast<BackupPlanEditWizard::PageRetentionPolicy*>(wizard->currentPage());
-        QVERIFY(retention);
-        wizard->next();
+        QVERIFY(!cipher->encryptionBox()->isChecked());
+        // On through the schedule and the other pages; on the actions page a
+        // command that leaves a mark, only after a successful backup.
+        const QString mark = m_volume.path() + QStringLiteral("/post action ran");
+        for (int steps = 0; steps < 12 && wizard->currentId() != BackupPlanEditWizard::PageSummaryId; ++steps) {
+            wizard->next();
+            if (auto* actions = qobject_cast<BackupPlanEditWizard::PageBackupActions*>(wizard->currentPage())) {
+                actions->postAction()->setActionEnabled(true);
+                actions->postAction()->setProgram(QStringLiteral("\"/usr/bin/touch\" \"%1\"").arg(mark));
+                QVERIFY(actions->postAction()->warningMessage().isEmpty());
+            }
+        }
         QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageSummaryId));
+        QVERIFY(wizard->visitedIds().contains(BackupPlanEditWizard::PageBackupActionsId));
         keepPicture(wizard, "wizard-summary");
         wizard->button(QWizard::FinishButton)->click();
 
@@ -220,22 +265,24 @@ private slots:
                     == int(NVB::Info::Plan::PlanResult::Success);
             },
             30000));
-        QStringList copied;
+        // A new plan takes the new format: the two files share one pack of
+        // the plan's repository, beside one index and one tree.
+        QMap<QString, int> objects;
         QDirIterator files(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext())
-            copied << QFileInfo(files.next()).fileName();
-        copied.sort();
-        // Two objects, the text files, neither named after its file nor
-        // holding its bytes in clear.
-        QCOMPARE(copied.size(), 2);
-        QDirIterator objects(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
-        while (objects.hasNext()) {
-            QFile object(objects.next());
-            QVERIFY2(!object.fileName().contains(QLatin1String(".txt")), qPrintable(object.fileName()));
-            QVERIFY(object.open(QIODevice::ReadOnly));
-            const QByteArray stored = object.readAll();
-            QVERIFY(!stored.contains("a.txt") && !stored.contains("b.txt"));
+        while (files.hasNext()) {
+            const QStringList parts = files.next().split(QLatin1Char('/'));
+            const int archive = parts.indexOf(QStringLiteral("archive"));
+            if (archive > 0)
+                ++objects[parts.value(archive + 3, parts.value(archive + 1))];
         }
+        // The summary tells what the run read, found new and stored.
+        const QString figures = list->model()->index(0, Column::LastRunMessage).data().toString();
+        QVERIFY2(figures.startsWith(QStringLiteral("Read 10 bytes, new 10 bytes, stored ")), qPrintable(figures));
+        QCOMPARE(objects,
+            (QMap<QString, int> {{QStringLiteral("config"), 1}, {QStringLiteral("generation"), 1},
+                {QStringLiteral("index"), 1}, {QStringLiteral("packs"), 1}, {QStringLiteral("points"), 1}}));
+        QVERIFY(QFile::exists(mark));
+        QVERIFY(QFile::remove(mark));
         QVERIFY(sawRunning);
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanSuccess));
@@ -253,6 +300,30 @@ private slots:
         window.findChild<QAction*>(QStringLiteral("retentionPolicy"))->trigger();
         QCOMPARE(NVB::DefaultSettings::instance()->getRetentionNumberOfVersions(), QStringLiteral("7"));
 
+        // The panel below shows the selected plan's progress to its end...
+        NVB::GUI::PlanFileProgress* progress = window.progressPanel()->fileProgress();
+        QVERIFY(QTest::qWaitFor([&] { return progress->progressBar()->value() == 100; }, 10000));
+        QCOMPARE(progress->progressBar()->maximum(), 100);
+        QCOMPARE(progress->label(QLatin1String(ProgressKeys::FilesCopiedValue))->text(), QStringLiteral("2 of 2"));
+        // ...and its history, which exports to CSV.
+        NVB::Console::HistoryPanel* history = window.historyPanel();
+        history->reload();
+        QVERIFY(QTest::qWaitFor([&] { return history->view()->model()->rowCount() == 1; }, 10000));
+        QCOMPARE(history->view()->model()->index(0, 0).data().toString(), QStringLiteral("Console plan"));
+        const QString csv = m_volume.filePath(QStringLiteral("history.csv"));
+        history->setExportTarget(csv);
+        QSignalSpy exported(history, &NVB::Console::HistoryPanel::exported);
+        QTest::mouseClick(history->exportButton(), Qt::LeftButton);
+        QVERIFY(exported.wait());
+        QFile saved(csv);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = saved.readAll().trimmed().split('\n');
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(lines.at(1).startsWith("\"Console plan\""));
+        history->kindBox()->setCurrentIndex(1); // by file: the two files copied
+        QVERIFY(QTest::qWaitFor([&] { return history->view()->model()->rowCount() == 2; }, 10000));
+        history->kindBox()->setCurrentIndex(0);
+
         // With its source gone the next run fails, and the icon says so.
         QVERIFY(QDir().rename(source(), source() + QStringLiteral("-gone")));
         run->trigger();
@@ -264,8 +335,14 @@ private slots:
             30000);
         QVERIFY(QDir().rename(source() + QStringLiteral("-gone"), source()));
         QVERIFY(failed);
+        // Only after success: the failed run left no mark.
+        QVERIFY(!QFile::exists(mark));
         QVERIFY(
             sameIcon(list->model()->index(0, Column::Name).data(Qt::DecorationRole), IconManager::BackupPlanFailed));
+        // Only the failed run passes the result filter.
+        history->resultBox()->setCurrentIndex(history->resultBox()->findData(8));
+        QVERIFY(QTest::qWaitFor([&] { return history->planModel()->rowCount() == 2; }, 10000));
+        QCOMPARE(history->view()->model()->rowCount(), 1);
     }
 };
 

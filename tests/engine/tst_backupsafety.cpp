@@ -14,6 +14,7 @@
 
 #include "core/bytename.h"
 #include "records/plan/planresult.h"
+#include "previouspoint.h"
 #include "runs/filebackupjob.h"
 #include "runs/filerestorejob.h"
 #include "runs/fileverifyjob.h"
@@ -62,10 +63,12 @@ private:
         parameters.planId = QUuid::createUuid();
         parameters.storageRoot = storage.isEmpty() ? m_storage.path() : storage;
         parameters.objectPrefix = QStringLiteral("NVB_t/plan/run%1").arg(++m_runs);
-        for (const StoredContent& item : previous)
-            parameters.previous.insert(item.path, item);
+        if (!previous.isEmpty())
+            PreviousPoint::use(previous, &parameters);
         FileBackupJob job(parameters, FileSelection(roots, {}, FileSelection::FilterType::All, {}, {}, false));
-        return job.run(m_stop, {});
+        auto result = job.run(m_stop, {});
+        result.content = PreviousPoint::applied(previous, result);
+        return result;
     }
 
     FileRestoreJob::Result restore(const QList<StoredContent>& content, const QString& destination)

@@ -6,6 +6,8 @@
 
 #include "engineprocess.h"
 #include "records/plan/backupfile.h"
+#include "archive/archiverestorejob.h"
+#include "records/plan/planresult.h"
 #include "runs/filerestorejob.h"
 #include "service/connectionmanager.h"
 #include "store/enginestore.h"
@@ -84,17 +86,29 @@ private:
 
     // Restores the point into a fresh folder and compares it with the tree
     // the test recorded for its run, and with the checksums the store kept.
-    void checkPoint(EngineStore& store, const StoredRestorePoint& point, const Tree& expected)
+    void checkPoint(EngineStore& store, const StoredRestorePoint& point, const Tree& expected, bool archive)
     {
         const QList<StoredContent> content = store.content(point.rowId);
-        FileRestoreJob::Parameters parameters;
-        parameters.storageRoot = m_storage.path();
-        parameters.content = content;
         QTemporaryDir target;
-        parameters.destination = target.path();
         std::atomic_bool stop {false};
-        const auto result = FileRestoreJob(parameters).run(stop, {});
-        QVERIFY2(result.totals.failedCount == 0, qPrintable(result.message));
+        if (archive) {
+            ArchiveRestoreJob::Parameters parameters;
+            parameters.storageRoot = m_storage.path();
+            parameters.repositoryRoot
+                = QStringLiteral("NVB_crash/%1/archive").arg(m_plan.toString(QUuid::WithoutBraces));
+            parameters.generation = point.generationId;
+            parameters.sequence = point.sequenceNumber;
+            parameters.destination = target.path();
+            const auto result = ArchiveRestoreJob(parameters).run(stop, {});
+            QVERIFY2(result.planResult == NVB::Info::Plan::PlanResult::Success, qPrintable(result.message));
+        } else {
+            FileRestoreJob::Parameters parameters;
+            parameters.storageRoot = m_storage.path();
+            parameters.content = content;
+            parameters.destination = target.path();
+            const auto result = FileRestoreJob(parameters).run(stop, {});
+            QVERIFY2(result.totals.failedCount == 0, qPrintable(result.message));
+        }
 
         Tree restored;
         const QString base = target.path() + m_source.path();
@@ -115,8 +129,18 @@ private:
 private slots:
     void initTestCase() { qputenv("NVB_ENGINE_SOCKET", (m_home.path() + QStringLiteral("/run/engine.sock")).toUtf8()); }
 
+    void shouldKeepEveryListedPointWholeThroughKills_data()
+    {
+        QTest::addColumn<bool>("archive");
+        QTest::newRow("legacy format") << false;
+        QTest::newRow("new format") << true;
+    }
+
     void shouldKeepEveryListedPointWholeThroughKills()
     {
+        QFETCH(bool, archive);
+        QDir(m_source.path()).removeRecursively();
+        QDir().mkpath(m_source.path());
         const quint32 seed = QRandomGenerator::global()->generate();
         qInfo("seed %u", seed);
         QRandomGenerator random(seed);
@@ -137,6 +161,7 @@ private slots:
         plan.setStorage(m_account);
         plan.setItems({m_source.path()});
         plan.setUseCompression(true); // the default, and the harder path for a kill
+        plan.setIsArchive(archive);
         m_plan = plan.id();
         QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
             {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
@@ -197,7 +222,7 @@ private slots:
                         made = i;
                 }
                 QVERIFY(made >= 0);
-                checkPoint(store, point, recorded.at(made).second);
+                checkPoint(store, point, recorded.at(made).second, archive);
                 if (QTest::currentTestFailed())
                     return;
             }

@@ -126,6 +126,7 @@ private slots:
                 {QStringLiteral("params"), QJsonObject {{QStringLiteral("Path"), m_mount + QLatin1Char('/')}}}})
                      .isError);
         NVB::Info::Plan::BackupFile plan;
+        plan.setIsArchive(false); // checks the legacy layout on the storage
         plan.setId(QUuid::createUuid());
         plan.setName(QStringLiteral("Too much"));
         plan.setStorage(account);

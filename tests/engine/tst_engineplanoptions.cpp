@@ -177,6 +177,8 @@ private slots:
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
         plan.setName(QStringLiteral("Filtered"));
+        // Filters, in-use files and encryption are the legacy format's.
+        plan.setIsArchive(false);
         plan.setStorage(m_account);
         plan.setItems({root});
         plan.setUseCompression(false);
@@ -264,6 +266,7 @@ private slots:
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
         plan.setName(QStringLiteral("Secret letters"));
+        plan.setIsArchive(false);
         plan.setStorage(m_account);
         plan.setItems({m_source.path()});
         plan.setUseCompression(compress);

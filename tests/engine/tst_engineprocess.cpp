@@ -78,6 +78,7 @@ private:
         const std::function<void(NVB::Info::Plan::BackupFile&)>& tweak = {})
     {
         NVB::Info::Plan::BackupFile plan;
+        plan.setIsArchive(false); // checks the legacy layout on the storage
         plan.setId(QUuid::createUuid());
         plan.setName(name);
         plan.setStorage(m_account);
@@ -207,6 +208,9 @@ private slots:
                                          << QJsonObject {{"ID", QUuid::createUuid().toString()}}
                                          << "No storage account";
         QTest::newRow("bad period") << "HistoryListByPlan" << QJsonObject {{"period", "Yesterday"}} << "Yesterday";
+        QTest::newRow("bad history plan") << "HistoryListByFiles" << QJsonObject {{"planId", "nonsense"}}
+                                          << "\"planId\"";
+        QTest::newRow("no snapshot driver") << "SnapshotInstall" << QJsonObject {{"type", 1}} << "not available";
     }
 
     void shouldAnswerBadRequestsWithClearErrors()
@@ -218,6 +222,48 @@ private slots:
         QVERIFY(reply.answered);
         QVERIFY(reply.isError);
         QVERIFY2(reply.errorString.contains(text), qPrintable(reply.errorString));
+    }
+
+    void shouldReportProgressToFullWithShrinkingTimeLeft()
+    {
+        // Enough incompressible data that the copy spans several reports.
+        QRandomGenerator random(18);
+        QByteArray block(1 << 20, Qt::Uninitialized);
+        for (int i = 0; i < 160; ++i) {
+            random.fillRange(reinterpret_cast<quint32*>(block.data()), block.size() / 4);
+            write(m_source.filePath(QStringLiteral("big/%1.bin").arg(i)), block);
+        }
+        const QUuid plan = savePlan(QStringLiteral("Progress"), {m_source.filePath(QStringLiteral("big"))},
+            [](NVB::Info::Plan::BackupFile& record) { record.setUseCompression(true); });
+        QVERIFY(run(plan));
+
+        QList<QJsonObject> first, second;
+        for (const QJsonObject& note : std::as_const(m_notifications)) {
+            const QUuid type(note.value(QLatin1String(Format::Header::Type)).toString());
+            const QJsonObject message = note.value(QLatin1String(Format::Header::Message)).toObject();
+            if (type == Format::Worker::ReportProgress::Type)
+                first << message;
+            else if (type == Format::Worker::ReportProgress2::Type)
+                second << message;
+        }
+        QVERIFY(!first.isEmpty());
+        QCOMPARE(first.last().value(QLatin1String(Format::Worker::ReportProgress::ProgressBar)).toInt(), 100);
+        QCOMPARE(first.last().value(QLatin1String(Format::Worker::ReportProgress::FilesCopiedValue)).toString(),
+            QStringLiteral("160 of 160"));
+        QList<double> estimates;
+        int percent = -1;
+        for (const QJsonObject& message : std::as_const(second)) {
+            const int now = message.value(QLatin1String(Format::Worker::ReportProgress2::Progress)).toInt();
+            QVERIFY2(now >= percent, "the share done went back");
+            percent = now;
+            const double left = message.value(QLatin1String(Format::Worker::ReportProgress2::TimeLeft)).toDouble();
+            if (now > 0 && now < 100 && left >= 0)
+                estimates << left;
+        }
+        QCOMPARE(second.last().value(QLatin1String(Format::Worker::ReportProgress2::TotalFileCount)).toInt(), 160);
+        QVERIFY2(estimates.size() >= 2, qPrintable(QStringLiteral("%1 estimates").arg(estimates.size())));
+        QVERIFY2(estimates.last() < estimates.first(),
+            qPrintable(QStringLiteral("%1 then %2").arg(estimates.first()).arg(estimates.last())));
     }
 
     void shouldBackUpIncrementallyAndRecordHistory()
@@ -319,6 +365,7 @@ private slots:
         // Paths that are relative or climb are refused when the plan is saved.
         for (const QString& bad : {m_source.filePath(QStringLiteral("honour/../honour")), QStringLiteral("honour")}) {
             NVB::Info::Plan::BackupFile plan;
+            plan.setIsArchive(false); // checks the legacy layout on the storage
             plan.setId(QUuid::createUuid());
             plan.setName(QStringLiteral("Bad path"));
             plan.setStorage(m_account);
@@ -333,7 +380,17 @@ private slots:
         // leaves nothing on the storage.
         const QList<QPair<QString, std::function<void(NVB::Info::Plan::BackupFile&)>>> options {
             {QStringLiteral("encryption"), [](auto& plan) { plan.encryption().setEnabled(true); }},
-            {QStringLiteral("retention policy"), [](auto& plan) { plan.retentionPolicy().setUseKeepVersion(true); }},
+            {QStringLiteral("retention policy"),
+                [](auto& plan) {
+                    plan.setIsArchive(true);
+                    plan.retentionPolicy().setUseKeepVersion(true);
+                }},
+            {QStringLiteral("encryption in the new backup format"),
+                [](auto& plan) {
+                    plan.setIsArchive(true);
+                    plan.encryption().setEnabled(true);
+                    plan.encryption().setPassword(QStringLiteral("s3cret"));
+                }},
         };
         for (const auto& [name, tweak] : options) {
             const QUuid plan = savePlan(QStringLiteral("Asks for ") + name, items, tweak);
@@ -400,6 +457,7 @@ private slots:
                 {QStringLiteral("type"), 3}, {QStringLiteral("params"), QJsonObject()}})
                      .isError);
         NVB::Info::Plan::BackupFile plan;
+        plan.setIsArchive(false); // checks the legacy layout on the storage
         plan.setId(QUuid::createUuid());
         plan.setName(QStringLiteral("To the cloud"));
         plan.setUseCompression(false);

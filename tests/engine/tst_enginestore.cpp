@@ -7,7 +7,9 @@
 #include <QSqlQuery>
 #include <QtTest>
 
+#include "store/contentchanges.h"
 #include "store/enginestore.h"
+#include "store/repositorystore.h"
 #include "store/storemigrations.h"
 #include "testmain.h"
 
@@ -207,6 +209,71 @@ private slots:
         QCOMPARE(store.runs(HistoryQuery {}).first().result, 5);
         QCOMPARE(store.plan(plan.id)->status, 2);
         QCOMPARE(store.closeInterruptedRuns(1, 5, 2), 0);
+    }
+
+    void shouldKeepEveryOtherPointWhole_data()
+    {
+        // Points 1 to 4 all hold one unchanged file in one row: removing it
+        // from one point must leave every other point as it was.
+        QTest::addColumn<QList<int>>("takenFrom");
+        QTest::addColumn<QList<int>>("removedPoints");
+        QTest::addColumn<QList<int>>("holding");
+        QTest::newRow("from a middle point") << QList<int> {2} << QList<int> {} << QList<int> {1, 3, 4, 5};
+        QTest::newRow("from the first") << QList<int> {1} << QList<int> {} << QList<int> {2, 3, 4, 5};
+        QTest::newRow("from the latest") << QList<int> {4} << QList<int> {} << QList<int> {1, 2, 3};
+        QTest::newRow("latest point whole") << QList<int> {} << QList<int> {4} << QList<int> {1, 2, 3, 5};
+        QTest::newRow("middle points whole") << QList<int> {} << QList<int> {2, 3} << QList<int> {1, 4, 5};
+        QTest::newRow("from all but the first") << QList<int> {2, 3, 4} << QList<int> {} << QList<int> {1};
+    }
+
+    void shouldKeepEveryOtherPointWhole()
+    {
+        QFETCH(QList<int>, takenFrom);
+        QFETCH(QList<int>, removedPoints);
+        QFETCH(QList<int>, holding);
+        EngineStore store;
+        QVERIFY(store.open(path(QTest::currentDataTag())));
+        RepositoryStore& repository = store.repositoryStore();
+        const StoredBunch bunch {QUuid::createUuid(), QUuid::createUuid(), QStringLiteral("Notes"), 0, QString()};
+        StoredRestorePoint point;
+        point.connectionId = bunch.connectionId;
+        point.bunchId = bunch.id;
+        point.generationId = QUuid::createUuid();
+        StoredContent file;
+        file.path = QStringLiteral("/notes/a.txt");
+        file.object = QStringLiteral("NVB_x/a.txt");
+        StoredContent other = file;
+        other.path = QStringLiteral("/notes/b.txt");
+        QHash<int, qint64> rows;
+        auto record = [&](int sequence, const ContentChanges& changes) {
+            point.sequenceNumber = sequence;
+            point.startUtc = QDateTime(QDate(2026, 5, sequence), QTime(10, 0), Qt::UTC);
+            rows.insert(sequence, repository.insertRestorePoint(bunch, point, changes));
+            return rows.value(sequence) > 0;
+        };
+        QVERIFY(record(1, ContentChanges {{file, other}, {}, {}, false}));
+        for (int sequence = 2; sequence <= 4; ++sequence)
+            QVERIFY(record(sequence, ContentChanges {}));
+        QHash<qint64, QStringList> paths;
+        for (int sequence : takenFrom)
+            paths.insert(rows.value(sequence), {file.path});
+        QList<qint64> points;
+        for (int sequence : removedPoints)
+            points << rows.value(sequence);
+        QVERIFY(repository.removeFromRestorePoints(paths, points));
+        // The next point names no change: it holds what the latest kept
+        // point holds, so a file taken out of that one does not come back.
+        QVERIFY(record(5, ContentChanges {}));
+        for (int sequence = 1; sequence <= 5; ++sequence) {
+            if (removedPoints.contains(sequence))
+                continue;
+            QStringList held;
+            for (const StoredContent& item : store.content(rows.value(sequence)))
+                held << item.path;
+            const QStringList expected = holding.contains(sequence) ? QStringList {file.path, other.path}
+                                                                     : QStringList {other.path};
+            QCOMPARE(held, expected);
+        }
     }
 
     void shouldBringAFirstVersionStoreUpToDate()

@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include "records/plan/planresult.h"
+#include "previouspoint.h"
 #include "runs/filebackupjob.h"
 #include "runs/filerestorejob.h"
 #include "testmain.h"
@@ -47,8 +48,8 @@ private:
         s.planName = QStringLiteral("Test");
         s.storageRoot = storage;
         s.objectPrefix = QStringLiteral("NVB_test/plan/") + runName;
-        for (const StoredContent& item : previous)
-            s.previous.insert(item.path, item);
+        if (!previous.isEmpty())
+            PreviousPoint::use(previous, &s);
         return s;
     }
 
@@ -89,14 +90,16 @@ private slots:
         QVERIFY(paths(full.content).contains(root + QStringLiteral("/sub")));
 
         FileBackupJob unchanged(parameters(storage.path(), QStringLiteral("run2"), full.content), everything(root));
-        const auto same = unchanged.run(stop, {});
+        auto same = unchanged.run(stop, {});
+        same.content = PreviousPoint::applied(full.content, same);
         QCOMPARE(same.totals.copiedCount, 1); // only the folder that was excluded before
         QCOMPARE(same.files.size(), 1);
         QCOMPARE(same.files.first().file, root + QStringLiteral("/skip/c.txt"));
 
         write(root + QStringLiteral("/a.txt"), "alpha, changed", 1700000500);
         FileBackupJob changed(parameters(storage.path(), QStringLiteral("run3"), same.content), everything(root));
-        const auto delta = changed.run(stop, {});
+        auto delta = changed.run(stop, {});
+        delta.content = PreviousPoint::applied(same.content, delta);
         QCOMPARE(delta.totals.copiedCount, 1);
         QCOMPARE(delta.files.first().file, root + QStringLiteral("/a.txt"));
         // An unchanged file keeps the copy of the run that made it.

@@ -90,6 +90,100 @@ private slots:
         QVERIFY2(last.errorMessage.contains(QStringLiteral("the store says no")), qPrintable(last.errorMessage));
         QCOMPARE(store.restorePoints(account.id, plan.id).size(), 1);
     }
+
+    void shouldKeepEachPointsExactContentAcrossRuns()
+    {
+        QTemporaryDir data;
+        QTemporaryDir source;
+        QTemporaryDir storage;
+        const auto write = [&](const QString& name, const QByteArray& bytes) {
+            QDir().mkpath(QFileInfo(source.filePath(name)).absolutePath());
+            QFile file(source.filePath(name));
+            return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        };
+        for (const char* name : {"a.txt", "keep/b.txt", "gone/c.txt", "gone/deep/d.txt"})
+            QVERIFY(write(QLatin1String(name), name));
+        EngineStore store;
+        QVERIFY(store.open(data.filePath(QStringLiteral("engine.db"))));
+        StoredAccount account {QUuid::createUuid(), {}, QStringLiteral("Disk"), 1, QStringLiteral("pc"),
+            QJsonObject {{QStringLiteral("Path"), storage.path()}}};
+        QVERIFY(store.saveAccount(account));
+        NVB::Info::Plan::BackupFile record;
+        record.setId(QUuid::createUuid());
+        record.setStorage(account.id);
+        record.setItems({source.path()});
+        StoredPlan plan;
+        plan.id = record.id();
+        plan.name = QStringLiteral("Points");
+        plan.xml = record.toXml();
+        plan.subtype = record.subtype();
+        plan.storageId = account.id;
+        QVERIFY(store.savePlan(plan));
+        RunManager runs(&store);
+        QSignalSpy finished(&runs, &RunManager::finished);
+        const auto run = [&]() -> qint64 {
+            finished.clear();
+            if (!runs.start(plan.id, false).isEmpty() || !finished.wait(10000))
+                return 0;
+            return finished.first().at(3).value<StoredRestorePoint>().rowId;
+        };
+        const auto rows = [&] {
+            QSqlQuery q(store.database().database());
+            return q.exec(QStringLiteral("SELECT COUNT(*) FROM contents")) && q.next() ? q.value(0).toInt() : -1;
+        };
+        // What each point must hold, whatever later runs do.
+        const auto same = [&](qint64 point, const QList<StoredContent>& expected) {
+            const QList<StoredContent> held = store.content(point);
+            bool equal = held.size() == expected.size();
+            for (int i = 0; equal && i < held.size(); ++i)
+                equal = held.at(i).sameRecord(expected.at(i));
+            return equal;
+        };
+        const auto paths = [&](qint64 point) {
+            QStringList result;
+            for (const StoredContent& item : store.content(point))
+                result << item.path.mid(source.path().size());
+            return result;
+        };
+
+        const qint64 first = run();
+        QVERIFY(first > 0);
+        const QList<StoredContent> firstContent = store.content(first);
+        QCOMPARE(firstContent.size(), 8);
+        const int firstRows = rows();
+
+        // Nothing changed: the same content, and not one row more.
+        const qint64 second = run();
+        QVERIFY(same(second, firstContent));
+        QCOMPARE(rows(), firstRows);
+
+        QVERIFY(write(QStringLiteral("a.txt"), "changed"));
+        QVERIFY(write(QStringLiteral("new.txt"), "new"));
+        QVERIFY(QDir(source.filePath(QStringLiteral("gone"))).removeRecursively());
+        const qint64 third = run();
+        const QStringList now {"", "/a.txt", "/keep", "/keep/b.txt", "/new.txt"};
+        QCOMPARE(paths(third), now);
+        QVERIFY(store.content(third).at(1).object != firstContent.at(1).object);
+        QVERIFY(same(first, firstContent));
+        QVERIFY(same(second, firstContent));
+        QCOMPARE(store.contentChildren(second, source.filePath(QStringLiteral("gone")), 0, 10).size(), 2);
+
+        // The latest point deleted outright, as retention may: the next run
+        // takes its sequence, and every point still holds what it held.
+        QVERIFY(QSqlQuery(store.database().database())
+                    .exec(QStringLiteral("DELETE FROM restore_points WHERE id=%1").arg(third)));
+        QVERIFY(write(QStringLiteral("keep/b.txt"), "changed too"));
+        QVERIFY(QFile::remove(source.filePath(QStringLiteral("new.txt"))));
+        const qint64 fourth = run();
+        QCOMPARE(paths(fourth), now.mid(0, 4));
+        QCOMPARE(store.content(fourth).at(3).checksum,
+            QCryptographicHash::hash("changed too", QCryptographicHash::Sha256));
+        QVERIFY(same(first, firstContent));
+        QVERIFY(same(second, firstContent));
+
+        QVERIFY(store.removeGeneration(store.latestRestorePoint(account.id, plan.id)->generationId));
+        QCOMPARE(rows(), 0);
+    }
 };
 
 NVB_TEST_GUILESS_MAIN(TestRunManager)

@@ -12,7 +12,10 @@ class TestScheduleCalculator : public QObject
     Q_OBJECT
 
 private:
-    static QDateTime at(int y, int m, int d, int h = 0, int min = 0) { return QDateTime(QDate(y, m, d), QTime(h, min)); }
+    static QDateTime at(int y, int m, int d, int h = 0, int min = 0)
+    {
+        return QDateTime(QDate(y, m, d), QTime(h, min));
+    }
 
     static Schedule recurring(Schedule::FrequencyType frequency)
     {
@@ -44,13 +47,15 @@ private slots:
         gap.setOccursAt(QTime(2, 30));
         const QDateTime spring = ScheduleCalculator::nextRun(gap, at(2026, 3, 29, 1));
         QCOMPARE(spring.toUTC(), QDateTime(QDate(2026, 3, 29), QTime(1, 0), Qt::UTC));
-        QCOMPARE(ScheduleCalculator::nextRun(gap, spring).toUTC(), QDateTime(QDate(2026, 3, 30), QTime(0, 30), Qt::UTC));
+        QCOMPARE(
+            ScheduleCalculator::nextRun(gap, spring).toUTC(), QDateTime(QDate(2026, 3, 30), QTime(0, 30), Qt::UTC));
 
         // 2026-10-25 03:00 CEST falls back to 02:00 CET: 02:30 comes twice
         // and runs at the first only (00:30 UTC), then the next day.
         const QDateTime autumn = ScheduleCalculator::nextRun(gap, at(2026, 10, 25, 1));
         QCOMPARE(autumn.toUTC(), QDateTime(QDate(2026, 10, 25), QTime(0, 30), Qt::UTC));
-        QCOMPARE(ScheduleCalculator::nextRun(gap, autumn).toUTC(), QDateTime(QDate(2026, 10, 26), QTime(1, 30), Qt::UTC));
+        QCOMPARE(
+            ScheduleCalculator::nextRun(gap, autumn).toUTC(), QDateTime(QDate(2026, 10, 26), QTime(1, 30), Qt::UTC));
 
         // Every 30 minutes through the night: the repeated hour's wall-clock
         // times run once each, the skipped hour's times merge into 03:00.
@@ -150,6 +155,80 @@ private slots:
         schedule.setMonthRepeat(3, QDate(2026, 1, 1));
         // January, April, July...: after January's run the next is April's.
         QCOMPARE(ScheduleCalculator::nextRun(schedule, at(2026, 2, 1)), at(2026, 4, 30, 22, 30));
+    }
+
+    // One table over the month ends, the leap day, windows through midnight
+    // and repeats across the year's end; each row is a schedule, the clock's
+    // "now" and the run expected next.
+    void shouldFollowTheCalendar_data()
+    {
+        QTest::addColumn<int>("frequency");
+        QTest::addColumn<int>("day"); // day of month, or weekday for the nth-weekday rows
+        QTest::addColumn<int>("week");
+        QTest::addColumn<int>("months");
+        QTest::addColumn<QDate>("start");
+        QTest::addColumn<QTime>("from"); // invalid: once a day at 22:30
+        QTest::addColumn<QTime>("to");
+        QTest::addColumn<QDateTime>("after");
+        QTest::addColumn<QDateTime>("expected");
+        const QDate none;
+        const QTime daily;
+        QTest::newRow("29th in a leap February") << int(Schedule::DayOfMonth) << 29 << 0 << 1 << none << daily << daily
+                                                 << at(2028, 2, 1) << at(2028, 2, 29, 22, 30);
+        QTest::newRow("30th in a leap February is the 29th")
+            << int(Schedule::DayOfMonth) << 30 << 0 << 1 << none << daily << daily << at(2028, 2, 1)
+            << at(2028, 2, 29, 22, 30);
+        QTest::newRow("31st in a plain February is the 28th")
+            << int(Schedule::DayOfMonth) << 31 << 0 << 1 << none << daily << daily << at(2027, 2, 1)
+            << at(2027, 2, 28, 22, 30);
+        QTest::newRow("every 2 months over the year's end")
+            << int(Schedule::DayOfMonth) << 15 << 0 << 2 << QDate(2026, 11, 20) << daily << daily << at(2026, 11, 16)
+            << at(2027, 1, 15, 22, 30);
+        QTest::newRow("last friday, every 6 months")
+            << int(Schedule::Monthly) << 5 << int(Schedule::Last) << 6 << QDate(2026, 1, 1) << daily << daily
+            << at(2026, 2, 1) << at(2026, 7, 31, 22, 30);
+        QTest::newRow("fourth sunday of a five-sunday month")
+            << int(Schedule::Monthly) << 7 << int(Schedule::Fourth) << 1 << none << daily << daily << at(2026, 3, 1)
+            << at(2026, 3, 22, 22, 30);
+        QTest::newRow("window through midnight, evening")
+            << int(Schedule::Daily) << 0 << 0 << 1 << none << QTime(22, 0) << QTime(2, 0) << at(2026, 3, 10, 23, 58)
+            << at(2026, 3, 11, 0, 0);
+        QTest::newRow("window through midnight, its last time")
+            << int(Schedule::Daily) << 0 << 0 << 1 << none << QTime(22, 0) << QTime(2, 0) << at(2026, 3, 11, 1, 55)
+            << at(2026, 3, 11, 2, 0);
+        QTest::newRow("window through midnight, after its end")
+            << int(Schedule::Daily) << 0 << 0 << 1 << none << QTime(22, 0) << QTime(2, 0) << at(2026, 3, 11, 2, 0)
+            << at(2026, 3, 11, 22, 0);
+        // Weekly on Friday only: Saturday 00:30 still belongs to Friday's window.
+        QTest::newRow("weekly window into the next day")
+            << int(Schedule::Weekly) << 5 << 0 << 1 << none << QTime(23, 0) << QTime(1, 0) << at(2026, 3, 14, 0, 20)
+            << at(2026, 3, 14, 0, 25);
+    }
+
+    void shouldFollowTheCalendar()
+    {
+        QFETCH(int, frequency);
+        QFETCH(int, day);
+        QFETCH(int, week);
+        QFETCH(int, months);
+        QFETCH(QDate, start);
+        QFETCH(QTime, from);
+        QFETCH(QTime, to);
+        QFETCH(QDateTime, after);
+        QFETCH(QDateTime, expected);
+        Schedule schedule = recurring(Schedule::FrequencyType(frequency));
+        schedule.setDayOfMonthFrequency(day);
+        schedule.setMonthlyFrequency(Schedule::WeekNumber(week), day);
+        schedule.setMonthRepeat(months, start);
+        QBitArray days(7);
+        if (frequency == Schedule::Weekly)
+            days.setBit(day - 1);
+        schedule.setWeeklyFrequency(days);
+        if (from.isValid()) {
+            schedule.setDailyRecurrence(true);
+            schedule.setOccursEvery(5, from, to);
+        }
+        QCOMPARE(ScheduleCalculator::nextRun(schedule, after), expected);
     }
 };
 

@@ -7,6 +7,7 @@
 #include <QEventLoop>
 
 #include "core/nvldebug.h"
+#include "disks/diskcommands.h"
 #include "historycommands.h"
 #include "plancommands.h"
 #include "service/commands/header.h"
@@ -37,6 +38,7 @@ CommandRouter::CommandRouter(Engine* engine)
     PlanCommands::add(engine, &m_v1);
     StorageCommands::add(engine, &m_v1);
     HistoryCommands::add(engine, &m_v1);
+    DiskCommands::add(engine, &m_v1);
     SystemCommands::add(engine, &m_v1, &m_v1Deferred);
     V2Commands::add(engine, &m_v2);
 }

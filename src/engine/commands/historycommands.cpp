@@ -49,7 +49,8 @@ QString csvLine(const QStringList& fields)
 QUuid planIdArgument(ParamReader& args, const char* name, const QJsonObject& params)
 {
     const QString text = params.value(QLatin1String(name)).toString();
-    if (text.isEmpty())
+    // The null id, as a console with no plan chosen sends it, means every plan.
+    if (text.isEmpty() || text == QLatin1String("00000000-0000-0000-0000-000000000000"))
         return {};
     QUuid id(text);
     if (id.isNull())

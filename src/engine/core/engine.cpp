@@ -1,9 +1,8 @@
 #include "engine.h"
 
 #include "core/nvldebug.h"
-#include "core/timeduraton.h"
-#include "core/transform.h"
 #include "plansummary.h"
+#include "progress/progressreport.h"
 #include "records/plan/backup.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
@@ -14,14 +13,11 @@
 #include "schedule/scheduler.h"
 #include "server/notifier.h"
 #include "service/notification/format.h"
-#include "service/progress/progressitem.h"
-#include "service/progress/progressmanagerdata.h"
 #include "service/v2/notification/addednewbunch.h"
 #include "service/v2/notification/addednewconnection.h"
 #include "service/v2/notification/addednewgeneration.h"
 #include "service/v2/notification/addednewplan.h"
 #include "service/v2/notification/addednewrestorepoint.h"
-#include "service/v2/notification/planprogress.h"
 #include "service/v2/notification/removedconnection.h"
 #include "service/v2/notification/removedplan.h"
 #include "service/v2/notification/removerestorepoint.h"
@@ -358,47 +354,10 @@ void Engine::onRunStarted(const QUuid& planId, int)
 
 void Engine::onRunProgress(const QUuid& planId, int subtype, const RunProgress& progress)
 {
-    namespace Keys = Format::Worker::ReportProgress;
-    using SHARED::functions::help::transform::from_byte_to_norm;
-    const qint64 seconds = progress.elapsedMs / 1000;
-    const double speed = progress.elapsedMs > 0 ? progress.copiedSize * 1000.0 / progress.elapsedMs : 0.0;
-    const QString verb = subtype == 2 ? QStringLiteral("Restoring files") : QStringLiteral("Copying files");
-    QJsonObject message{
-        {QLatin1String(Keys::PlanID), planId.toString()},
-        {QLatin1String(Keys::Status), QStringLiteral("Status:")},
-        {QLatin1String(Keys::StatusValue), progress.scanning ? verb : QStringLiteral("Finishing")},
-        {QLatin1String(Keys::CurrentFile), QStringLiteral("Current file:")},
-        {QLatin1String(Keys::CurrentFileValue), progress.currentFile},
-        {QLatin1String(Keys::FilesCopied), QStringLiteral("Files copied:")},
-        {QLatin1String(Keys::FilesCopiedValue),
-         QStringLiteral("%1 of %2 scanned").arg(progress.copiedCount).arg(progress.scannedCount)},
-        {QLatin1String(Keys::Elapsed), NVL::Utitlity::TimeDuraton::toString(int(seconds))},
-        {QLatin1String(Keys::Size), from_byte_to_norm(double(progress.copiedSize))},
-        {QLatin1String(Keys::Speed), from_byte_to_norm(speed) + QStringLiteral("/s")},
-        // The total is known only once the walk is over.
-        {QLatin1String(Keys::ProgressBar), progress.scanning ? -1 : 100},
-    };
-    m_notifier->notify(Keys::Type, message);
-
-    auto data = QSharedPointer<NVB::System::Progress::ProgressManagerData>::create();
-    data->setWorkerMode(subtype == 2 ? QStringLiteral("Restore") : QStringLiteral("Backup"));
-    data->setProgress(progress.scanning ? -1 : 100);
-    data->setElapsedMs(progress.elapsedMs);
-    data->setSpeed(qint64(speed));
-    data->setDataSize(progress.scannedSize);
-    data->setBytesSent(progress.copiedSize);
-    data->setTotalFileCount(progress.scannedCount);
-    data->setUploadedFileCount(progress.copiedCount);
-    data->setFailedFileCount(progress.failedCount);
-    V2N::PlanProgress typed;
-    typed.setPlanId(planId);
-    typed.setSubType(subtype);
-    typed.setProgressData(data);
-    typed.setProgressItemList({QSharedPointer<NVB::System::Progress::ProgressItem>::create(
-                                   QStringLiteral("Files"), QString::number(progress.copiedCount)),
-                               QSharedPointer<NVB::System::Progress::ProgressItem>::create(
-                                   QStringLiteral("Size"), from_byte_to_norm(double(progress.copiedSize)))});
-    m_notifier->notifyV2(typed);
+    const ProgressReport report(planId, subtype, progress);
+    m_notifier->notify(Format::Worker::ReportProgress::Type, report.reportProgress());
+    m_notifier->notify(Format::Worker::ReportProgress2::Type, report.reportProgress2());
+    m_notifier->notifyV2(report.planProgress());
 }
 
 void Engine::onRunFinished(const QUuid& planId, int, int planResult, const StoredRestorePoint& point, bool newBunch,

@@ -14,6 +14,7 @@
 #include "core/bytename.h"
 #include "filecopier.h"
 #include "filters/inusecheck.h"
+#include "progress/transferscan.h"
 #include "records/plan/planresult.h"
 
 namespace NVB::Engine {
@@ -103,6 +104,18 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         return std::move(m_result);
     }
 
+    const auto planned = TransferScan::count(
+        m_selection, [this](const QString& path) { return isNeverTaken(path); }, m_parameters.oneFileSystem,
+        m_parameters.followFileSymlinks, stop);
+    m_result.totals.totalCount = planned.count;
+    m_result.totals.totalSize = planned.size;
+    m_result.totals.transferStartMs = m_clock.elapsed();
+    report(true);
+    const QStringList previousParents = m_parameters.previousParents;
+    m_unvisitedParents = QSet<QString>(previousParents.cbegin(), previousParents.cend());
+    // Roots are compared with the previous point's entries of their parent
+    // folders, which the walk itself never reads.
+    QHash<QString, PreviousEntries> rootParents;
     const QStringList roots = m_selection.roots();
     for (const QString& root : roots) {
         if (stop || m_stopped)
@@ -123,14 +136,25 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         }
         if (isNeverTaken(root))
             continue;
+        StoredContent rootItem;
+        rootItem.path = root;
+        const QString parent = rootItem.parentPath();
+        if (!rootParents.contains(parent))
+            rootParents.insert(parent, previousBelow(parent));
+        PreviousEntries& previous = rootParents[parent];
         if (S_ISDIR(info.st_mode)) {
             m_oneFileSystem = m_parameters.oneFileSystem.value_or(root == QLatin1String("/"));
-            takeFolder(root, info);
+            takeFolder(root, info, previous);
             walk(root, info.st_dev, stop);
         } else if (S_ISREG(info.st_mode)) {
-            takeFile(root, info, true, stop);
+            takeFile(root, info, true, stop, previous);
         }
     }
+    for (const PreviousEntries& previous : std::as_const(rootParents))
+        dropUnseen(previous);
+    // Folders the walk never reached are gone, or no longer taken.
+    for (const QString& parent : std::as_const(m_unvisitedParents))
+        m_result.emptiedFolders.append(parent);
     finishResult(stop);
     return std::move(m_result);
 }
@@ -164,8 +188,10 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
 
     if (m_result.planResult == PlanResult::Success || m_result.planResult == PlanResult::Warning) {
         // Every copy reaches the disk before the restore point that names it
-        // is committed.
-        if (::syncfs(m_storage.fd()) != 0) {
+        // is committed. A run that copied nothing names only objects whose
+        // own points were flushed before they were committed; flushing the
+        // whole file system then would only wait for other programs' writes.
+        if (m_result.totals.copiedCount > 0 && ::syncfs(m_storage.fd()) != 0) {
             m_result.planResult = PlanResult::Failed;
             m_result.message = QStringLiteral("Cannot flush the copies to the storage %1: %2")
                                    .arg(m_parameters.storageRoot, QString::fromLocal8Bit(std::strerror(errno)));
@@ -176,6 +202,8 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
         m_runFolder = FolderHandle();
         QDir(m_parameters.storageRoot + QLatin1Char('/') + m_parameters.objectPrefix).removeRecursively();
         m_result.content.clear();
+        m_result.removed.clear();
+        m_result.emptiedFolders.clear();
     }
     report(true);
 }
@@ -187,6 +215,7 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
         fail(folder, QStringLiteral("Cannot read the folder %1").arg(folder));
         return;
     }
+    PreviousEntries previous = previousBelow(folder);
     QList<QPair<QString, struct stat>> folders;
     while (const dirent* entry = ::readdir(dir)) {
         if (stop || m_stopped)
@@ -215,7 +244,7 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
             if (!m_parameters.followFileSymlinks || ::fstatat(::dirfd(dir), entry->d_name, &target, 0) != 0
                 || !S_ISREG(target.st_mode)) {
                 if (m_selection.takesFile(name))
-                    takeLink(path, ::dirfd(dir), entry->d_name, info);
+                    takeLink(path, ::dirfd(dir), entry->d_name, info, previous);
                 continue;
             }
             info = target;
@@ -227,7 +256,7 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
             if (!m_selection.skipsFolder(name))
                 folders.append({path, info});
         } else if (S_ISREG(info.st_mode) && m_selection.takesFile(name)) {
-            takeFile(path, info, followLink, stop);
+            takeFile(path, info, followLink, stop, previous);
         }
     }
     ::closedir(dir);
@@ -235,16 +264,53 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
     for (const auto& [path, info] : std::as_const(folders)) {
         if (stop || m_stopped)
             return;
-        const int before = m_result.content.size();
-        takeFolder(path, info);
+        const qint64 before = m_kept;
         walk(path, device, stop);
         // A folder with nothing taken below it is kept only when asked to.
-        if (!m_parameters.backupEmptyFolders && m_result.content.size() == before + 1)
-            m_result.content.removeAt(before);
+        if (m_parameters.backupEmptyFolders || m_kept > before)
+            takeFolder(path, info, previous);
     }
+    dropUnseen(previous);
 }
 
-void FileBackupJob::takeFolder(const QString& path, const struct stat& info)
+FileBackupJob::PreviousEntries FileBackupJob::previousBelow(const QString& folder)
+{
+    PreviousEntries entries;
+    if (!m_parameters.previousChildren)
+        return entries;
+    m_unvisitedParents.remove(folder);
+    const auto children = m_parameters.previousChildren(folder);
+    if (!children) {
+        // Unknown, so none of it carries over; what is there now is taken anew.
+        m_result.emptiedFolders.append(folder);
+        return entries;
+    }
+    entries.reserve(children->size());
+    for (const StoredContent& child : *children)
+        entries.insert(child.path, child);
+    return entries;
+}
+
+void FileBackupJob::keep(const StoredContent& item, PreviousEntries& previous)
+{
+    ++m_kept;
+    const auto it = previous.find(item.path);
+    if (it != previous.end()) {
+        const bool same = it->sameRecord(item);
+        previous.erase(it);
+        if (same)
+            return;
+    }
+    m_result.content.append(item);
+}
+
+void FileBackupJob::dropUnseen(const PreviousEntries& previous)
+{
+    for (auto it = previous.cbegin(); it != previous.cend(); ++it)
+        m_result.removed.append(it.key());
+}
+
+void FileBackupJob::takeFolder(const QString& path, const struct stat& info, PreviousEntries& previous)
 {
     StoredContent folder;
     folder.path = path;
@@ -252,10 +318,11 @@ void FileBackupJob::takeFolder(const QString& path, const struct stat& info)
     folder.modifiedUtc = fromTimespec(info.st_mtim);
     folder.modifiedNs = nanoseconds(info.st_mtim);
     takeOwnership(info, &folder);
-    m_result.content.append(folder);
+    keep(folder, previous);
 }
 
-void FileBackupJob::takeLink(const QString& path, int folder, const char* name, const struct stat& info)
+void FileBackupJob::takeLink(
+    const QString& path, int folder, const char* name, const struct stat& info, PreviousEntries& previous)
 {
     QByteArray target(int(info.st_size > 0 ? info.st_size : 255) + 1, Qt::Uninitialized);
     const ssize_t length = ::readlinkat(folder, name, target.data(), size_t(target.size()));
@@ -271,7 +338,7 @@ void FileBackupJob::takeLink(const QString& path, int folder, const char* name, 
     link.modifiedNs = nanoseconds(info.st_mtim);
     link.linkTarget = NVL::ByteName::decode(target);
     takeOwnership(info, &link);
-    m_result.content.append(link);
+    keep(link, previous);
 }
 
 bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent& now) const
@@ -294,8 +361,8 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
         && stored.st_size == (previous.storedSize >= 0 ? previous.storedSize : previous.size);
 }
 
-void FileBackupJob::takeFile(
-    const QString& path, const struct stat& seen, bool followLink, const std::atomic_bool& stop)
+void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool followLink,
+    const std::atomic_bool& stop, PreviousEntries& previousEntries)
 {
     RunProgress& totals = m_result.totals;
     ++totals.scannedCount;
@@ -312,15 +379,15 @@ void FileBackupJob::takeFile(
     file.inode = seen.st_ino;
     takeOwnership(seen, &file);
 
-    const auto previous = m_parameters.previous.constFind(path);
+    const auto previous = previousEntries.constFind(path);
     const bool forced
         = m_parameters.reBackupModifiedSince.isValid() && file.modifiedUtc >= m_parameters.reBackupModifiedSince;
-    if (!forced && previous != m_parameters.previous.cend() && reusable(*previous, file)) {
+    if (!forced && previous != previousEntries.cend() && reusable(*previous, file)) {
         file.object = previous->object;
         file.checksum = previous->checksum;
         file.encoding = previous->encoding;
         file.storedSize = previous->storedSize;
-        m_result.content.append(file);
+        keep(file, previousEntries);
         report(false);
         return;
     }
@@ -417,7 +484,7 @@ void FileBackupJob::takeFile(
     file.storedSize = encoding() != ObjectEncoding::Plain ? copied.storedSize : -1;
     ++totals.copiedCount;
     totals.copiedSize += copied.size;
-    m_result.content.append(file);
+    keep(file, previousEntries);
 
     RunFileRecord record;
     record.planId = m_parameters.planId;

@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QUuid>
 
@@ -36,9 +37,13 @@ public:
         QString planName;
         QString storageRoot; // the account's folder
         QString objectPrefix; // this run's own folder, relative to storageRoot; must not exist yet
-        // The previous restore point's content by path; a file whose size,
-        // times and inode match keeps its copy.
-        QHash<QString, StoredContent> previous;
+        // The previous restore point, read one folder at a time so that a
+        // run's memory does not grow with the tree: what it holds directly
+        // below a folder (nullopt: that could not be read), and every folder
+        // it holds entries in. A file whose size, times and inode match keeps
+        // its copy. Unset: there is no previous point.
+        std::function<std::optional<QList<StoredContent>>(const QString& folder)> previousChildren;
+        QStringList previousParents;
         QDateTime reBackupModifiedSince;
         bool backupEmptyFolders = false;
         bool compress = false; // new copies are zstd objects
@@ -61,7 +66,13 @@ public:
     {
         int planResult = 0;
         QString message;
+        // The new point as its changes since the previous one: new or
+        // changed entries (every entry without a previous point), paths it
+        // no longer holds, and folders none of whose previous entries it
+        // holds (see ContentChanges).
         QList<StoredContent> content;
+        QStringList removed;
+        QStringList emptiedFolders;
         QList<RunFileRecord> files;
         RunProgress totals;
         // Files kept although they changed while they were read.
@@ -77,10 +88,20 @@ public:
     Result run(const std::atomic_bool& stop, const ProgressHandler& progress);
 
 private:
+    // The previous point's entries of one folder, by path.
+    using PreviousEntries = QHash<QString, StoredContent>;
+
     void walk(const QString& folder, dev_t device, const std::atomic_bool& stop);
-    void takeFolder(const QString& path, const struct stat& info);
-    void takeLink(const QString& path, int folder, const char* name, const struct stat& info);
-    void takeFile(const QString& path, const struct stat& info, bool followLink, const std::atomic_bool& stop);
+    PreviousEntries previousBelow(const QString& folder);
+    // Counts `item` into the new point; records it unless the previous
+    // point holds the same.
+    void keep(const StoredContent& item, PreviousEntries& previous);
+    void dropUnseen(const PreviousEntries& previous);
+    void takeFolder(const QString& path, const struct stat& info, PreviousEntries& previous);
+    void takeLink(
+        const QString& path, int folder, const char* name, const struct stat& info, PreviousEntries& previous);
+    void takeFile(const QString& path, const struct stat& info, bool followLink, const std::atomic_bool& stop,
+        PreviousEntries& previous);
     bool reusable(const StoredContent& previous, const StoredContent& now) const;
     void report(bool force);
     // `counted`: the file was already counted as scanned.
@@ -100,6 +121,8 @@ private:
     QString m_storageError;
     bool m_oneFileSystem = false;
     Result m_result;
+    QSet<QString> m_unvisitedParents;
+    qint64 m_kept = 0;
     ProgressHandler m_progress;
     QElapsedTimer m_clock;
     qint64 m_lastReport = -1;

@@ -86,6 +86,15 @@ FileRestoreJob::Result FileRestoreJob::run(const std::atomic_bool& stop, const P
         m_result.message = error;
         return std::move(m_result);
     }
+    // The restore point says what will come back, so the total needs no walk.
+    m_result.totals.totalCount = m_result.totals.totalSize = 0;
+    for (const StoredContent& item : std::as_const(m_parameters.content)) {
+        if (!item.deleted && item.type != StoredContent::Folder && isChosen(item.path)) {
+            ++m_result.totals.totalCount;
+            m_result.totals.totalSize += item.type == StoredContent::File ? item.size : 0;
+        }
+    }
+    m_result.totals.transferStartMs = m_clock.elapsed();
     QList<const StoredContent*> folders;
     for (const StoredContent& item : std::as_const(m_parameters.content)) {
         if (stop)

@@ -15,21 +15,22 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
             NVB::Info::Plan::BackupEncyption::typeToStr(plan.encryption().encryptionType()));
     if (plan.encryption().isEnabled() && plan.encryption().password().isEmpty())
         return QStringLiteral("encryption without a password");
+    // The new format's packs pass through compression only; its runs leave
+    // files in use to the copy as they find them.
+    if (plan.isArchive() && plan.encryption().isEnabled())
+        return QStringLiteral("encryption in the new backup format");
+    const auto* file = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&plan);
+    if (plan.isArchive() && file && file->skipInUseFiles())
+        return QStringLiteral("skipping files in use in the new backup format");
     const auto& retention = plan.retentionPolicy();
     // The legacy format's retention is carried out after each run; the new
     // format's purges whole generations, which this path does not.
     if (plan.isArchive() && (retention.useDeleteOlder() || retention.useKeepVersion() || retention.useDeleteLocaly()))
         return QStringLiteral("retention policy");
-    if (plan.forceFullSchedule().isEnable())
-        return QStringLiteral("scheduled full backup");
-    if (plan.forceFullDiffSizeConditionEnable())
-        return QStringLiteral("full backup when the changes exceed a size");
+    // Scheduled full backups and the size condition start a new generation;
+    // pre and post actions run around the work (actions/planactions).
     // Block-level upload only saves transfer: whole files make the same
     // restore point, so a plan asking for it runs with whole files.
-    if (plan.actions().pre().isEnabled())
-        return QStringLiteral("action before the backup");
-    if (plan.actions().post().isEnabled())
-        return QStringLiteral("action after the backup");
     // The consistency check is honoured by every run: an earlier copy is
     // reused only after it is found on the storage with its recorded size.
     if (plan.syncBeforeRun())

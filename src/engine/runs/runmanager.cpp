@@ -4,10 +4,15 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QSet>
 #include <QtConcurrent>
 
 #include "accountfolder.h"
+#include "actions/consistencycheck.h"
+#include "actions/planactions.h"
+#include "archive/archivebackupjob.h"
+#include "archive/archiverestorejob.h"
 #include "core/bytename.h"
 #include "core/nvldebug.h"
 #include "encryption/objectkey.h"
@@ -15,17 +20,21 @@
 #include "filebackupjob.h"
 #include "filerestorejob.h"
 #include "fileverifyjob.h"
+#include "notify/runnotifier.h"
 #include "planoptions.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
 #include "records/plan/restorefile.h"
+#include "repository/repository.h"
 #include "retention/retentionjob.h"
+#include "schedule/fullbackuprule.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
 #include "store/storedatabase.h"
+#include "storage/filesystemdriver.h"
 #include "stores/defaultsettings.h"
 
 namespace NVB::Engine {
@@ -64,6 +73,21 @@ template<typename JobResult> RunOutcome outcomeOf(JobResult&& result)
     outcome.files = std::move(result.files);
     outcome.totals = result.totals;
     return outcome;
+}
+
+// The new format's repository of a plan, as a key below the account's folder.
+QString archiveRoot(const QString& prefix, const QUuid& planId)
+{
+    return QStringLiteral("NVB_%1/%2/archive").arg(prefix, noBraces(planId));
+}
+
+// A point of the new format is known by its tree on the storage.
+bool isArchivePoint(const QString& folder, const QString& prefix, const StoredRestorePoint& point)
+{
+    const Repository repository(nullptr, archiveRoot(prefix, point.bunchId));
+    return FileSystemDriver(QDir::cleanPath(folder))
+        .stat(repository.treeKey(point.generationId, point.sequenceNumber))
+        .exists;
 }
 
 RunOutcome failedOutcome(const QString& message)
@@ -125,8 +149,14 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
         reason = prepareBackup(active, *record, forceFull, &work);
     else
         reason = prepareRestore(active, *record, &work);
-    if (record)
-        active.stopAfterSeconds = qint64(qMin<unsigned long long>(record->schedule().stopAfter(), 1ull << 40));
+    if (record) {
+        unsigned long long limit = record->schedule().stopAfter();
+        // A forced full run is bounded by the full schedule's own limit.
+        const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data());
+        if (forceFull && backup && backup->forceFullSchedule().stopAfter() > 0)
+            limit = backup->forceFullSchedule().stopAfter();
+        active.stopAfterSeconds = qint64(qMin<unsigned long long>(limit, 1ull << 40));
+    }
     if (!reason.isEmpty()) {
         work = [reason](const std::atomic_bool&) {
             RunOutcome outcome;
@@ -135,7 +165,11 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
             return outcome;
         };
         active.makesPoint = false;
+    } else if (const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data()); backup && !verify) {
+        work = PlanActions::around(backup->actions(), std::move(work));
     }
+    if (record && !verify)
+        work = RunNotifier::around(*record, std::move(work));
     const int subtype = stored->subtype;
     m_runs.insert(planId, active);
     emit started(planId, subtype);
@@ -162,7 +196,19 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     if (folder.isEmpty())
         return error;
 
-    const auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
+    if (!forceFull
+        && FullBackupRule::sizeConditionMet(*plan, m_store->restorePoints(active.plan.storageId, active.plan.id)))
+        forceFull = true;
+    auto previous = forceFull ? std::nullopt : m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
+    if (previous && plan->isArchive()) {
+        // A change of compression starts a new generation: a generation's
+        // chunks all pass through one transform.
+        const auto last = m_store->bunch(active.plan.storageId, active.plan.id);
+        const auto lastPlan = last ? NVB::Info::Plan::Factory::create(last->planXml) : nullptr;
+        const auto* lastFile = dynamic_cast<const NVB::Info::Plan::BackupFile*>(lastPlan.get());
+        if (!lastFile || lastFile->useCompression() != plan->useCompression())
+            previous.reset();
+    }
     active.makesPoint = true;
     active.newBunch = !m_store->bunch(active.plan.storageId, active.plan.id).has_value();
     active.bunch = StoredBunch {active.plan.storageId, active.plan.id, active.plan.name, 0, active.plan.xml};
@@ -226,8 +272,9 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                         .arg(recorded.sequenceNumber, 6, 10, QLatin1Char('0')));
     const QString planFolder
         = QStringLiteral("%1/NVB_%2/%3").arg(parameters.storageRoot, prefix, noBraces(active.plan.id));
-    const qint64 previousRow = previous ? previous->rowId : 0;
+    const QUuid previousGeneration = previous ? previous->generationId : QUuid();
     const QString storeFile = m_store->filePath();
+    const QString storageRoot = parameters.storageRoot;
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
@@ -249,35 +296,86 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         };
     }
     const QUuid planId = active.plan.id;
+    if (plan->isArchive()) {
+        ArchiveBackupJob::Parameters archive;
+        archive.planId = planId;
+        archive.planName = parameters.planName;
+        archive.storageRoot = parameters.storageRoot;
+        archive.repositoryRoot = archiveRoot(prefix, planId);
+        archive.generation = point.generationId;
+        archive.sequence = point.sequenceNumber;
+        archive.newGeneration = active.newGeneration;
+        archive.previousSequence = previous ? previous->sequenceNumber : 0;
+        archive.startUtc = point.startUtc;
+        archive.reBackupModifiedSince = parameters.reBackupModifiedSince;
+        archive.backupEmptyFolders = parameters.backupEmptyFolders;
+        archive.compress = parameters.compress;
+        archive.followFileSymlinks = parameters.followFileSymlinks;
+        archive.neverTaken = parameters.neverTaken;
+        archive.oneFileSystem = parameters.oneFileSystem;
+        archive.storeFile = m_store->filePath();
+        *work = [this, planId, archive = std::move(archive), selection = std::move(selection)](
+                    const std::atomic_bool& stop) {
+            ArchiveBackupJob job(archive, selection);
+            auto result
+                = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
+            RunOutcome outcome = outcomeOf(result);
+            outcome.content = std::move(result.content);
+            outcome.bytesRead = result.bytesRead;
+            outcome.bytesNew = result.bytesNew;
+            outcome.bytesStored = result.bytesStored;
+            return outcome;
+        };
+        return {};
+    }
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
-                previousRow, storeFile, password, keyBytes, keyChanged](const std::atomic_bool& stop) mutable {
+                previousGeneration, storeFile, password, keyBytes, keyChanged](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
-        if (previousRow > 0) {
-            // Without the previous point every file would be copied again,
-            // which is slow but loses nothing.
-            QString error;
-            for (const StoredContent& item : loadContent(storeFile, previousRow, &error)) {
-                if (!keyChanged || !isEnciphered(ObjectEncoding(item.encoding)))
-                    parameters.previous.insert(item.path, item);
+        // The previous point is read a folder at a time, on this worker's
+        // own connection. Unreadable, every file is copied again: slow, but
+        // nothing is lost.
+        StoreDatabase database;
+        std::optional<RepositoryStore> repository;
+        bool replacesAll = false;
+        if (!previousGeneration.isNull()) {
+            std::optional<QStringList> parents;
+            if (database.open(storeFile)) {
+                repository.emplace(database);
+                parents = repository->currentParents(previousGeneration);
             }
-            if (!error.isEmpty())
+            if (parents) {
+                parameters.previousParents = *parents;
+                parameters.previousChildren = [&repository, previousGeneration, keyChanged](const QString& folder) {
+                    auto children = repository->currentChildren(previousGeneration, folder);
+                    if (children && keyChanged) {
+                        // Copies under another key are never reused, yet the
+                        // entries stay so that files gone since are recorded
+                        // as removed: an entry without an object is copied anew.
+                        for (StoredContent& child : *children) {
+                            if (isEnciphered(ObjectEncoding(child.encoding)))
+                                child.object.clear();
+                        }
+                    }
+                    return children;
+                };
+            } else {
+                replacesAll = true;
                 NVL::NvlDebug(QStringLiteral("NVB")).warning()
-                    << QStringLiteral("The previous restore point could not be read: %1").arg(error);
+                    << QStringLiteral("The previous restore point could not be read: %1").arg(database.lastError());
+            }
         }
-        if (keyBytes > 0 && !keyChanged) {
+        if (keyBytes > 0 && !keyChanged && repository) {
             // The plan keeps the salt of its earlier copies, so restoring a
             // point derives one key, not one for every run it draws from.
-            for (const StoredContent& item : std::as_const(parameters.previous)) {
-                if (!isEnciphered(ObjectEncoding(item.encoding)))
-                    continue;
+            const auto sealed = repository->currentObjectEncoded(previousGeneration, int(ObjectEncoding::Enciphered));
+            if (sealed) {
                 QFile object(
-                    QFile::decodeName(NVL::ByteName::encode(parameters.storageRoot + QLatin1Char('/') + item.object)));
+                    QFile::decodeName(NVL::ByteName::encode(parameters.storageRoot + QLatin1Char('/') + *sealed)));
                 if (object.open(QIODevice::ReadOnly)) {
                     const auto key = ObjectOpener::keyOf(object.handle(), password);
                     if (key && key->key().size() == keyBytes)
                         parameters.key = key;
                 }
-                break;
             }
         }
         if (keyBytes > 0 && !parameters.key) {
@@ -289,9 +387,16 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         FileBackupJob job(parameters, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
         RunOutcome outcome = outcomeOf(result);
-        outcome.content = std::move(result.content);
+        outcome.changes = ContentChanges {std::move(result.content), std::move(result.removed),
+            std::move(result.emptiedFolders), replacesAll};
         return outcome;
     };
+    QList<qint64> earlierPoints;
+    if (plan->useConsistencyCheck()) {
+        for (const StoredRestorePoint& recorded : m_store->restorePoints(active.plan.storageId, active.plan.id))
+            earlierPoints << recorded.rowId;
+    }
+    *work = ConsistencyCheck::around(storageRoot, storeFile, earlierPoints, std::move(*work));
     return {};
 }
 
@@ -305,6 +410,15 @@ RunManager::Work RunManager::pointJob(const QUuid& planId, typename Job::Paramet
         if (!error.isEmpty())
             return failedOutcome(error);
         Job job(parameters);
+        return outcomeOf(
+            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
+    };
+}
+
+RunManager::Work RunManager::archiveJob(const QUuid& planId, ArchiveRestoreJob::Parameters parameters)
+{
+    return [this, planId, parameters = std::move(parameters)](const std::atomic_bool& stop) {
+        ArchiveRestoreJob job(parameters);
         return outcomeOf(
             job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
     };
@@ -333,6 +447,21 @@ QString RunManager::prepareRestore(
     if (!point)
         return QStringLiteral("There is no restore point of that backup at the chosen time");
 
+    if (isArchivePoint(folder, prefix, *point)) {
+        ArchiveRestoreJob::Parameters parameters;
+        parameters.planId = active.plan.id;
+        parameters.planName = active.plan.name;
+        parameters.storageRoot = QDir::cleanPath(folder);
+        parameters.repositoryRoot = archiveRoot(prefix, bunchId);
+        parameters.generation = point->generationId;
+        parameters.sequence = point->sequenceNumber;
+        parameters.items = plan->restoreItems();
+        parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
+        parameters.skipExistingFiles = plan->skipExistingFiles();
+        parameters.onlyNewFiles = plan->onlyNewFiles();
+        *work = archiveJob(active.plan.id, std::move(parameters));
+        return {};
+    }
     FileRestoreJob::Parameters parameters;
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
@@ -356,6 +485,18 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
     const auto point = m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
     if (!point)
         return QStringLiteral("The plan has no restore point to verify");
+    if (isArchivePoint(folder, prefix, *point)) {
+        ArchiveRestoreJob::Parameters parameters;
+        parameters.planId = active.plan.id;
+        parameters.planName = active.plan.name;
+        parameters.storageRoot = QDir::cleanPath(folder);
+        parameters.repositoryRoot = archiveRoot(prefix, active.plan.id);
+        parameters.generation = point->generationId;
+        parameters.sequence = point->sequenceNumber;
+        parameters.verifyOnly = true;
+        *work = archiveJob(active.plan.id, std::move(parameters));
+        return {};
+    }
     FileVerifyJob::Parameters parameters;
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
@@ -420,6 +561,20 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
     StoredRestorePoint point = active.point;
     point.status = outcome->planResult == PlanResult::Warning ? 1 : 0;
     point.sizeOnStorage = outcome->totals.copiedSize;
+    QString message = outcome->message;
+    qint64 runSize = outcome->totals.copiedSize;
+    if (outcome->bytesStored >= 0 && keepsPoint) {
+        // What deduplication saved, in the plan summary and the history:
+        // the uploaded size is what reached the storage.
+        const QLocale c = QLocale::c();
+        const QString figures = QStringLiteral("Read %1, new %2, stored %3")
+                                    .arg(c.formattedDataSize(outcome->bytesRead), c.formattedDataSize(outcome->bytesNew),
+                                        c.formattedDataSize(outcome->bytesStored));
+        message = message.isEmpty() ? figures : QStringLiteral("%1 (%2)").arg(message, figures);
+        summary.lastUploadedSize = outcome->bytesStored;
+        point.sizeOnStorage = outcome->bytesStored;
+        runSize = outcome->bytesStored;
+    }
 
     StoreDatabase database;
     QString error;
@@ -427,18 +582,21 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
         const auto attempt = [&](int result, const QString& message, bool withPoint) {
             run.result = result;
             run.durationSeconds = seconds;
-            run.size = outcome->totals.copiedSize;
+            run.size = runSize;
             run.fileCount = outcome->totals.copiedCount;
             run.errorMessage = message;
             summary.lastResult = result;
             summary.lastMessage = message;
             qint64 row = 0;
-            const bool ok = RunStore(database).finishRun(run, outcome->files, summary,
-                withPoint ? &active.bunch : nullptr, withPoint ? &point : nullptr, outcome->content, &row);
+            const StoredBunch* bunch = withPoint ? &active.bunch : nullptr;
+            const StoredRestorePoint* made = withPoint ? &point : nullptr;
+            const bool ok = outcome->changes
+                ? RunStore(database).finishRun(run, outcome->files, summary, bunch, made, *outcome->changes, &row)
+                : RunStore(database).finishRun(run, outcome->files, summary, bunch, made, outcome->content, &row);
             point.rowId = row;
             return ok;
         };
-        if (attempt(outcome->planResult, outcome->message, keepsPoint)) {
+        if (attempt(outcome->planResult, message, keepsPoint)) {
             outcome->recorded = true;
             outcome->pointRowId = keepsPoint ? point.rowId : 0;
             return;
@@ -522,7 +680,7 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
         point = active.point;
         point.rowId = outcome.pointRowId;
         point.status = outcome.planResult == PlanResult::Warning ? 1 : 0;
-        point.sizeOnStorage = outcome.totals.copiedSize;
+        point.sizeOnStorage = outcome.bytesStored >= 0 ? outcome.bytesStored : outcome.totals.copiedSize;
     }
     emit finished(planId, active.plan.subtype, outcome.planResult, point, madePoint && active.newBunch,
         madePoint && active.newGeneration);
@@ -534,6 +692,8 @@ void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>&
 {
     QDir plan(planFolder);
     for (const QString& generation : plan.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
+        if (QUuid(generation).isNull())
+            continue; // the new format's repository, or nothing of ours
         QDir folder(plan.filePath(generation));
         for (const QString& run : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
             if (!kept.contains(generation + QLatin1Char('/') + run))

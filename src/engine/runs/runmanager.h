@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QUuid>
 
+#include "archive/archiverestorejob.h"
 #include "runoutcome.h"
 #include "runprogress.h"
 #include "store/runrecord.h"
@@ -89,6 +90,7 @@ private:
     // The work of a job that reads one recorded restore point (a restore or
     // a verify run); the point is loaded on the worker.
     template<typename Job> Work pointJob(const QUuid& planId, typename Job::Parameters parameters, qint64 row);
+    Work archiveJob(const QUuid& planId, ArchiveRestoreJob::Parameters parameters);
     void launch(const QUuid& planId, std::function<RunOutcome(const std::atomic_bool&)> work);
     void finish(const QUuid& planId, const RunOutcome& outcome);
     // On the worker: writes the run's end (and restore point) to the store.

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <optional>
+
 #include <QList>
 #include <QString>
 
 #include "runprogress.h"
+#include "store/contentchanges.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
 #include "store/storedrestorepoint.h"
@@ -18,7 +21,15 @@ struct RunOutcome
     QString message;
     QList<RunFileRecord> files;
     QList<StoredContent> content;
+    // Set instead of `content` when the run tells its point as the changes
+    // since the previous one.
+    std::optional<ContentChanges> changes;
     RunProgress totals;
+    // New-format backups: bytes read from the sources, the part of them new
+    // to the generation, and the bytes written to the storage; -1 elsewhere.
+    qint64 bytesRead = -1;
+    qint64 bytesNew = -1;
+    qint64 bytesStored = -1;
     // Set by the worker once the run's end is in the store.
     bool recorded = false;
     QString recordError;

@@ -18,12 +18,18 @@ bool isNthWeekday(const QDate& day, Schedule::WeekNumber week, int weekday)
     const int index = (day.day() - 1) / 7; // 0 for the first such weekday
     const int remaining = (day.daysInMonth() - day.day()) / 7; // how many more follow
     switch (week) {
-    case Schedule::First: return index == 0;
-    case Schedule::Second: return index == 1;
-    case Schedule::Third: return index == 2;
-    case Schedule::Fourth: return index == 3;
-    case Schedule::Penultimate: return remaining == 1;
-    case Schedule::Last: return remaining == 0;
+    case Schedule::First:
+        return index == 0;
+    case Schedule::Second:
+        return index == 1;
+    case Schedule::Third:
+        return index == 2;
+    case Schedule::Fourth:
+        return index == 3;
+    case Schedule::Penultimate:
+        return remaining == 1;
+    case Schedule::Last:
+        return remaining == 0;
     }
     return false;
 }
@@ -101,11 +107,16 @@ QDateTime ScheduleCalculator::firstTimeOnDay(const Schedule& schedule, const QDa
     const QTime from = every.from.isValid() ? every.from : QTime(0, 0);
     const QTime to = every.to.isValid() ? every.to : QTime(23, 59, 59);
     const int step = qMax(1, every.minutes) * 60;
+    const int first = from.msecsSinceStartOfDay() / 1000;
+    // A window whose end lies before its start runs through midnight: the
+    // times after midnight belong to the run day's window, on the next date.
+    const int last = to.msecsSinceStartOfDay() / 1000 + (to < from ? 24 * 3600 : 0);
     // Steps go by the wall clock, not by elapsed seconds: on the day the
     // clock goes back the repeated hour is not run twice, and on the day it
     // goes forward the times after the gap keep their places.
-    for (int offset = from.msecsSinceStartOfDay() / 1000; offset <= to.msecsSinceStartOfDay() / 1000; offset += step) {
-        const QDateTime at = localInstant(day, QTime(0, 0).addSecs(offset));
+    for (int offset = first; offset <= last; offset += step) {
+        const QDate date = offset >= 24 * 3600 ? day.addDays(1) : day;
+        const QDateTime at = localInstant(date, QTime(0, 0).addSecs(offset % (24 * 3600)));
         if (at.isValid() && at > after)
             return at;
     }
@@ -121,7 +132,9 @@ QDateTime ScheduleCalculator::nextRun(const Schedule& schedule, const QDateTime&
         const QDateTime at = schedule.specificDate().toLocalTime();
         return at.isValid() && at > local ? at : QDateTime();
     }
-    for (int offset = 0; offset < SearchDays; ++offset) {
+    // From the day before: a window through midnight that began yesterday
+    // may still have times left today.
+    for (int offset = -1; offset < SearchDays; ++offset) {
         const QDate day = local.date().addDays(offset);
         if (!isRunDay(schedule, day))
             continue;

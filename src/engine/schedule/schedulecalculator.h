@@ -16,6 +16,10 @@ namespace NVB::Engine {
 // Daylight saving: a time the clock skips (spring forward) runs at the first
 // minute after the gap; a time the clock passes twice (fall back) runs once,
 // at its first occurrence.
+//
+// An every-N-minutes window whose end lies before its start (22:00 to 02:00)
+// runs through midnight; its times after midnight belong to the run day. A
+// day of the month the month lacks (the 31st in April) is its last day.
 class ScheduleCalculator
 {
 public:

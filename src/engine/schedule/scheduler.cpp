@@ -87,14 +87,15 @@ void Scheduler::compute(const QUuid& planId, bool catchUp)
     // last time it was seen to fire and before now.
     if (catchUp && plan->lastScheduledUtc.isValid()) {
         const QDateTime missed = ScheduleCalculator::nextRun(record->schedule(), plan->lastScheduledUtc);
-        const QDateTime missedFull =
-            backup ? ScheduleCalculator::nextRun(backup->forceFullSchedule(), plan->lastScheduledUtc) : QDateTime();
+        const QDateTime missedFull
+            = backup ? ScheduleCalculator::nextRun(backup->forceFullSchedule(), plan->lastScheduledUtc) : QDateTime();
         const bool full = isDue(missedFull.toUTC(), current);
         if (isDue(missed.toUTC(), current) || full) {
             // Passed over or caught up, the missed time is dealt with either way.
             m_store->setLastScheduled(planId, current);
             if (record->runMuissedPlan())
-                QMetaObject::invokeMethod(this, [this, planId, full] { emit due(planId, full); }, Qt::QueuedConnection);
+                QMetaObject::invokeMethod(
+                    this, [this, planId, full] { emit due(planId, full); }, Qt::QueuedConnection);
         }
     }
     Next next;

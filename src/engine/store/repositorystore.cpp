@@ -1,5 +1,9 @@
 #include "repositorystore.h"
 
+#include <limits>
+
+#include <QHash>
+#include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
@@ -36,8 +40,8 @@ const QString RestorePointColumns = QStringLiteral(
     "encrypted, size_on_storage");
 
 const QString ContentColumns
-    = QStringLiteral("path, type, modified_utc, size, deleted, object, checksum, modified_ns, "
-                     "changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size");
+    = QStringLiteral("c.path, c.type, c.modified_utc, c.size, c.deleted, c.object, c.checksum, c.modified_ns, "
+                     "c.changed_ns, c.inode, c.mode, c.owner, c.grp, c.link_target, c.encoding, c.stored_size");
 
 StoredContent readContent(const QSqlQuery& q)
 {
@@ -60,6 +64,67 @@ StoredContent readContent(const QSqlQuery& q)
     c.storedSize = q.value(15).toLongLong();
     return c;
 }
+
+// The content row that still holds in the latest point.
+constexpr qint64 OpenEnd = std::numeric_limits<qint64>::max();
+
+// Ends open rows of a generation before a new point. A row that began after
+// `lastSeq` belonged only to a point deleted since, and goes.
+class OpenRows
+{
+public:
+    enum Scope { Path, Parent, All };
+
+    OpenRows(StoreDatabase& db, const QString& generation, qint64 lastSeq)
+        : m_db(db)
+        , m_generation(generation)
+        , m_lastSeq(lastSeq)
+    { }
+
+    bool close(Scope scope, const QString& value)
+    {
+        QSqlQuery& end = m_end[scope];
+        QSqlQuery& drop = m_drop[scope];
+        if (!m_prepared[scope]) {
+            const QString where = QStringLiteral(" WHERE generation=? AND last_seq=? AND %1 first_seq")
+                                      .arg(scope == Path ? QStringLiteral("path=? AND")
+                                              : scope == Parent ? QStringLiteral("parent=? AND")
+                                                                : QString());
+            end = QSqlQuery(m_db.database());
+            drop = QSqlQuery(m_db.database());
+            // Without statistics SQLite prefers the primary key's generation
+            // prefix, a scan of the whole generation, to the parent index.
+            const QString table = scope == Parent ? QStringLiteral("contents INDEXED BY contents_by_parent")
+                                                  : QStringLiteral("contents");
+            if (!end.prepare(QStringLiteral("UPDATE %1 SET last_seq=?").arg(table) + where + QStringLiteral("<=?"))
+                || !drop.prepare(QStringLiteral("DELETE FROM %1").arg(table) + where + QStringLiteral(">?")))
+                return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(end.lastError().text()));
+            m_prepared[scope] = true;
+        }
+        int column = 0;
+        end.bindValue(column++, m_lastSeq);
+        for (QSqlQuery* q : {&end, &drop}) {
+            q->bindValue(column++, m_generation);
+            q->bindValue(column++, OpenEnd);
+            if (scope != All)
+                q->bindValue(column++, value);
+            q->bindValue(column++, m_lastSeq);
+            column = 0;
+        }
+        if (!end.exec() || !drop.exec())
+            return m_db.fail(QStringLiteral("Cannot close content rows: %1")
+                                 .arg(end.lastError().isValid() ? end.lastError().text() : drop.lastError().text()));
+        return true;
+    }
+
+private:
+    StoreDatabase& m_db;
+    QString m_generation;
+    qint64 m_lastSeq;
+    QSqlQuery m_end[3];
+    QSqlQuery m_drop[3];
+    bool m_prepared[3] = {false, false, false};
+};
 
 } // namespace
 
@@ -193,7 +258,9 @@ QList<StoredContent> RepositoryStore::content(qint64 restorePointRowId)
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
     q.setForwardOnly(true);
-    q.prepare(QStringLiteral("SELECT %1 FROM contents WHERE restore_point=? ORDER BY path").arg(ContentColumns));
+    q.prepare(QStringLiteral("SELECT %1 FROM restore_points r JOIN contents c ON c.generation=r.generation_id "
+                             "AND c.first_seq<=r.sequence AND c.last_seq>=r.sequence WHERE r.id=? ORDER BY c.path")
+                  .arg(ContentColumns));
     q.addBindValue(restorePointRowId);
     if (!q.exec())
         return result;
@@ -207,11 +274,12 @@ QList<StoredContent> RepositoryStore::contentChildren(
 {
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
-    q.prepare(QStringLiteral("SELECT %1 FROM contents WHERE restore_point=? AND parent=? "
-                             "ORDER BY type, name LIMIT ? OFFSET ?")
+    q.prepare(QStringLiteral("SELECT %1 FROM restore_points r JOIN contents c INDEXED BY contents_by_parent "
+                             "ON c.generation=r.generation_id AND c.parent=? AND c.first_seq<=r.sequence AND c.last_seq>=r.sequence WHERE r.id=? "
+                             "ORDER BY c.type, c.name LIMIT ? OFFSET ?")
                   .arg(ContentColumns));
-    q.addBindValue(restorePointRowId);
     q.addBindValue(parent);
+    q.addBindValue(restorePointRowId);
     q.addBindValue(limit);
     q.addBindValue(offset);
     if (!q.exec())
@@ -219,6 +287,52 @@ QList<StoredContent> RepositoryStore::contentChildren(
     while (q.next())
         result.append(readContent(q));
     return result;
+}
+
+std::optional<QList<StoredContent>> RepositoryStore::currentChildren(const QUuid& generationId, const QString& parent)
+{
+    QSqlQuery q(m_db.database());
+    q.setForwardOnly(true);
+    q.prepare(QStringLiteral("SELECT %1 FROM contents c INDEXED BY contents_by_parent "
+                             "WHERE c.generation=? AND c.parent=? AND c.last_seq=?")
+                  .arg(ContentColumns));
+    q.addBindValue(text(generationId));
+    q.addBindValue(str(parent));
+    q.addBindValue(OpenEnd);
+    if (!q.exec())
+        return std::nullopt;
+    QList<StoredContent> result;
+    while (q.next())
+        result.append(readContent(q));
+    return result;
+}
+
+std::optional<QStringList> RepositoryStore::currentParents(const QUuid& generationId)
+{
+    QSqlQuery q(m_db.database());
+    q.setForwardOnly(true);
+    q.prepare(QStringLiteral("SELECT DISTINCT parent FROM contents WHERE generation=? AND last_seq=?"));
+    q.addBindValue(text(generationId));
+    q.addBindValue(OpenEnd);
+    if (!q.exec())
+        return std::nullopt;
+    QStringList result;
+    while (q.next())
+        result.append(q.value(0).toString());
+    return result;
+}
+
+std::optional<QString> RepositoryStore::currentObjectEncoded(const QUuid& generationId, int encodingMask)
+{
+    QSqlQuery q(m_db.database());
+    q.prepare(QStringLiteral("SELECT object FROM contents WHERE generation=? AND last_seq=? AND (encoding & ?)<>0 "
+                             "AND object<>'' LIMIT 1"));
+    q.addBindValue(text(generationId));
+    q.addBindValue(OpenEnd);
+    q.addBindValue(encodingMask);
+    if (!q.exec() || !q.next())
+        return std::nullopt;
+    return q.value(0).toString();
 }
 
 bool RepositoryStore::removeBunch(const QUuid& connectionId, const QUuid& bunchId)
@@ -250,29 +364,112 @@ bool RepositoryStore::removeFromRestorePoints(
 {
     return m_db.transaction([&] {
         QSqlDatabase db = m_db.database();
-        QSqlQuery c(db);
-        c.prepare(QStringLiteral("DELETE FROM contents WHERE restore_point=? AND path=?"));
+        QSqlQuery where(db);
+        where.prepare(QStringLiteral("SELECT generation_id, sequence FROM restore_points WHERE id=?"));
+        QSet<QString> touched;
+        auto locate = [&](qint64 point, QString* generation, qint64* sequence) {
+            where.addBindValue(point);
+            if (!where.exec() || !where.next())
+                return false;
+            *generation = where.value(0).toString();
+            *sequence = where.value(1).toLongLong();
+            touched.insert(*generation);
+            return true;
+        };
+
+        // A row holds for a range of the generation's points: taking a path
+        // out of one point splits its row around that point, keeping only
+        // the parts that some other point still reads.
+        QSqlQuery row(db);
+        row.prepare(QStringLiteral("SELECT first_seq, last_seq, "
+                                   "EXISTS(SELECT 1 FROM restore_points r WHERE r.generation_id=c.generation "
+                                   "AND r.sequence>=c.first_seq AND r.sequence<?), "
+                                   "EXISTS(SELECT 1 FROM restore_points r WHERE r.generation_id=c.generation "
+                                   "AND r.sequence>? AND r.sequence<=c.last_seq) "
+                                   "FROM contents c WHERE generation=? AND path=? AND first_seq<=? AND last_seq>=?"));
+        QSqlQuery after(db);
+        after.prepare(QStringLiteral(
+            "INSERT INTO contents(generation, path, first_seq, last_seq, parent, name, type, modified_utc, size, "
+            "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, "
+            "stored_size) SELECT generation, path, ?, last_seq, parent, name, type, modified_utc, size, deleted, "
+            "object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size "
+            "FROM contents WHERE generation=? AND path=? AND first_seq=?"));
+        QSqlQuery before(db);
+        before.prepare(QStringLiteral("UPDATE contents SET last_seq=? WHERE generation=? AND path=? AND first_seq=?"));
+        QSqlQuery drop(db);
+        drop.prepare(QStringLiteral("DELETE FROM contents WHERE generation=? AND path=? AND first_seq=?"));
+        auto fail = [this](const QSqlQuery& q) {
+            return m_db.fail(QStringLiteral("Cannot remove from a restore point: %1").arg(q.lastError().text()));
+        };
         for (auto it = pathsByPoint.cbegin(); it != pathsByPoint.cend(); ++it) {
+            QString generation;
+            qint64 sequence = 0;
+            if (!locate(it.key(), &generation, &sequence))
+                return m_db.fail(QStringLiteral("No restore point with the id %1").arg(it.key()));
             for (const QString& path : it.value()) {
-                c.addBindValue(it.key());
-                c.addBindValue(path);
-                if (!c.exec())
-                    return m_db.fail(QStringLiteral("Cannot remove from a restore point: %1").arg(c.lastError().text()));
+                for (const QVariant& value : {QVariant(sequence), QVariant(sequence), QVariant(generation),
+                         str(path), QVariant(sequence), QVariant(sequence)})
+                    row.addBindValue(value);
+                if (!row.exec())
+                    return fail(row);
+                if (!row.next())
+                    continue;
+                const qint64 first = row.value(0).toLongLong();
+                const bool keepBefore = row.value(2).toBool();
+                const bool keepAfter = row.value(3).toBool();
+                row.finish();
+                if (keepAfter) {
+                    for (const QVariant& value :
+                        {QVariant(sequence + 1), QVariant(generation), str(path), QVariant(first)})
+                        after.addBindValue(value);
+                    if (!after.exec())
+                        return fail(after);
+                }
+                QSqlQuery& change = keepBefore ? before : drop;
+                if (keepBefore)
+                    change.addBindValue(sequence - 1);
+                for (const QVariant& value : {QVariant(generation), str(path), QVariant(first)})
+                    change.addBindValue(value);
+                if (!change.exec())
+                    return fail(change);
             }
         }
+
         QSqlQuery p(db);
         p.prepare(QStringLiteral("DELETE FROM restore_points WHERE id=?"));
         for (qint64 point : points) {
+            QString generation;
+            qint64 sequence = 0;
+            if (!locate(point, &generation, &sequence))
+                continue;
             p.addBindValue(point);
             if (!p.exec())
                 return m_db.fail(QStringLiteral("Cannot remove a restore point: %1").arg(p.lastError().text()));
+        }
+
+        // Rows no remaining point reads go; rows of a generation's latest
+        // point stay open-ended, so the next run keeps them by not naming them.
+        QSqlQuery orphans(db);
+        orphans.prepare(QStringLiteral("DELETE FROM contents WHERE generation=? AND NOT EXISTS(SELECT 1 FROM "
+                                       "restore_points r WHERE r.generation_id=contents.generation "
+                                       "AND r.sequence>=contents.first_seq AND r.sequence<=contents.last_seq)"));
+        QSqlQuery reopen(db);
+        reopen.prepare(QStringLiteral("UPDATE contents SET last_seq=? WHERE generation=? AND last_seq<>? AND "
+                                      "last_seq>=(SELECT MAX(sequence) FROM restore_points WHERE generation_id=?)"));
+        for (const QString& generation : std::as_const(touched)) {
+            orphans.addBindValue(generation);
+            if (!orphans.exec())
+                return fail(orphans);
+            for (const QVariant& value : {QVariant(OpenEnd), QVariant(generation), QVariant(OpenEnd), QVariant(generation)})
+                reopen.addBindValue(value);
+            if (!reopen.exec())
+                return fail(reopen);
         }
         return true;
     });
 }
 
-qint64 RepositoryStore::insertRestorePoint(
-    const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content)
+qint64 RepositoryStore::insertPointRow(const StoredBunch& bunch, const StoredRestorePoint& point)
 {
     QSqlDatabase db = m_db.database();
     QSqlQuery b(db);
@@ -312,27 +509,123 @@ qint64 RepositoryStore::insertRestorePoint(
         m_db.fail(QStringLiteral("Cannot record the restore point: %1").arg(r.lastError().text()));
         return 0;
     }
-    const qint64 pointId = r.lastInsertId().toLongLong();
+    return r.lastInsertId().toLongLong();
+}
 
-    QSqlQuery c(db);
-    c.prepare(
-        QStringLiteral("INSERT INTO contents(restore_point, path, parent, name, type, modified_utc, size, "
-                       "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, "
-                       "encoding, stored_size) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
-    for (const StoredContent& item : content) {
-        for (const QVariant& value : {QVariant(pointId), str(item.path), str(item.parentPath()), str(item.name()),
-                 QVariant(item.type), stamp(item.modifiedUtc), QVariant(item.size), QVariant(item.deleted),
-                 str(item.object), QVariant(item.checksum.isNull() ? QByteArray("") : item.checksum),
-                 QVariant(item.modifiedNs), QVariant(item.changedNs), QVariant(qint64(item.inode)),
-                 QVariant(qint64(item.mode)), QVariant(item.owner), QVariant(item.group), str(item.linkTarget),
-                 QVariant(item.encoding), QVariant(item.storedSize)})
-            c.addBindValue(value);
-        if (!c.exec()) {
-            m_db.fail(QStringLiteral("Cannot record the content of the restore point: %1").arg(c.lastError().text()));
-            return 0;
+bool RepositoryStore::hasContent(const QString& generation)
+{
+    QSqlQuery q(m_db.database());
+    q.prepare(QStringLiteral("SELECT 1 FROM contents WHERE generation=? LIMIT 1"));
+    q.addBindValue(generation);
+    return q.exec() && q.next();
+}
+
+bool RepositoryStore::insertContent(
+    const QString& generation, qint64 sequence, const QList<const StoredContent*>& items)
+{
+    QSqlQuery c(m_db.database());
+    c.prepare(QStringLiteral("INSERT INTO contents(generation, path, first_seq, last_seq, parent, name, type, "
+                             "modified_utc, size, deleted, object, checksum, modified_ns, changed_ns, inode, mode, "
+                             "owner, grp, link_target, encoding, stored_size) "
+                             "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
+    const QVariant generationValue(generation);
+    const QVariant first(sequence);
+    const QVariant open(OpenEnd);
+    for (const StoredContent* item : items) {
+        int column = 0;
+        for (const QVariant& value : {generationValue, str(item->path), first, open, str(item->parentPath()),
+                 str(item->name()), QVariant(item->type), stamp(item->modifiedUtc), QVariant(item->size),
+                 QVariant(item->deleted), str(item->object),
+                 QVariant(item->checksum.isNull() ? QByteArray("") : item->checksum), QVariant(item->modifiedNs),
+                 QVariant(item->changedNs), QVariant(qint64(item->inode)), QVariant(qint64(item->mode)),
+                 QVariant(item->owner), QVariant(item->group), str(item->linkTarget), QVariant(item->encoding),
+                 QVariant(item->storedSize)})
+            c.bindValue(column++, value);
+        if (!c.exec())
+            return m_db.fail(
+                QStringLiteral("Cannot record the content of the restore point: %1").arg(c.lastError().text()));
+    }
+    return true;
+}
+
+qint64 RepositoryStore::insertRestorePoint(
+    const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content)
+{
+    const qint64 pointId = insertPointRow(bunch, point);
+    if (pointId == 0)
+        return 0;
+    const QString generation = text(point.generationId);
+    QHash<QString, const StoredContent*> pending;
+    pending.reserve(content.size());
+    for (const StoredContent& item : content)
+        pending.insert(item.path, &item);
+    if (hasContent(generation)) {
+        // Entries equal to the latest point's keep their rows; the rest of
+        // that point's rows end before this one.
+        QStringList stale;
+        {
+            QSqlQuery q(m_db.database());
+            q.setForwardOnly(true);
+            q.prepare(QStringLiteral("SELECT %1 FROM contents c WHERE c.generation=? AND c.last_seq=?")
+                          .arg(ContentColumns));
+            q.addBindValue(generation);
+            q.addBindValue(OpenEnd);
+            if (!q.exec()) {
+                m_db.fail(QStringLiteral("Cannot read the latest restore point: %1").arg(q.lastError().text()));
+                return 0;
+            }
+            while (q.next()) {
+                const StoredContent held = readContent(q);
+                const auto it = pending.find(held.path);
+                if (it != pending.end() && (*it)->sameRecord(held))
+                    pending.erase(it);
+                else
+                    stale.append(held.path);
+            }
+        }
+        OpenRows rows(m_db, generation, point.sequenceNumber - 1);
+        for (const QString& path : std::as_const(stale)) {
+            if (!rows.close(OpenRows::Path, path))
+                return 0;
         }
     }
-    return pointId;
+    QList<const StoredContent*> items;
+    items.reserve(pending.size());
+    for (const StoredContent& item : content) {
+        if (pending.value(item.path) == &item)
+            items.append(&item);
+    }
+    return insertContent(generation, point.sequenceNumber, items) ? pointId : 0;
+}
+
+qint64 RepositoryStore::insertRestorePoint(
+    const StoredBunch& bunch, const StoredRestorePoint& point, const ContentChanges& changes)
+{
+    const qint64 pointId = insertPointRow(bunch, point);
+    if (pointId == 0)
+        return 0;
+    const QString generation = text(point.generationId);
+    if (hasContent(generation)) {
+        OpenRows rows(m_db, generation, point.sequenceNumber - 1);
+        bool ok = true;
+        if (changes.replacesAll) {
+            ok = rows.close(OpenRows::All, QString());
+        } else {
+            for (const QString& folder : changes.emptiedFolders)
+                ok = ok && rows.close(OpenRows::Parent, folder);
+            for (const QString& path : changes.removed)
+                ok = ok && rows.close(OpenRows::Path, path);
+            for (const StoredContent& item : changes.added)
+                ok = ok && rows.close(OpenRows::Path, item.path);
+        }
+        if (!ok)
+            return 0;
+    }
+    QList<const StoredContent*> items;
+    items.reserve(changes.added.size());
+    for (const StoredContent& item : changes.added)
+        items.append(&item);
+    return insertContent(generation, point.sequenceNumber, items) ? pointId : 0;
 }
 
 } // namespace NVB::Engine

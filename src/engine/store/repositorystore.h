@@ -5,8 +5,10 @@
 #include <QDateTime>
 #include <QHash>
 #include <QList>
+#include <QStringList>
 #include <QUuid>
 
+#include "contentchanges.h"
 #include "storedbunch.h"
 #include "storedcontent.h"
 #include "storedgeneration.h"
@@ -37,6 +39,14 @@ public:
     std::optional<StoredRestorePoint> restorePointAt(
         const QUuid& connectionId, const QUuid& bunchId, const QDateTime& startUtc);
     QList<StoredContent> content(qint64 restorePointRowId);
+    // What the generation's latest recorded point holds directly below
+    // `parent`, or every folder it holds entries in; nullopt when the store
+    // fails. A run compares its walk with these one folder at a time.
+    std::optional<QList<StoredContent>> currentChildren(const QUuid& generationId, const QString& parent);
+    std::optional<QStringList> currentParents(const QUuid& generationId);
+    // The object of one file in the generation's latest point whose encoding
+    // has any of the bits of `encodingMask`, if there is one.
+    std::optional<QString> currentObjectEncoded(const QUuid& generationId, int encodingMask);
     // The children of `parent` in a restore point, a page at a time.
     QList<StoredContent> contentChildren(qint64 restorePointRowId, const QString& parent, int offset, int limit);
     bool removeBunch(const QUuid& connectionId, const QUuid& bunchId);
@@ -49,8 +59,16 @@ public:
     // the restore point and its content. Answers the point's row, 0 on error.
     qint64 insertRestorePoint(
         const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content);
+    // The same with the point told as its changes since the generation's
+    // latest recorded point.
+    qint64 insertRestorePoint(
+        const StoredBunch& bunch, const StoredRestorePoint& point, const ContentChanges& changes);
 
 private:
+    qint64 insertPointRow(const StoredBunch& bunch, const StoredRestorePoint& point);
+    bool hasContent(const QString& generation);
+    bool insertContent(const QString& generation, qint64 sequence, const QList<const StoredContent*>& items);
+
     StoreDatabase& m_db;
 };
 

@@ -40,7 +40,22 @@ std::optional<qint64> RunStore::beginRun(const RunRecord& run)
 bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
     const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content, qint64* pointRowId)
 {
-    const bool withPoint = bunch && point;
+    return finishRun(
+        run, files, summary, bunch && point,
+        [&] { return RepositoryStore(m_db).insertRestorePoint(*bunch, *point, content); }, pointRowId);
+}
+
+bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
+    const StoredBunch* bunch, const StoredRestorePoint* point, const ContentChanges& changes, qint64* pointRowId)
+{
+    return finishRun(
+        run, files, summary, bunch && point,
+        [&] { return RepositoryStore(m_db).insertRestorePoint(*bunch, *point, changes); }, pointRowId);
+}
+
+bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
+    bool withPoint, const std::function<qint64()>& insertPoint, qint64* pointRowId)
+{
     qint64 made = 0;
     const bool ok = m_db.transaction(
         [&] {
@@ -69,7 +84,7 @@ bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files
                 return false;
             if (!withPoint)
                 return true;
-            made = RepositoryStore(m_db).insertRestorePoint(*bunch, *point, content);
+            made = insertPoint();
             return made > 0;
         },
         withPoint);
@@ -108,8 +123,17 @@ QString historyFilter(const HistoryQuery& query, const char* timeColumn, const c
     }
     const QDateTime since = query.since(QDateTime::currentDateTimeUtc());
     if (since.isValid()) {
-        sql += QStringLiteral(" AND %1>=?").arg(QLatin1String(timeColumn));
-        *values << stamp(since);
+        // Ids grow with time: the id of the period's first row, one seek in
+        // the time index, ends the backward walk there instead of at the table's
+        // first row when the period holds less than a page.
+        const QString table = QLatin1String(timeColumn) == QLatin1String("start_utc") ? QStringLiteral("runs")
+                                                                                      : QStringLiteral("run_files");
+        // The unary plus keeps the planner off the time index for the page
+        // itself: sorting a whole period by id costs more than the walk.
+        sql += QStringLiteral(" AND +%1>=? AND id>=coalesce((SELECT id FROM %2 WHERE %1>=? ORDER BY %1 LIMIT 1), "
+                              "9223372036854775807)")
+                   .arg(QLatin1String(timeColumn), table);
+        *values << stamp(since) << stamp(since);
     }
     if (!query.filter.isEmpty()) {
         sql += QStringLiteral(" AND instr(lower(%1), lower(?))>0").arg(QLatin1String(textColumn));

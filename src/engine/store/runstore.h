@@ -1,10 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include <QList>
 #include <QSqlQuery>
 
+#include "contentchanges.h"
 #include "historyquery.h"
 #include "runfilerecord.h"
 #include "runrecord.h"
@@ -35,6 +37,11 @@ public:
     bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
         const StoredBunch* bunch, const StoredRestorePoint* point, const QList<StoredContent>& content,
         qint64* pointRowId = nullptr);
+    // The same with the point told as its changes since the latest point of
+    // its generation.
+    bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
+        const StoredBunch* bunch, const StoredRestorePoint* point, const ContentChanges& changes,
+        qint64* pointRowId = nullptr);
     // Marks runs left "running" by a previous engine as interrupted, and
     // every plan idle; answers how many runs there were.
     int closeInterruptedRuns(int runningResult, int interruptedResult, int idleStatus);
@@ -42,6 +49,8 @@ public:
     QList<RunFileRecord> runFiles(const HistoryQuery& query);
 
 private:
+    bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
+        bool withPoint, const std::function<qint64()>& insertPoint, qint64* pointRowId);
     // One history page: `select` plus the query's filter, executed; an
     // inactive query (the error recorded) when it could not run.
     QSqlQuery historyPage(

@@ -42,6 +42,8 @@ struct StoredContent
     qint64 storedSize = -1;
 
     QString parentPath() const;
+    // Every recorded property equal: a point may keep the earlier record.
+    bool sameRecord(const StoredContent& other) const;
     QString name() const;
 };
 

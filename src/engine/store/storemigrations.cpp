@@ -86,6 +86,43 @@ QVector<StoreMigrations::Migration> build()
         {QStringLiteral(
             "CREATE TABLE certificate_pins(host TEXT NOT NULL, port INTEGER NOT NULL, "
             "sha256 TEXT NOT NULL, pem TEXT NOT NULL, added_utc TEXT NOT NULL, PRIMARY KEY(host, port))")}});
+    // 7: each content row holds for a range of its generation's points
+    // (first_seq to last_seq; 9223372036854775807 while it still holds in
+    // the latest), so a run writes only what changed instead of every
+    // file again. The rows of earlier points convert one point each.
+    steps.append({7,
+        {QStringLiteral(R"(CREATE TABLE point_contents(
+        generation TEXT NOT NULL REFERENCES generations(id) ON DELETE CASCADE,
+        path TEXT NOT NULL, first_seq INTEGER NOT NULL, last_seq INTEGER NOT NULL,
+        parent TEXT NOT NULL, name TEXT NOT NULL, type INTEGER NOT NULL,
+        modified_utc TEXT, size INTEGER NOT NULL DEFAULT 0, deleted INTEGER NOT NULL DEFAULT 0,
+        object TEXT NOT NULL DEFAULT '', checksum BLOB NOT NULL DEFAULT x'',
+        modified_ns INTEGER NOT NULL DEFAULT 0, changed_ns INTEGER NOT NULL DEFAULT 0,
+        inode INTEGER NOT NULL DEFAULT 0, mode INTEGER NOT NULL DEFAULT 0, owner INTEGER NOT NULL DEFAULT -1,
+        grp INTEGER NOT NULL DEFAULT -1, link_target TEXT NOT NULL DEFAULT '', encoding INTEGER NOT NULL DEFAULT 0,
+        stored_size INTEGER NOT NULL DEFAULT -1, PRIMARY KEY(generation, path, first_seq)) WITHOUT ROWID)"),
+            QStringLiteral(R"(INSERT INTO point_contents SELECT r.generation_id, c.path, r.sequence,
+        CASE WHEN r.sequence=(SELECT MAX(x.sequence) FROM restore_points x WHERE x.generation_id=r.generation_id)
+        THEN 9223372036854775807 ELSE r.sequence END, c.parent, c.name, c.type, c.modified_utc, c.size,
+        c.deleted, c.object, c.checksum, c.modified_ns, c.changed_ns, c.inode, c.mode, c.owner, c.grp,
+        c.link_target, c.encoding, c.stored_size FROM contents c JOIN restore_points r ON r.id=c.restore_point)"),
+            QStringLiteral("DROP TABLE contents"), QStringLiteral("ALTER TABLE point_contents RENAME TO contents"),
+            QStringLiteral("CREATE INDEX contents_by_parent ON contents(generation, parent, last_seq, name)")}});
+    // 8: the new format's chunk index cache (ChunkIndexStore): which index
+    // objects of a generation were read, and every chunk's pack.
+    steps.append({8,
+        {QStringLiteral("CREATE TABLE chunk_index_objects(generation_id TEXT NOT NULL, object_key TEXT NOT NULL, "
+                        "PRIMARY KEY(generation_id, object_key))"),
+            QStringLiteral("CREATE TABLE chunk_index(generation_id TEXT NOT NULL, chunk_id BLOB NOT NULL, "
+                           "pack_key TEXT NOT NULL, PRIMARY KEY(generation_id, chunk_id)) WITHOUT ROWID")}});
+    // 11: history pages filtered by file operation, with or without a plan,
+    // read an index in id order instead of every row of the plan; a period's
+    // start is found by time.
+    steps.append({11,
+        {QStringLiteral("CREATE INDEX run_files_by_plan_operation ON run_files(plan_id, operation, id)"),
+            QStringLiteral("CREATE INDEX run_files_by_operation ON run_files(operation, id)"),
+            QStringLiteral("CREATE INDEX run_files_by_finish ON run_files(finish_utc)"),
+            QStringLiteral("CREATE INDEX runs_by_start ON runs(start_utc)")}});
     return steps;
 }
 

@@ -8,6 +8,7 @@
 #include "core/apppath.h"
 #include "core/defines.h"
 #include "core/filesoperations.h"
+#include "core/licenserestrictions.h"
 #include "core/nvldebug.h"
 #include "core/providerdefines.h"
 #include "stores/rebranding.h"
@@ -26,6 +27,7 @@ QString rebranding(const char* key)
 }
 
 constexpr char FreeEdition[] = "Free";
+constexpr char FullEdition[] = "Full";
 
 } // namespace
 
@@ -141,12 +143,12 @@ void Application::buyMaintenance()
 
 QString Application::licenseType()
 {
-    return QString::fromLatin1(FreeEdition);
+    return QString::fromLatin1(NVB::License::LicenseRestrictions::isFreeEdition() ? FreeEdition : FullEdition);
 }
 
 QString Application::standaloneLicenseType()
 {
-    return QString::fromLatin1(FreeEdition);
+    return licenseType();
 }
 
 bool Application::isLicense(QWidget* parent)

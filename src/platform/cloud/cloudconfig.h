@@ -16,6 +16,10 @@ namespace AmazonS3Like {
 inline const QString AccessKey = QStringLiteral("AccessKey");
 inline const QString SecretKey = QStringLiteral("SecretKey");
 inline const QString Region = QStringLiteral("Region");
+// Our own addition: "Path" (https://host/bucket/key) or "VirtualHost"
+// (https://bucket.host/key). Absent: virtual host for Amazon's own endpoints
+// when the bucket name allows it, path for every other server.
+inline const QString AddressingStyle = QStringLiteral("AddressingStyle");
 namespace Signature {
 inline const QString Key = QStringLiteral("Signature");
 namespace Value {
@@ -137,6 +141,9 @@ inline const QString ProjectId = QStringLiteral("ProjectId");
 namespace Api::Config::Http {
 inline const QString Endpoint = QStringLiteral("Endpoint");
 inline const QString UseSsl = QStringLiteral("UseSsl");
+// Our own addition: seconds a connect, or a stalled transfer, may take;
+// absent or 0 means 30.
+inline const QString Timeout = QStringLiteral("HttpTimeout");
 // Set by an operation refused with SslUntrusted: the leaf certificate that
 // connection saw (PEM) and why verification failed (a string list).
 inline const QString PeerCertificate = QStringLiteral("PeerCertificate");

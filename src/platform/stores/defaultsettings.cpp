@@ -52,6 +52,8 @@ QMap<QString, QString> DefaultSettings::defaultValues()
     using namespace Constants::RetentionPolicy;
     return {
         {QStringLiteral("DefaultChunkSize"), QStringLiteral("10485760")},
+        // Days after a plan's last good run before the plan table marks it.
+        {QStringLiteral("PlanOverdueDays"), QStringLiteral("7")},
         {QStringLiteral("MultiThread threads count"), QStringLiteral("4")},
         {QStringLiteral("MultiThread memory usage"), QStringLiteral("536870912")},
         {QStringLiteral("Glacier queue size"), QStringLiteral("10")},
@@ -75,6 +77,17 @@ QMap<QString, QString> DefaultSettings::defaultValues()
         {QStringLiteral("RetentionUseBackupDate"), QStringLiteral("false")},
         {QStringLiteral("Notification email"), QString()},
         {QStringLiteral("Notification user name"), QString()},
+        // Where addresses are confirmed; empty: every address counts as confirmed.
+        {QStringLiteral("Notification confirmation URL"), QString()},
+        // The mail server of notifications; the password is enciphered.
+        {QStringLiteral("SMTP host"), QString()},
+        {QStringLiteral("SMTP port"), QStringLiteral("25")},
+        {QStringLiteral("SMTP TLS"), QStringLiteral("false")},
+        {QStringLiteral("SMTP user"), QString()},
+        {QStringLiteral("SMTP password"), QString()},
+        {QStringLiteral("SMTP sender"), QString()},
+        // Seconds a plan's pre or post action may run before it is killed.
+        {QStringLiteral("Action time limit"), QStringLiteral("3600")},
     };
 }
 

@@ -256,7 +256,7 @@ void TestStoragesAdd::shouldShowOperationErrorInRed()
     QVERIFY(dialog.operation());
     QTRY_VERIFY(!dialog.operation());
     QVERIFY(dialog.messageLabel()->text().startsWith(QStringLiteral("<font color='red'>")));
-    QVERIFY(dialog.messageLabel()->text().contains(QStringLiteral("not supported yet")));
+    QVERIFY(dialog.messageLabel()->text().contains(QStringLiteral("Access key or secret key is empty")));
     QVERIFY(!dialog.okButton()->isEnabled());
     QVERIFY(dialog.advancedButton()->isEnabled());
 }
@@ -284,7 +284,7 @@ void TestStoragesAdd::shouldAskTrustAndListAgainForUntrustedCertificate()
     QVERIFY(shownIssuer.contains(QStringLiteral("nvb-test-server")));
     // The listing runs again with the certificate trusted; this provider
     // then answers with its own error.
-    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("not supported yet")));
+    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("Access key or secret key is empty")));
     QTRY_VERIFY(!dialog.operation());
 }
 
@@ -329,7 +329,7 @@ void TestStoragesAdd::shouldAskAboutCertificateTheFailedConnectionSaw()
     QTRY_VERIFY(NVL::Cloud::CertificatePins::instance().isPinned(QStringLiteral("s3.example.test"), 9443, seen));
     QCOMPARE(m_peer->lastParams(QLatin1String(System::AppendToSslStorage::Name)).value("endpoint").toString(),
         QStringLiteral("https://S3.Example.test:9443"));
-    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("not supported yet")));
+    QTRY_VERIFY(dialog.messageLabel()->text().contains(QStringLiteral("Access key or secret key is empty")));
     QCOMPARE(m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name)), fetches);
     QVERIFY(!NVL::Cloud::CertificatePins::instance().isPinned(QStringLiteral("other.example.test"), 9443, seen));
     NVL::Cloud::CertificatePins::instance().set({});

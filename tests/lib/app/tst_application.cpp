@@ -6,7 +6,6 @@
 
 #include "app/application.h"
 #include "core/apppath.h"
-#include "core/providerdefines.h"
 #include "testmain.h"
 
 using NVB::GUI::Application;
@@ -17,11 +16,9 @@ class TestApplication : public QObject
 private slots:
     void initTestCase();
     void shouldTakeProductTextsFromRebranding();
-    void shouldReportBuildVersion();
     void shouldChooseImagesPathByEdition_data();
     void shouldChooseImagesPathByEdition();
-    void shouldReadSupportEmailFromInstallationConfig();
-    void shouldAnswerLicenceChecksAsFreeEdition();
+    void shouldReadSupportEmailAndLicenceFromInstallationConfig();
     // Last: restart() asks the application to quit.
     void shouldStartConsoleDetachedAndQuitOnRestart();
 
@@ -56,12 +53,6 @@ void TestApplication::shouldTakeProductTextsFromRebranding()
     QCOMPARE(Application::website(), QStringLiteral("https://northvale.example"));
 }
 
-void TestApplication::shouldReportBuildVersion()
-{
-    QVERIFY(!Application::buildVersion().isEmpty());
-    QCOMPARE(Application::buildVersion(), NVB::defines::ProviderDefines::BuildVersion());
-}
-
 void TestApplication::shouldChooseImagesPathByEdition_data()
 {
     QTest::addColumn<QByteArray>("edition");
@@ -86,23 +77,16 @@ void TestApplication::shouldChooseImagesPathByEdition()
     qunsetenv("NVB_SHARE_DIR");
 }
 
-void TestApplication::shouldReadSupportEmailFromInstallationConfig()
+void TestApplication::shouldReadSupportEmailAndLicenceFromInstallationConfig()
 {
     const QString config = NVB::Defines::AppPath::to().config() + QStringLiteral("/nvbBackup.conf");
     writeFile(config, "<nvbBackup edition=\"standalone\" supportEmail=\"help@northvale.example\"/>");
     QCOMPARE(Application::supportEmail(), QStringLiteral("help@northvale.example"));
-    writeFile(config, "<nvbBackup edition=\"standalone\"/>");
+    QCOMPARE(Application::licenseType(), QStringLiteral("Full"));
+    writeFile(config, "<nvbBackup edition=\"standalone\" license=\"free\"/>");
     QCOMPARE(Application::supportEmail(), QString());
-    QFile::remove(config);
-}
-
-void TestApplication::shouldAnswerLicenceChecksAsFreeEdition()
-{
-    QVERIFY(Application::isLicense(nullptr));
-    QVERIFY(NVB::GUI::licenseStandaloneVerify(nullptr));
-    QVERIFY(NVB::GUI::licenseMnsVerify(nullptr));
     QCOMPARE(Application::licenseType(), QStringLiteral("Free"));
-    QCOMPARE(Application::trialExpiredDelay(), 0);
+    QFile::remove(config);
 }
 
 void TestApplication::shouldStartConsoleDetachedAndQuitOnRestart()

@@ -17,7 +17,6 @@ class TestApplicationEventController : public QObject
     Q_OBJECT
 private slots:
     void initTestCase();
-    void shouldStartNotInited();
     void shouldReportPresentConnectionStateOnInit();
     void shouldAnnounceUpdateOncePerNotificationAfterSecondInit();
     void shouldIgnoreOtherAndUnknownNotifications();
@@ -36,20 +35,14 @@ void TestApplicationEventController::initTestCase()
     QVERIFY(m_peer->waitForClient());
 }
 
-void TestApplicationEventController::shouldStartNotInited()
-{
-    ApplicationEventController controller;
-    QVERIFY(!controller.isInited());
-    controller.init();
-    QVERIFY(controller.isInited());
-}
-
 void TestApplicationEventController::shouldReportPresentConnectionStateOnInit()
 {
     ApplicationEventController controller;
     QSignalSpy connected(&controller, &ApplicationEventController::localManagmentConnected);
     QSignalSpy disconnected(&controller, &ApplicationEventController::localManagmentDisconnected);
+    QVERIFY(!controller.isInited());
     controller.init();
+    QVERIFY(controller.isInited());
     QCOMPARE(connected.count(), 1);
     QCOMPARE(disconnected.count(), 0);
 }

@@ -1,11 +1,8 @@
 #include <mutex>
-#include <sched.h>
-#include <sys/mount.h>
 
 #include <QAbstractItemModelTester>
 #include <QDir>
 #include <QFile>
-#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -54,7 +51,6 @@ class TestFileSystemCheckedModel : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void init();
     void cleanup();
     void shouldShowVolumesAndSharesAtTop();
@@ -68,7 +64,6 @@ private slots:
     void shouldReplaceOnlyWholePathSteps_data();
     void shouldReplaceOnlyWholePathSteps();
     void shouldLeaveTreeEmptyWithoutMountTable();
-    void shouldMapRealMountedVolume();
 
 private:
     QString vol(const QString& relative = QString()) const
@@ -77,19 +72,10 @@ private:
     }
 
     QScopedPointer<QTemporaryDir> m_dir;
-    bool m_privateMounts = false;
     QString m_aside;
     QString m_vol;
     QString m_share;
 };
-
-void TestFileSystemCheckedModel::initTestCase()
-{
-    // A mount namespace of this process alone, taken before any worker thread
-    // exists, so that the workers see the mounts of the tests too and nothing
-    // outside sees them.
-    m_privateMounts = ::unshare(CLONE_NEWNS) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-}
 
 void TestFileSystemCheckedModel::init()
 {
@@ -328,34 +314,6 @@ void TestFileSystemCheckedModel::shouldLeaveTreeEmptyWithoutMountTable()
     QCOMPARE(model.rowCount(), 0);
     QVERIFY(model.includePath(false).isEmpty());
     QVERIFY(model.excludePath(true).isEmpty());
-}
-
-void TestFileSystemCheckedModel::shouldMapRealMountedVolume()
-{
-    if (!m_privateMounts)
-        QSKIP("No permission for a private mount namespace here");
-    const QString target = m_dir->path() + QStringLiteral("/mounted");
-    QVERIFY(QDir().mkpath(target));
-    QVERIFY(::mount(QFile::encodeName(vol(QStringLiteral("folder"))).constData(), QFile::encodeName(target).constData(),
-                nullptr, MS_BIND, nullptr)
-        == 0);
-    auto unmount = qScopeGuard([&target] { ::umount(QFile::encodeName(target).constData()); });
-    FileSystemListing::setMountTable(QString());
-    {
-        FileSystemCheckedModel model;
-        const QModelIndex mounted = model.indexByPath(target);
-        QVERIFY(mounted.isValid());
-        QVERIFY(!mounted.parent().isValid());
-        QCOMPARE(mounted.siblingAtColumn(1).data().toString(), QStringLiteral("/NVB_VOLUMES") + target);
-        QVERIFY(expand(model, target));
-        QVERIFY(model.setData(model.indexByPath(target + QStringLiteral("/sub")), 2, Qt::CheckStateRole));
-        const QStringList saved = model.includePath(true);
-        QCOMPARE(saved, QStringList {QStringLiteral("/NVB_VOLUMES") + target + QStringLiteral("/sub")});
-        QCOMPARE(model.unReplacePath(saved), QStringList {target + QStringLiteral("/sub")});
-        model.waitForListings();
-    }
-    unmount.dismiss();
-    QVERIFY(::umount(QFile::encodeName(target).constData()) == 0);
 }
 
 NVB_TEST_MAIN(TestFileSystemCheckedModel)

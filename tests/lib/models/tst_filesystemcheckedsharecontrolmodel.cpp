@@ -1,3 +1,4 @@
+#include <QAbstractItemModelTester>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -108,6 +109,7 @@ void TestFileSystemCheckedShareControlModel::shouldTellPathsOnShares()
 void TestFileSystemCheckedShareControlModel::shouldRefuseShareBeyondLimit()
 {
     FileSystemCheckedShareControlModel model;
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(waitForAnswer(model, 1));
     QSignalSpy attention(&model, &FileSystemCheckedShareControlModel::shareControlAttention);
     // The share another plan uses already counts; a second one is one too many.

@@ -116,7 +116,6 @@ void TestPlanBackupModel::shouldShowOnlyItsJobKind()
     QAbstractItemModelTester tester(view.data(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     QSignalSpy inserted(view.data(), &QAbstractItemModel::rowsInserted);
     QVERIFY(view->init());
-    QCOMPARE(view->columnCount(), 16);
     QStringList names;
     for (int row = 0; row < view->rowCount(); ++row)
         names << view->index(row, ViewColumn::Name).data().toString();

@@ -36,7 +36,6 @@ private slots:
     void shouldReportErrors_data();
     void shouldReportErrors();
     void shouldGiveNullRecordForXmlThatIsNoPlan();
-    void shouldKeepLastCreatedPlan();
 
 private:
     void load(const QUuid& id, const QString& xml);
@@ -177,14 +176,6 @@ void TestPlanXmlList::shouldGiveNullRecordForXmlThatIsNoPlan()
     load(id, QStringLiteral("<Something><Else/></Something>"));
     QVERIFY(PlanXmlList::instance()->containts(id));
     QVERIFY(!PlanXmlList::instance()->plan(id));
-}
-
-void TestPlanXmlList::shouldKeepLastCreatedPlan()
-{
-    QVERIFY(PlanXmlList::instance()->lastCreatedPlan().isNull());
-    const QUuid id = QUuid::createUuid();
-    PlanXmlList::instance()->setLastCreatedPlan(id);
-    QCOMPARE(PlanXmlList::instance()->lastCreatedPlan(), id);
 }
 
 NVB_TEST_MAIN(TestPlanXmlList)

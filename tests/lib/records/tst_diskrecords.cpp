@@ -40,16 +40,15 @@ void TestDiskRecords::shouldGiveNullForBadXml_data()
 {
     QTest::addColumn<QString>("xml");
     QTest::addColumn<QString>("logged");
-    QTest::newRow("empty") << ""
-                           << "Empty XML document";
-    QTest::newRow("garbage") << "<<<"
-                             << "XML error";
-    QTest::newRow("other root") << "<Disks version=\"1\"/>"
-                                << "Unknown disk document element <Disks>";
-    QTest::newRow("no disks element") << "<DiskInfo version=\"1\"/>"
-                                      << "Missing element <Disks>";
-    QTest::newRow("disk without id") << "<DiskInfo version=\"1\"><Disks><Disk/></Disks></DiskInfo>"
-                                     << "Missing element <Id> in <DiskInfo/Disks/Disk>";
+    const auto row = [](const char* name, const char* xml, const char* logged) {
+        QTest::newRow(name) << QString::fromLatin1(xml) << QString::fromLatin1(logged);
+    };
+    row("empty", "", "Empty XML document");
+    row("garbage", "<<<", "XML error");
+    row("other root", "<Disks version=\"1\"/>", "Unknown disk document element <Disks>");
+    row("no disks element", "<DiskInfo version=\"1\"/>", "Missing element <Disks>");
+    row("disk without id", "<DiskInfo version=\"1\"><Disks><Disk/></Disks></DiskInfo>",
+        "Missing element <Id> in <DiskInfo/Disks/Disk>");
 }
 
 void TestDiskRecords::shouldGiveNullForBadXml()
@@ -146,18 +145,16 @@ void TestDiskRecords::shouldTranslatePaths_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("local");
     QTest::addColumn<QString>("sql");
-    QTest::newRow("volume") << "/NVB_VOLUMES/home/anna" << 0 << "/home/anna"
-                            << "NVB_ROOT/home/anna";
-    QTest::newRow("volume root") << "/NVB_VOLUMES" << 0 << "/"
-                                 << "NVB_ROOT";
-    QTest::newRow("plain") << "/etc/hosts" << 0 << "/etc/hosts"
-                           << "NVB_ROOT/etc/hosts";
-    QTest::newRow("share") << "/NVB_SHARES/nas/data/x" << 0 << "//nas/data/x"
-                           << "/NVB_SHARES/nas/data/x";
-    QTest::newRow("share type") << "nas/data" << 1 << "//nas/data"
-                                << "/NVB_SHARES/nas/data";
-    QTest::newRow("lookalike") << "/NVB_VOLUMESX/a" << 0 << "/NVB_VOLUMESX/a"
-                               << "NVB_ROOT/NVB_VOLUMESX/a";
+    const auto row = [](const char* name, const char* item, int type, const char* local, const char* sql) {
+        QTest::newRow(name) << QString::fromLatin1(item) << type << QString::fromLatin1(local)
+                            << QString::fromLatin1(sql);
+    };
+    row("volume", "/NVB_VOLUMES/home/anna", 0, "/home/anna", "NVB_ROOT/home/anna");
+    row("volume root", "/NVB_VOLUMES", 0, "/", "NVB_ROOT");
+    row("plain", "/etc/hosts", 0, "/etc/hosts", "NVB_ROOT/etc/hosts");
+    row("share", "/NVB_SHARES/nas/data/x", 0, "//nas/data/x", "/NVB_SHARES/nas/data/x");
+    row("share type", "nas/data", 1, "//nas/data", "/NVB_SHARES/nas/data");
+    row("lookalike", "/NVB_VOLUMESX/a", 0, "/NVB_VOLUMESX/a", "NVB_ROOT/NVB_VOLUMESX/a");
 }
 
 void TestDiskRecords::shouldTranslatePaths()

@@ -6,6 +6,7 @@
 #include "records/plan/backupdiskimage.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
+#include "records/plan/planresult.h"
 #include "records/plan/restorediskimage.h"
 #include "records/plan/restorefile.h"
 #include "sampledisks.h"
@@ -155,8 +156,8 @@ private slots:
     void shouldRoundTripRestoreFile();
     void shouldRoundTripRestoreDiskImage();
     void shouldKeepInvalidDatesInvalid();
-    void shouldDecodeHintFromBase64();
-    void shouldCopyScheduleThroughNonConstCopy();
+    void shouldPadWeekdaysToSeven();
+    void shouldKeepUnknownResultValue();
     void shouldIgnoreUnknownElementsOfNewerVersions();
     void shouldRefuseBrokenDocuments_data();
     void shouldRefuseBrokenDocuments();
@@ -288,34 +289,20 @@ void TestPlanRecords::shouldKeepInvalidDatesInvalid()
     QVERIFY(!read->schedule().monthRepeat().start.isValid());
 }
 
-void TestPlanRecords::shouldDecodeHintFromBase64()
+void TestPlanRecords::shouldPadWeekdaysToSeven()
 {
-    BackupFile plan;
-    plan.encryption().setHint(QStringLiteral("Geburtstag der Katze").toUtf8().toBase64());
-    const QSharedPointer<BackupFile> read = roundTrip(plan);
-    QVERIFY(read);
-    QCOMPARE(
-        QString::fromUtf8(QByteArray::fromBase64(read->encryption().hint())), QStringLiteral("Geburtstag der Katze"));
+    Schedule schedule;
+    schedule.setWeeklyFrequency(QBitArray(3, true));
+    QCOMPARE(schedule.weeklyFrequency().size(), 7);
+    QCOMPARE(schedule.weeklyFrequency().count(true), 3);
 }
 
-void TestPlanRecords::shouldCopyScheduleThroughNonConstCopy()
+void TestPlanRecords::shouldKeepUnknownResultValue()
 {
-    BackupFile plan;
-    Schedule copy(plan.schedule());
-    copy.setFrequencyType(Schedule::Weekly);
-    copy.setOccursEvery(5, QTime(1, 0), QTime(2, 0));
-    copy.setStopAfter(3600);
-    QCOMPARE(plan.schedule().frequencyType(), Schedule::Daily);
-    plan.schedule() = copy;
-    QCOMPARE(plan.schedule().frequencyType(), Schedule::Weekly);
-    QCOMPARE(plan.schedule().occursEvery().minutes, 5);
-    QCOMPARE(plan.schedule().stopAfter(), 3600ULL);
-    plan.forceFullSchedule() = plan.schedule();
-    QCOMPARE(plan.forceFullSchedule().occursEvery().from, QTime(1, 0));
-    QBitArray three(3, true);
-    copy.setWeeklyFrequency(three);
-    QCOMPARE(copy.weeklyFrequency().size(), 7);
-    QCOMPARE(copy.weeklyFrequency().count(true), 3);
+    const PlanResult result(4711);
+    QCOMPARE(result.value(), 4711);
+    QVERIFY(!result.isKnown());
+    QCOMPARE(result.displayName(), QStringLiteral("Unknown"));
 }
 
 void TestPlanRecords::shouldIgnoreUnknownElementsOfNewerVersions()
@@ -339,52 +326,26 @@ void TestPlanRecords::shouldRefuseBrokenDocuments_data()
     QTest::addColumn<QString>("element");
     QTest::addColumn<QString>("newText");
     QTest::addColumn<QString>("logged");
+    const auto row = [](const char* name, const char* element, const char* newText, const char* logged) {
+        QTest::newRow(name) << QString::fromLatin1(element) << QString::fromLatin1(newText)
+                            << QString::fromLatin1(logged);
+    };
     // An empty element name removes the root's version; "-" removes the element.
-    QTest::newRow("missing id") << "Id"
-                                << "-"
-                                << "Missing element <Id> in <BackupFilePlan>";
-    QTest::newRow("null id") << "Id"
-                             << ""
-                             << "must hold an id";
-    QTest::newRow("bad id") << "Id"
-                            << "{nonsense}"
-                            << "<BackupFilePlan/Id> is not an id";
-    QTest::newRow("bool") << "IsArchive"
-                          << "yes"
-                          << "<BackupFilePlan/IsArchive> is not a boolean";
-    QTest::newRow("filter type") << "FilterType"
-                                 << "3"
-                                 << "<BackupFilePlan/FilterType> holds no known value";
-    QTest::newRow("s3 class 2") << "StorageInfo/StorageClassAmazonS3"
-                                << "2"
-                                << "StorageClassAmazonS3> holds no known value";
-    QTest::newRow("encryption") << "Encryption/Type"
-                                << "6"
-                                << "<BackupFilePlan/Encryption/Type>";
-    QTest::newRow("hint") << "Encryption/Hint"
-                          << "not base64!"
-                          << "Hint> is not Base64";
-    QTest::newRow("weekdays") << "Schedule/WeeklyFrequency"
-                              << "101"
-                              << "must hold 7 bits";
-    QTest::newRow("day of month") << "Schedule/DayOfMonthFrequency"
-                                  << "32"
-                                  << "DayOfMonthFrequency>";
-    QTest::newRow("date") << "ReBackupModifiedSince"
-                          << "yesterday"
-                          << "is not a UTC date and time";
-    QTest::newRow("percent") << "ForceFullDiffSizeCondition"
-                             << "65536"
-                             << "ForceFullDiffSizeCondition>";
-    QTest::newRow("block size") << "DifferentialBlockSize"
-                                << "-1"
-                                << "DifferentialBlockSize>";
-    QTest::newRow("missing schedule") << "ForceFullSchedule"
-                                      << "-"
-                                      << "Missing element <ForceFullSchedule>";
-    QTest::newRow("no version") << ""
-                                << ""
-                                << "no valid version attribute";
+    row("missing id", "Id", "-", "Missing element <Id> in <BackupFilePlan>");
+    row("null id", "Id", "", "must hold an id");
+    row("bad id", "Id", "{nonsense}", "<BackupFilePlan/Id> is not an id");
+    row("bool", "IsArchive", "yes", "<BackupFilePlan/IsArchive> is not a boolean");
+    row("filter type", "FilterType", "3", "<BackupFilePlan/FilterType> holds no known value");
+    row("s3 class 2", "StorageInfo/StorageClassAmazonS3", "2", "StorageClassAmazonS3> holds no known value");
+    row("encryption", "Encryption/Type", "6", "<BackupFilePlan/Encryption/Type>");
+    row("hint", "Encryption/Hint", "not base64!", "Hint> is not Base64");
+    row("weekdays", "Schedule/WeeklyFrequency", "101", "must hold 7 bits");
+    row("day of month", "Schedule/DayOfMonthFrequency", "32", "DayOfMonthFrequency>");
+    row("date", "ReBackupModifiedSince", "yesterday", "is not a UTC date and time");
+    row("percent", "ForceFullDiffSizeCondition", "65536", "ForceFullDiffSizeCondition>");
+    row("block size", "DifferentialBlockSize", "-1", "DifferentialBlockSize>");
+    row("missing schedule", "ForceFullSchedule", "-", "Missing element <ForceFullSchedule>");
+    row("no version", "", "", "no valid version attribute");
 }
 
 void TestPlanRecords::shouldRefuseBrokenDocuments()
@@ -421,16 +382,14 @@ void TestPlanRecords::shouldRefuseOtherDocuments_data()
 {
     QTest::addColumn<QString>("xml");
     QTest::addColumn<QString>("logged");
-    QTest::newRow("empty") << ""
-                           << "Empty XML document";
-    QTest::newRow("malformed") << "<BackupFilePlan version=\"1\"><Id>"
-                               << "XML error at line 1";
-    QTest::newRow("unknown root") << "<SyncPlan version=\"1\"/>"
-                                  << "Unknown plan document element <SyncPlan>";
-    QTest::newRow("disk document") << "<DiskInfo version=\"1\"><Disks/></DiskInfo>"
-                                   << "<DiskInfo>";
-    QTest::newRow("version zero") << "<RestoreFilePlan version=\"0\"/>"
-                                  << "no valid version attribute";
+    const auto row = [](const char* name, const char* xml, const char* logged) {
+        QTest::newRow(name) << QString::fromLatin1(xml) << QString::fromLatin1(logged);
+    };
+    row("empty", "", "Empty XML document");
+    row("malformed", "<BackupFilePlan version=\"1\"><Id>", "XML error at line 1");
+    row("unknown root", "<SyncPlan version=\"1\"/>", "Unknown plan document element <SyncPlan>");
+    row("disk document", "<DiskInfo version=\"1\"><Disks/></DiskInfo>", "<DiskInfo>");
+    row("version zero", "<RestoreFilePlan version=\"0\"/>", "no valid version attribute");
 }
 
 void TestPlanRecords::shouldRefuseOtherDocuments()

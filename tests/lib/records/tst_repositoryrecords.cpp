@@ -1,3 +1,5 @@
+#include <functional>
+
 #include <QJsonDocument>
 #include <QTest>
 
@@ -12,6 +14,9 @@
 #include "testmain.h"
 
 using namespace NVB::Info::Repository;
+
+using RecordReader = std::function<bool(const QJsonObject&)>;
+Q_DECLARE_METATYPE(RecordReader)
 
 namespace {
 
@@ -145,89 +150,65 @@ void TestRepositoryRecords::shouldRoundTripConnection()
 
 void TestRepositoryRecords::shouldRefuseBrokenRecords_data()
 {
-    QTest::addColumn<QString>("record");
+    QTest::addColumn<QJsonObject>("object");
+    QTest::addColumn<RecordReader>("read");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QJsonValue>("value");
     QTest::addColumn<QString>("logged");
-    QTest::newRow("bunch without id") << "bunch"
-                                      << "id" << QJsonValue(QJsonValue::Undefined) << "Missing key \"id\"";
-    QTest::newRow("bunch bad plan") << "bunch"
-                                    << "backupPlan" << QJsonValue(QStringLiteral("<x/>")) << "backupPlan";
-    QTest::newRow("bunch plan number") << "bunch"
-                                       << "backupPlan" << QJsonValue(3) << "neither plan XML nor null";
-    QTest::newRow("generation status") << "generation"
-                                       << "status" << QJsonValue(3) << "\"status\" of generation";
-    QTest::newRow("generation hint") << "generation"
-                                     << "hint" << QJsonValue(QStringLiteral("%%")) << "Base64";
-    QTest::newRow("generation size") << "generation"
-                                     << "storageSize" << QJsonValue(12) << "decimal text";
-    QTest::newRow("point date") << "point"
-                                << "startDate" << QJsonValue(QStringLiteral("")) << "startDate";
-    QTest::newRow("point fraction") << "point"
-                                    << "sequenceNumber" << QJsonValue(1.5) << "sequenceNumber";
-    QTest::newRow("point deep sync") << "point"
-                                     << "deepSync" << QJsonValue(4) << "deepSync";
-    QTest::newRow("object path") << "object"
-                                 << "path" << QJsonValue(QStringLiteral("")) << "path";
-    QTest::newRow("connection type") << "connection"
-                                     << "type" << QJsonValue(99) << "\"type\" of connection";
-    QTest::newRow("connection sync") << "connection"
-                                     << "syncInProgress" << QJsonValue(1) << "syncInProgress";
+    Bunch b;
+    b.setId(QUuid::createUuid());
+    b.setConnectionId(QUuid::createUuid());
+    Generation g;
+    g.setId(QUuid::createUuid());
+    g.setBunchId(QUuid::createUuid());
+    g.setConnectionId(QUuid::createUuid());
+    RestorePoint p;
+    p.setConnectionId(QUuid::createUuid());
+    p.setBunchId(QUuid::createUuid());
+    p.setGenerationId(QUuid::createUuid());
+    p.setStartDate(QDateTime::currentDateTimeUtc());
+    ContentObject o;
+    o.setPath(QStringLiteral("/a"));
+    NVB::Info::Storage::Connection c;
+    c.setId(QUuid::createUuid());
+    c.setType(1);
+    const auto row = [](const char* name, const QJsonObject& object, const RecordReader& read, const char* key,
+                         const QJsonValue& value, const char* logged) {
+        QTest::newRow(name) << object << read << QString::fromLatin1(key) << value << QString::fromLatin1(logged);
+    };
+    const RecordReader bunch = [](const QJsonObject& json) { return bool(Bunch::fromJson(json)); };
+    const RecordReader generation = [](const QJsonObject& json) { return bool(Generation::fromJson(json)); };
+    const RecordReader point = [](const QJsonObject& json) { return bool(RestorePoint::fromJson(json)); };
+    const RecordReader object = [](const QJsonObject& json) { return bool(ContentObject::fromJson(json)); };
+    const RecordReader connection
+        = [](const QJsonObject& json) { return bool(NVB::Info::Storage::Connection::fromJson(json)); };
+    row("bunch without id", b.toJson(), bunch, "id", QJsonValue(QJsonValue::Undefined), "Missing key \"id\"");
+    row("bunch bad plan", b.toJson(), bunch, "backupPlan", QStringLiteral("<x/>"), "backupPlan");
+    row("bunch plan number", b.toJson(), bunch, "backupPlan", 3, "neither plan XML nor null");
+    row("generation status", g.toJson(), generation, "status", 3, "\"status\" of generation");
+    row("generation hint", g.toJson(), generation, "hint", QStringLiteral("%%"), "Base64");
+    row("generation size", g.toJson(), generation, "storageSize", 12, "decimal text");
+    row("point date", p.toJson(), point, "startDate", QStringLiteral(""), "startDate");
+    row("point fraction", p.toJson(), point, "sequenceNumber", 1.5, "sequenceNumber");
+    row("point deep sync", p.toJson(), point, "deepSync", 4, "deepSync");
+    row("object path", o.toJson(), object, "path", QStringLiteral(""), "path");
+    row("connection type", c.toJson(), connection, "type", 99, "\"type\" of connection");
+    row("connection sync", c.toJson(), connection, "syncInProgress", 1, "syncInProgress");
 }
 
 void TestRepositoryRecords::shouldRefuseBrokenRecords()
 {
-    QFETCH(QString, record);
+    QFETCH(QJsonObject, object);
+    QFETCH(RecordReader, read);
     QFETCH(QString, key);
     QFETCH(QJsonValue, value);
     QFETCH(QString, logged);
-    QJsonObject object;
-    if (record == QLatin1String("bunch")) {
-        Bunch b;
-        b.setId(QUuid::createUuid());
-        b.setConnectionId(QUuid::createUuid());
-        object = b.toJson();
-    } else if (record == QLatin1String("generation")) {
-        Generation g;
-        g.setId(QUuid::createUuid());
-        g.setBunchId(QUuid::createUuid());
-        g.setConnectionId(QUuid::createUuid());
-        object = g.toJson();
-    } else if (record == QLatin1String("point")) {
-        RestorePoint p;
-        p.setConnectionId(QUuid::createUuid());
-        p.setBunchId(QUuid::createUuid());
-        p.setGenerationId(QUuid::createUuid());
-        p.setStartDate(QDateTime::currentDateTimeUtc());
-        object = p.toJson();
-    } else if (record == QLatin1String("object")) {
-        ContentObject o;
-        o.setPath(QStringLiteral("/a"));
-        object = o.toJson();
-    } else {
-        NVB::Info::Storage::Connection c;
-        c.setId(QUuid::createUuid());
-        c.setType(1);
-        object = c.toJson();
-    }
     if (value.isUndefined())
         object.remove(key);
     else
         object.insert(key, value);
-
     const LogCapture log;
-    bool read = true;
-    if (record == QLatin1String("bunch"))
-        read = Bunch::fromJson(object);
-    else if (record == QLatin1String("generation"))
-        read = Generation::fromJson(object);
-    else if (record == QLatin1String("point"))
-        read = RestorePoint::fromJson(object);
-    else if (record == QLatin1String("object"))
-        read = ContentObject::fromJson(object);
-    else
-        read = NVB::Info::Storage::Connection::fromJson(object);
-    QVERIFY(!read);
+    QVERIFY(!read(object));
     QVERIFY2(log.text().contains(logged), qPrintable(log.text()));
 }
 

@@ -46,7 +46,6 @@ void TestStorageNameDelegate::shouldNameAccountsOfTheSharedModel_data()
     // The id column is matched exactly: no braces, no match.
     QTest::newRow("id without braces") << QVariant(m_office.toString(QUuid::WithoutBraces))
                                        << QStringLiteral("Unknown");
-    QTest::newRow("empty") << QVariant(QString()) << QStringLiteral("Unknown");
     QTest::newRow("null") << QVariant() << QStringLiteral("Unknown");
 }
 

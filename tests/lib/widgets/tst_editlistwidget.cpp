@@ -23,12 +23,10 @@ class TestEditListWidget : public QObject
 
 private slots:
     void shouldOfferRemoveOnlyForCurrentRow();
-    void shouldAskOwnerToRemoveCurrentRow();
-    void shouldAskOwnerToAdd();
+    void shouldAskOwnerToAddAndRemove();
     void shouldReportCurrentAndEditedRow();
     void shouldShowNoButtonsWhenReadOnly();
     void shouldPlaceExtraButtonsAfterRemove();
-    void shouldForgetCurrentRowOnReset();
 };
 
 void TestEditListWidget::shouldOfferRemoveOnlyForCurrentRow()
@@ -42,29 +40,31 @@ void TestEditListWidget::shouldOfferRemoveOnlyForCurrentRow()
     QVERIFY(list.removeButton()->isEnabled());
     list.setCurrentIndex(QModelIndex());
     QVERIFY(!list.removeButton()->isEnabled());
+    // A reset of the model takes the current row with it.
+    list.setCurrentIndex(model.index(0, 0));
+    QSignalSpy current(&list, &EditListWidget::currentItem);
+    model.clear();
+    QVERIFY(!list.removeButton()->isEnabled());
+    QVERIFY(!current.isEmpty());
+    QVERIFY(!current.last().at(0).toModelIndex().isValid());
 }
 
-void TestEditListWidget::shouldAskOwnerToRemoveCurrentRow()
+void TestEditListWidget::shouldAskOwnerToAddAndRemove()
 {
     QStandardItemModel model;
     fill(model);
     EditListWidget list(false);
     list.setModel(&model);
+    QSignalSpy add(&list, &EditListWidget::addItem);
     QSignalSpy remove(&list, &EditListWidget::removeItem);
+    list.addButton()->click();
+    QCOMPARE(add.count(), 1);
     list.setCurrentIndex(model.index(2, 0));
     list.removeButton()->click();
     QCOMPARE(remove.count(), 1);
     QCOMPARE(remove.at(0).at(0).toModelIndex().data().toString(), QStringLiteral("Gamma"));
     // The list itself never removes.
     QCOMPARE(model.rowCount(), 3);
-}
-
-void TestEditListWidget::shouldAskOwnerToAdd()
-{
-    EditListWidget list(false);
-    QSignalSpy add(&list, &EditListWidget::addItem);
-    list.addButton()->click();
-    QCOMPARE(add.count(), 1);
 }
 
 void TestEditListWidget::shouldReportCurrentAndEditedRow()
@@ -113,20 +113,6 @@ void TestEditListWidget::shouldPlaceExtraButtonsAfterRemove()
     QVERIFY(QTest::qWaitForWindowExposed(&list));
     QVERIFY(edit->x() > list.removeButton()->x());
     QVERIFY(list.removeButton()->x() > list.addButton()->x());
-}
-
-void TestEditListWidget::shouldForgetCurrentRowOnReset()
-{
-    QStandardItemModel model;
-    fill(model);
-    EditListWidget list(false);
-    list.setModel(&model);
-    list.setCurrentIndex(model.index(0, 0));
-    QSignalSpy current(&list, &EditListWidget::currentItem);
-    model.clear();
-    QVERIFY(!list.removeButton()->isEnabled());
-    QVERIFY(!current.isEmpty());
-    QVERIFY(!current.last().at(0).toModelIndex().isValid());
 }
 
 NVB_TEST_MAIN(TestEditListWidget)

@@ -1,4 +1,3 @@
-#include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -12,21 +11,9 @@ class TestRadioButton : public QObject
     Q_OBJECT
 
 private slots:
-    void shouldStayExclusiveAmongSiblings();
     void shouldCheckWhenNoteIsClicked();
     void shouldWrapToGivenWidth();
 };
-
-void TestRadioButton::shouldStayExclusiveAmongSiblings()
-{
-    QWidget page;
-    auto* first = new RadioButton(QStringLiteral("<b>All drives</b>"), &page);
-    auto* second = new RadioButton(QStringLiteral("<b>System only</b>"), &page);
-    first->setChecked(true);
-    second->setChecked(true);
-    QVERIFY(!first->isChecked());
-    QVERIFY(second->isChecked());
-}
 
 void TestRadioButton::shouldCheckWhenNoteIsClicked()
 {

@@ -16,52 +16,17 @@
 #include "wizardfixture.h"
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/pagebackuptype.h"
+#include "wizards/backup/pagefullschedule.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pagesource.h"
 #include "wizards/backup/pagesummary.h"
+#include "wizards/common/pageschedule.h"
 
 using NVB::GUI::BackupPlanEditWizard;
 using NVB::GUI::PlanWizardBase;
 using namespace NVB::Info::Plan;
 
 namespace {
-
-// Stands in the slot of a page that comes later (the full schedule page):
-// it writes one value nobody else writes and says so in the summary.
-class FullSchedulePage : public PlanWizardBase::PageBase
-{
-public:
-    FullSchedulePage()
-        : PageBase(QStringLiteral("Full schedule"))
-    { }
-    int nextId() const override { return BackupPlanEditWizard::PageRetentionPolicyId; }
-    QString summary() override { return valueRow(QStringLiteral("Force full:"), QStringLiteral("on")); }
-    bool initPlan(Base* plan) override
-    {
-        auto* backup = dynamic_cast<Backup*>(plan);
-        if (backup)
-            backup->setForceFullDiffSizeConditionEnable(true);
-        return backup != nullptr;
-    }
-    bool fromPlan(Base* plan) override { return plan != nullptr; }
-};
-
-// The slot of the schedule page, with the field its rule reads.
-class SchedulePage : public PlanWizardBase::PageBase
-{
-public:
-    SchedulePage()
-        : PageBase(QStringLiteral("Schedule"))
-        , box(new QCheckBox(QStringLiteral("Enable schedule"), this))
-    {
-        registerField(QStringLiteral("Field_ScheduleDisabled"), box);
-    }
-    int nextId() const override { return qobject_cast<BackupPlanEditWizard*>(wizard())->scheduleNextId(); }
-    QString summary() override { return QString(); }
-    bool initPlan(Base* plan) override { return plan != nullptr; }
-    bool fromPlan(Base* plan) override { return plan != nullptr; }
-    QCheckBox* box;
-};
 
 // The slot of the storage page of an edition with a single account: it has
 // chosen by itself and is never visited.
@@ -134,7 +99,7 @@ private slots:
     void cleanup();
     void shouldRegisterBuiltPagesAndStartOnName();
     void shouldTitleByEditState();
-    void shouldWalkFromSourceStraightToSummary();
+    void shouldWalkFromSourceThroughScheduleToSummary();
     void shouldFollowLicenceAfterRetention();
     void shouldGiveStoragePageTheFormatAsSecondFlag_data();
     void shouldGiveStoragePageTheFormatAsSecondFlag();
@@ -162,6 +127,8 @@ private slots:
 
 private:
     void walkToSummary(BackupPlanEditWizard& wizard, const QString& name);
+    // Next on every page after the source until the summary.
+    static void nextToSummary(BackupPlanEditWizard& wizard);
 
     QScopedPointer<WizardVolume> m_volume;
 };
@@ -188,14 +155,20 @@ void TestBackupPlanEditWizard::walkToSummary(BackupPlanEditWizard& wizard, const
     auto* model = sourcePage(wizard)->model();
     QVERIFY(WizardVolume::expand(model, m_volume->vol()));
     QVERIFY(WizardVolume::mark(model, m_volume->vol(QStringLiteral("docs")), 2));
+    nextToSummary(wizard);
+}
+
+void TestBackupPlanEditWizard::nextToSummary(BackupPlanEditWizard& wizard)
+{
     wizard.next();
-    passOptionPages(wizard);
+    for (int steps = 0; steps < 16 && wizard.currentId() != BackupPlanEditWizard::PageSummaryId; ++steps)
+        wizard.next();
 }
 
 void TestBackupPlanEditWizard::shouldRegisterBuiltPagesAndStartOnName()
 {
     BackupPlanEditWizard wizard(true);
-    QCOMPARE(wizard.pageIds(), (QList<int> {0, 1, 4, 5, 9, 102, 103}));
+    QCOMPARE(wizard.pageIds(), (QList<int> {0, 1, 4, 5, 6, 7, 8, 9, 102, 103, 104, 108}));
     QCOMPARE(wizard.planType(), 1);
     QCOMPARE(wizard.backupPlanType(), BackupPlanEditWizard::PlanTypeFile);
     QCOMPARE(wizard.property(BackupPlanEditWizard::Property_BackupPlanType).value<unsigned char>(), 0);
@@ -221,12 +194,12 @@ void TestBackupPlanEditWizard::shouldTitleByEditState()
     QVERIFY(!BackupPlanEditWizard::createWizard(nullptr));
 }
 
-void TestBackupPlanEditWizard::shouldWalkFromSourceStraightToSummary()
+void TestBackupPlanEditWizard::shouldWalkFromSourceThroughScheduleToSummary()
 {
     BackupPlanEditWizard wizard(false);
     walkToSummary(wizard, QStringLiteral("Docs"));
     QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSummaryId));
-    QCOMPARE(wizard.visitedIds(), (QList<int> {0, 1, 4, 102, 5, 103, 9}));
+    QCOMPARE(wizard.visitedIds(), (QList<int> {0, 1, 4, 102, 5, 7, 103, 108, 8, 9}));
     QVERIFY(wizard.button(QWizard::FinishButton)->isVisible());
     const QString html = summaryPage(wizard)->summaryHtml();
     QVERIFY(html.startsWith(QStringLiteral("<table><tr><td>Backup storage:</td><td>Local disk</td></tr>")));
@@ -313,18 +286,17 @@ void TestBackupPlanEditWizard::shouldKeepInputWhenGoingBack()
     QVERIFY(WizardVolume::expand(model, m_volume->vol(QStringLiteral("docs"))));
     QVERIFY(WizardVolume::mark(model, m_volume->vol(QStringLiteral("docs")), 2));
     QVERIFY(WizardVolume::mark(model, m_volume->vol(QStringLiteral("docs/b.txt")), 0));
-    wizard.next();
-    passOptionPages(wizard);
+    nextToSummary(wizard);
     QCOMPARE(wizard.currentId(), 9);
-    backTo(wizard, 1);
+    while (wizard.currentId() != 1 && wizard.visitedIds().size() > 1)
+        wizard.back();
     QCOMPARE(wizard.currentId(), 1);
     QCOMPARE(namePage(wizard)->nameEdit()->text(), QStringLiteral("Docs"));
     QVERIFY(namePage(wizard)->blockLevelBox()->isChecked());
     wizard.next();
     QCOMPARE(model->includePath(false), QStringList {m_volume->vol(QStringLiteral("docs"))});
     QCOMPARE(model->excludePath(false), QStringList {m_volume->vol(QStringLiteral("docs/b.txt"))});
-    wizard.next();
-    passOptionPages(wizard);
+    nextToSummary(wizard);
     const QString html = summaryPage(wizard)->summaryHtml();
     QVERIFY(html.contains(QStringLiteral("<tr><td></td><td>Use block level backup</td></tr>")));
     QVERIFY(html.contains(QStringLiteral("<tr><td></td><td>Exclude:</td></tr><tr><td></td><td>%1</td></tr>")
@@ -343,19 +315,17 @@ void TestBackupPlanEditWizard::shouldLeaveSkippedPageOutOfSummaryAndRecord()
     QFETCH(bool, blockLevel);
     BackupPlanEditWizard wizard(false);
     // In the legacy format the full schedule follows block level backup.
-    wizard.setPage(BackupPlanEditWizard::PageFullScheduleId, new FullSchedulePage());
+    auto* full = qobject_cast<BackupPlanEditWizard::PageFullSchedule*>(
+        wizard.page(BackupPlanEditWizard::PageFullScheduleId));
+    QVERIFY(full);
+    full->enableBox()->setChecked(true);
     wizard.show();
     WizardStorage::pass(wizard);
     namePage(wizard)->blockLevelBox()->setChecked(blockLevel);
     walkToSummary(wizard, QStringLiteral("Docs"));
     QCOMPARE(wizard.visitedIds().contains(BackupPlanEditWizard::PageFullScheduleId), blockLevel);
-    if (blockLevel) {
-        QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageFullScheduleId));
-        wizard.next();
-        passOptionPages(wizard);
-    }
     QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageSummaryId));
-    QCOMPARE(summaryPage(wizard)->summaryHtml().contains(QStringLiteral("Force full:")), blockLevel);
+    QCOMPARE(summaryPage(wizard)->summaryHtml().contains(QStringLiteral("Full Schedule:")), blockLevel);
 
     Saved saved;
     summaryPage(wizard)->setSaver(saved.saver());
@@ -363,7 +333,7 @@ void TestBackupPlanEditWizard::shouldLeaveSkippedPageOutOfSummaryAndRecord()
     QCOMPARE(saved.calls, 1);
     const QSharedPointer<BackupFile> plan = saved.plan();
     QVERIFY(plan);
-    QCOMPARE(plan->forceFullDiffSizeConditionEnable(), blockLevel);
+    QCOMPARE(plan->forceFullSchedule().isEnable(), blockLevel);
     QCOMPARE(plan->useDifferentialUpload(), blockLevel);
 }
 
@@ -378,19 +348,28 @@ void TestBackupPlanEditWizard::shouldFollowEnabledScheduleInNewFormat()
 {
     QFETCH(bool, scheduleEnabled);
     BackupPlanEditWizard wizard(true);
-    auto* schedule = new SchedulePage();
-    wizard.setPage(BackupPlanEditWizard::PageScheduleId, schedule);
-    wizard.setPage(BackupPlanEditWizard::PageFullScheduleId, new FullSchedulePage());
-    schedule->box->setChecked(scheduleEnabled);
+    auto* schedule
+        = qobject_cast<PlanWizardBase::PageSchedule*>(wizard.page(BackupPlanEditWizard::PageScheduleId));
+    QVERIFY(schedule);
+    schedule->enableBox()->setChecked(scheduleEnabled);
     // Block level in the field must not matter in this format.
     namePage(wizard)->setField(QStringLiteral("Field_UseFileDiffirentialBackup"), false);
-    walkToSummary(wizard, QStringLiteral("Docs"));
-    // Past the filter and compression pages.
+    wizard.show();
+    WizardStorage::pass(wizard);
+    namePage(wizard)->nameEdit()->setText(QStringLiteral("Docs"));
+    wizard.next();
+    QVERIFY(WizardVolume::expand(sourcePage(wizard)->model(), m_volume->vol()));
+    QVERIFY(WizardVolume::mark(sourcePage(wizard)->model(), m_volume->vol(QStringLiteral("docs")), 2));
+    wizard.next();
+    passOptionPages(wizard);
+    QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageConsistencyCheckId));
+    wizard.next();
     QCOMPARE(wizard.currentId(), int(BackupPlanEditWizard::PageScheduleId));
     wizard.next();
     passOptionPages(wizard);
     QCOMPARE(wizard.currentId(),
-        scheduleEnabled ? int(BackupPlanEditWizard::PageFullScheduleId) : int(BackupPlanEditWizard::PageSummaryId));
+        scheduleEnabled ? int(BackupPlanEditWizard::PageFullScheduleId)
+                        : wizard.designNextId(BackupPlanEditWizard::PageRetentionPolicyId));
 }
 
 void TestBackupPlanEditWizard::shouldKeepBlockLevelOnInNewFormat()
@@ -408,8 +387,7 @@ void TestBackupPlanEditWizard::shouldKeepBlockLevelOnInNewFormat()
     wizard->next();
     QCOMPARE(wizard->currentId(), 4);
     QVERIFY(QTest::qWaitFor([&] { return sourcePage(*wizard)->isComplete(); }));
-    wizard->next();
-    passOptionPages(*wizard);
+    nextToSummary(*wizard);
     Saved saved;
     summaryPage(*wizard)->setSaver(saved.saver());
     wizard->button(QWizard::FinishButton)->click();
@@ -518,7 +496,7 @@ void TestBackupPlanEditWizard::shouldSaveEditedPlanUnderItsId()
     stored.setIsArchive(false);
     stored.setName(QStringLiteral("Old"));
     stored.setItems({m_volume->vol(QStringLiteral("docs"))});
-    // Not a field of any page yet: an edit must not carry it over.
+    // Written only by the full schedule page, which this flow passes by.
     stored.setForceFullDiffSizeConditionEnable(true);
     QScopedPointer<BackupPlanEditWizard> wizard(BackupPlanEditWizard::createWizard(&stored));
     wizard->show();
@@ -526,8 +504,7 @@ void TestBackupPlanEditWizard::shouldSaveEditedPlanUnderItsId()
     namePage(*wizard)->nameEdit()->setText(QStringLiteral("New"));
     wizard->next();
     QVERIFY(QTest::qWaitFor([&] { return wizard->button(QWizard::NextButton)->isEnabled(); }));
-    wizard->next();
-    passOptionPages(*wizard);
+    nextToSummary(*wizard);
     Saved saved;
     summaryPage(*wizard)->setSaver(saved.saver());
     wizard->button(QWizard::FinishButton)->click();

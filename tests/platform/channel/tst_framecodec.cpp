@@ -24,7 +24,6 @@ void TestFrameCodec::shouldFrameWithBigEndianLength()
 {
     const QByteArray frame = FrameCodec::encode(QJsonObject {{QStringLiteral("a"), 1}});
     QCOMPARE(frame.mid(4), QByteArray("{\"a\":1}"));
-    QCOMPARE(qFromBigEndian<quint32>(frame.constData()), quint32(7));
     QCOMPARE(frame.left(4), QByteArray("\0\0\0\x07", 4));
 }
 
@@ -67,7 +66,6 @@ void TestFrameCodec::shouldDropUnreadableFrameAndKeepReading_data()
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("not JSON") << QByteArray("{not json");
     QTest::newRow("array") << QByteArray("[1,2]");
-    QTest::newRow("number") << QByteArray("17");
     QTest::newRow("string") << QByteArray("\"text\"");
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("binary") << QByteArray("\x00\xff\xfe", 3);

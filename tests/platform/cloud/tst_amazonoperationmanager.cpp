@@ -76,9 +76,9 @@ void TestAmazonOperationManager::shouldMakeEachLifecycleOperation()
         QCOMPARE(qobject_cast<Operation::Amazon::SaveLifecyclePolicy*>(operation.data())->xml(), xml);
 
     runToEnd(operation);
-    // Until the S3 client lands, the answer says so by the provider's name.
-    QCOMPARE(operation->errorCode(), int(OperationError::NotSupported));
-    QCOMPARE(operation->errorMessage(), QStringLiteral("Amazon S3 & Glacier accounts are not supported yet"));
+    // The S3 client refuses an account without keys before any request.
+    QCOMPARE(operation->errorCode(), int(OperationError::InvalidConfig));
+    QCOMPARE(operation->errorMessage(), QStringLiteral("Access key or secret key is empty"));
     operation->remove();
 }
 

@@ -318,11 +318,11 @@ void TestFileSystemOperations::shouldRefuseBadContainerNames()
 
 void TestFileSystemOperations::shouldNameProviderThatIsNotSupportedYet()
 {
-    const CloudConfig azure {{Config::Type, Name::AzureBlob}, {Config::AzureBlob::Username, "acct"}};
-    const auto operation = runToEnd(OperationManager::instance().listContainers(azure));
+    const CloudConfig google {{Config::Type, Name::GoogleStorage}, {Config::GoogleStorage::AuthType, 1}};
+    const auto operation = runToEnd(OperationManager::instance().listContainers(google));
     QVERIFY(operation);
     QCOMPARE(operation->errorCode(), int(OperationError::NotSupported));
-    QCOMPARE(operation->errorMessage(), QStringLiteral("Azure accounts are not supported yet"));
+    QCOMPARE(operation->errorMessage(), QStringLiteral("Google Cloud accounts are not supported yet"));
 }
 
 void TestFileSystemOperations::shouldMakeNoOperationForUnknownType()

@@ -10,7 +10,10 @@ class AmazonS3Compatible : public Storages::Info
     Q_OBJECT
 
 public:
+    class Add;
+    class AddContainer;
     class AdvancedStorage;
+    class Validator;
 
     AmazonS3Compatible(NVL::Cloud::Type type, bool showEndpoint, QWidget* parent = nullptr);
 };

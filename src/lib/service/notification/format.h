@@ -151,6 +151,9 @@ inline constexpr char Size[] = "size";
 inline constexpr char Speed[] = "speed";
 inline constexpr char Status[] = "status";
 inline constexpr char StatusValue[] = "status_value";
+// Beyond the first widgets: caption and text of the estimated time left.
+inline constexpr char TimeLeft[] = "time_left";
+inline constexpr char TimeLeftValue[] = "time_left_value";
 inline constexpr QUuid Type = uuidLiteral("{59617d9c-b90c-467a-bb51-b846c87f2401}");
 namespace DiskImage {
 inline constexpr char Disks[] = "disks";
@@ -188,6 +191,8 @@ inline constexpr char ScannedFileCount[] = "ScannedFileCount";
 inline constexpr char ScannedFileSize[] = "ScannedFileSize";
 inline constexpr char Speed[] = "Speed";
 inline constexpr char TotalFileCount[] = "TotalFileCount";
+// Seconds, with a fraction; -1 while it cannot be told.
+inline constexpr char TimeLeft[] = "TimeLeft";
 inline constexpr QUuid Type = uuidLiteral("{08e30daa-82eb-4da9-aff9-aa3d88199386}");
 inline constexpr char UploadedFileCount[] = "UploadedFileCount";
 inline constexpr char UploadedFileSize[] = "UploadedFileSize";

@@ -7,11 +7,16 @@
 #include "stores/rebrandingkeys.h"
 #include "wizards/backup/pageadvancedfilter.h"
 #include "wizards/backup/pagecompressionendencryption.h"
+#include "wizards/backup/pagebackupactions.h"
+#include "wizards/backup/pagefullschedule.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pageretentionpolicy.h"
 #include "wizards/backup/pagesource.h"
 #include "wizards/backup/pagesummary.h"
 #include "wizards/common/pagecloud.h"
+#include "wizards/common/pageconsistencycheck.h"
+#include "wizards/common/pagenotificationstandalone.h"
+#include "wizards/common/pageschedule.h"
 
 namespace NVB::GUI {
 
@@ -78,6 +83,16 @@ QWizardPage* BackupPlanEditWizard::createPage(int id)
         return new PageRetentionPolicy(m_isArchive, this);
     case PageCompressionEndEncryptionId:
         return new PageCompressionEndEncryption(m_isArchive, this);
+    case PageScheduleId:
+        return new PageSchedule(m_isArchive, this);
+    case PageFullScheduleId:
+        return new PageFullSchedule(m_isArchive, this);
+    case PageBackupActionsId:
+        return new PageBackupActions(this);
+    case PageNotificationStandaloneId:
+        return new PageNotificationStandalone(this);
+    case PageConsistencyCheckId:
+        return new PageConsistencyCheck(this);
     default:
         return nullptr;
     }

@@ -25,6 +25,8 @@ public:
     class PageAdvancedFilter;
     class PageRetentionPolicy;
     class PageCompressionEndEncryption;
+    class PageFullSchedule;
+    class PageBackupActions;
 
     // Content kinds, kept in the dynamic property Property_BackupPlanType.
     static constexpr unsigned char PlanTypeFile = 0;

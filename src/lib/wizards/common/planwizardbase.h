@@ -22,6 +22,10 @@ public:
     class PageName;
     class PageSource;
     class PageSummary;
+    class PageSchedule;
+    class PageNotification;
+    class PageNotificationStandalone;
+    class PageConsistencyCheck;
 
     static constexpr int PlanTypeBackup = 1;
     static constexpr int PlanTypeRestore = 2;

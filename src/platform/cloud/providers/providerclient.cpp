@@ -3,10 +3,14 @@
 #include <QMutex>
 #include <QMutexLocker>
 
+#include "azureblobclient.h"
+#include "b2client.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "filesystemclient.h"
+#include "s3client.h"
 #include "sftpclient.h"
+#include "swiftclient.h"
 #include "unsupportedclient.h"
 
 namespace NVL::Cloud {
@@ -49,7 +53,21 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
         return std::make_unique<FileSystemClient>();
     case Type::Sftp:
         return std::make_unique<SftpClient>();
+    case Type::AzureBlob:
+        return std::make_unique<AzureBlobClient>();
+    case Type::BackBlaze:
+        return std::make_unique<B2Client>();
+    case Type::GoogleStorage:
+        // HMAC keys speak Google's S3-compatible XML API; the OAuth modes
+        // have no client yet.
+        if (config.value(Config::GoogleStorage::AuthType, 0).toInt() == 0)
+            return std::make_unique<S3Client>();
+        return std::make_unique<UnsupportedClient>(displayNameSource(type), true);
     default: {
+        if (S3Compatible.contains(type) || AmazonS3.contains(type))
+            return std::make_unique<S3Client>();
+        if (OpenStack.contains(type))
+            return std::make_unique<SwiftClient>();
         const QString display = displayNameSource(type);
         return std::make_unique<UnsupportedClient>(display.isEmpty() ? name : display, true);
     }

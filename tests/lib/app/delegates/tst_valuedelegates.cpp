@@ -5,8 +5,6 @@
 #include <QTreeView>
 #include <QtTest>
 
-#include "app/delegates/archivebackupstatusdelegate.h"
-#include "app/delegates/consistencycheckresultdelegate.h"
 #include "app/delegates/counterdelegate.h"
 #include "app/delegates/datetimedelegate.h"
 #include "app/delegates/doubedelegate.h"
@@ -14,12 +12,8 @@
 #include "app/delegates/duratondelegate.h"
 #include "app/delegates/incompletestatedelegate.h"
 #include "app/delegates/planitemsdelegate.h"
-#include "app/delegates/planquickplanstatus.h"
 #include "app/delegates/planresultdelegate.h"
-#include "app/delegates/plantypedelegate.h"
-#include "app/delegates/restoreverificationresultdelegate.h"
 #include "app/delegates/sizedelegate.h"
-#include "app/delegates/storagenamedelegate.h"
 #include "app/delegates/truefalsedelegate.h"
 #include "app/delegates/xmlstringdelegate.h"
 #include "records/plan/planresult.h"
@@ -132,11 +126,6 @@ private slots:
             QStringLiteral("<table><tr><td>home/ann</tb</tr><tr><td>server/docs</tb</tr>"
                            "<tr><td>/srv/a&lt;b</tb</tr></table>"));
         QCOMPARE(PlanItemsDelegate::toText(QStringList()), QStringLiteral("<table></table>"));
-    }
-
-    void shouldGiveUnknownForUnresolvedStorage()
-    {
-        QCOMPARE(StorageNameDelegate::toText(QStringLiteral("b0b0-no-such-id"), QLocale()), QStringLiteral("Unknown"));
     }
 
     void shouldPutDelegateTextIntoStyleOption()

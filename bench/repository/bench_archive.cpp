@@ -1,0 +1,285 @@
+// The new format's runs against restic on the same trees, each tool with
+// compression on: (a) 10,000 files of 2 KiB, first run; (b) a mixed tree of
+// about 1 GiB (random, duplicated, compressible and small files), first and
+// unchanged runs; (c) a 512 MiB file with 100 scattered 4 KiB overwrites, the
+// second run; (d) a restore of the whole tree of (b). Prints time, bytes on
+// the storage and object count of each, and peak resident memory.
+//
+// Usage: bench_archive [work folder] [size of (b) in MiB]; needs `restic`.
+
+#include <cstdio>
+
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+#include <vector>
+
+#include <QCoreApplication>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include "archive/archivebackupjob.h"
+#include "archive/archiverestorejob.h"
+#include "records/plan/planresult.h"
+
+using namespace NVB::Engine;
+
+namespace {
+
+struct Usage
+{
+    qint64 bytes = 0;
+    int objects = 0;
+};
+
+Usage usage(const QString& folder)
+{
+    Usage result;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        result.bytes += it.fileInfo().size();
+        ++result.objects;
+    }
+    return result;
+}
+
+void write(const QString& path, const QByteArray& data)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+QByteArray randomBytes(QRandomGenerator& random, qint64 size)
+{
+    QByteArray data(int(size), Qt::Uninitialized);
+    random.fillRange(reinterpret_cast<quint32*>(data.data()), int(size / 4));
+    return data;
+}
+
+QByteArray text(QRandomGenerator& random, qint64 size)
+{
+    static const char* const words[] = {"GET", "/index.html", "200", "POST", "/api/v1/items", "404", "Mozilla/5.0",
+        "127.0.0.1", "-", "user", "session", "expired", "ok", "\n"};
+    QByteArray data;
+    data.reserve(int(size));
+    while (data.size() < size) {
+        data.append(words[random.bounded(14)]);
+        data.append(' ');
+        data.append(QByteArray::number(random.bounded(100000)));
+        data.append(' ');
+    }
+    data.truncate(int(size));
+    return data;
+}
+
+// Runs `work` in a child process so that its peak memory is its own:
+// answers the child's maximum resident size in KiB.
+long inChild(const std::function<bool()>& work)
+{
+    std::fflush(stdout);
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(work() ? 0 : 1);
+    int status = 0;
+    struct rusage used
+    {
+    };
+    if (child < 0 || ::wait4(child, &status, 0, &used) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        qFatal("a measured run failed");
+    return used.ru_maxrss;
+}
+
+long g_oursPeak = 0;
+long g_resticPeak = 0;
+
+class Bench
+{
+public:
+    explicit Bench(const QString& work)
+        : m_work(work)
+    {
+        qputenv("RESTIC_PASSWORD", "bench");
+        qputenv("RESTIC_CACHE_DIR", (work + QStringLiteral("/restic-cache")).toUtf8());
+    }
+
+    // Our run: time in ms, and whether it ended well.
+    qint64 ours(const QString& source, const QString& storage, int sequence)
+    {
+        QDir().mkpath(storage);
+        ArchiveBackupJob::Parameters parameters;
+        parameters.storageRoot = storage;
+        parameters.repositoryRoot = QStringLiteral("archive");
+        parameters.generation = m_generation;
+        parameters.sequence = sequence;
+        parameters.newGeneration = sequence == 1;
+        parameters.previousSequence = sequence - 1;
+        parameters.compress = true;
+        parameters.startUtc = QDateTime::currentDateTimeUtc();
+        FileSelection selection({source}, {}, FileSelection::FilterType::All, {}, {}, false);
+        QElapsedTimer timer;
+        timer.start();
+        g_oursPeak = qMax(g_oursPeak, inChild([&] {
+            std::atomic_bool stop {false};
+            const auto result = ArchiveBackupJob(parameters, selection).run(stop, {});
+            if (result.planResult != NVB::Info::Plan::PlanResult::Success)
+                std::fprintf(stderr, "our run failed: %s\n", qPrintable(result.message));
+            return result.planResult == NVB::Info::Plan::PlanResult::Success;
+        }));
+        return timer.elapsed();
+    }
+
+    qint64 oursRestore(const QString& storage, int sequence, const QString& target)
+    {
+        QDir().mkpath(target);
+        ArchiveRestoreJob::Parameters parameters;
+        parameters.storageRoot = storage;
+        parameters.repositoryRoot = QStringLiteral("archive");
+        parameters.generation = m_generation;
+        parameters.sequence = sequence;
+        parameters.destination = target;
+        QElapsedTimer timer;
+        timer.start();
+        g_oursPeak = qMax(g_oursPeak, inChild([&] {
+            std::atomic_bool stop {false};
+            const auto result = ArchiveRestoreJob(parameters).run(stop, {});
+            if (result.planResult != NVB::Info::Plan::PlanResult::Success)
+                std::fprintf(stderr, "our restore failed: %s\n", qPrintable(result.message));
+            return result.planResult == NVB::Info::Plan::PlanResult::Success;
+        }));
+        return timer.elapsed();
+    }
+
+    static qint64 restic(const QStringList& arguments)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        g_resticPeak = qMax(g_resticPeak, inChild([&] {
+            std::vector<QByteArray> bytes {QByteArrayLiteral("restic")};
+            for (const QString& argument : arguments)
+                bytes.push_back(argument.toLocal8Bit());
+            std::vector<char*> argv;
+            for (QByteArray& b : bytes)
+                argv.push_back(b.data());
+            argv.push_back(nullptr);
+            ::execvp("restic", argv.data());
+            return false;
+        }));
+        return timer.elapsed();
+    }
+
+    void newGeneration() { m_generation = QUuid::createUuid(); }
+
+private:
+    QString m_work;
+    QUuid m_generation = QUuid::createUuid();
+};
+
+void row(const char* what, qint64 oursMs, const Usage& oursUsage, qint64 resticMs, const Usage& resticUsage)
+{
+    std::printf("%-30s ours %7lld ms %10lld B %6d objects | restic %7lld ms %10lld B %6d objects | time %.2fx\n",
+        what, static_cast<long long>(oursMs), static_cast<long long>(oursUsage.bytes), oursUsage.objects,
+        static_cast<long long>(resticMs), static_cast<long long>(resticUsage.bytes), resticUsage.objects,
+        resticMs > 0 ? double(oursMs) / double(resticMs) : 0.0);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    const QString base = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QDir::tempPath();
+    const qint64 mixedMiB = argc > 2 ? QByteArray(argv[2]).toLongLong() : 1024;
+    QTemporaryDir work(base + QStringLiteral("/bench_archive-XXXXXX"));
+    const QString w = work.path();
+    Bench bench(w);
+    QRandomGenerator random(24);
+
+    // (a) 10,000 files of 2 KiB.
+    for (int n = 0; n < 10000; ++n)
+        write(QStringLiteral("%1/a/d%2/f%3").arg(w).arg(n / 100).arg(n), randomBytes(random, 2048));
+    Bench::restic({QStringLiteral("init"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/ra")});
+    qint64 ours = bench.ours(w + QStringLiteral("/a"), w + QStringLiteral("/oa"), 1);
+    qint64 restic = Bench::restic(
+        {QStringLiteral("backup"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/ra"), w + QStringLiteral("/a")});
+    row("(a) 10,000 x 2 KiB, first", ours, usage(w + QStringLiteral("/oa")), restic, usage(w + QStringLiteral("/ra")));
+
+    // (b) the mixed tree: a tenth small files, a fifth compressible text, the
+    // rest large random files of which one is there twice.
+    const QString mixed = w + QStringLiteral("/b");
+    const qint64 mib = 1024 * 1024;
+    for (int n = 0; n < mixedMiB * 10; ++n) // 10 KiB each: a tenth of the tree
+        write(QStringLiteral("%1/small/d%2/f%3").arg(mixed).arg(n / 200).arg(n), randomBytes(random, 10 * 1024));
+    for (int n = 0; n < mixedMiB / 50; ++n) // 10 MiB each: a fifth
+        write(QStringLiteral("%1/logs/log%2.txt").arg(mixed).arg(n), text(random, 10 * mib));
+    const int large = int(mixedMiB * 7 / 10 / 64);
+    QByteArray first;
+    for (int n = 0; n + 1 < large; ++n) {
+        const QByteArray data = randomBytes(random, 64 * mib);
+        if (first.isEmpty())
+            first = data;
+        write(QStringLiteral("%1/large/file%2.bin").arg(mixed).arg(n), data);
+    }
+    write(QStringLiteral("%1/large/copy.bin").arg(mixed), first);
+    first.clear();
+    bench.newGeneration();
+    Bench::restic({QStringLiteral("init"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/rb")});
+    const QStringList backupB
+        = {QStringLiteral("backup"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/rb"), mixed};
+    ours = bench.ours(mixed, w + QStringLiteral("/ob"), 1);
+    restic = Bench::restic(backupB);
+    row("(b) mixed tree, first", ours, usage(w + QStringLiteral("/ob")), restic, usage(w + QStringLiteral("/rb")));
+    ours = bench.ours(mixed, w + QStringLiteral("/ob"), 2);
+    restic = Bench::restic(backupB);
+    row("(b) mixed tree, unchanged", ours, usage(w + QStringLiteral("/ob")), restic, usage(w + QStringLiteral("/rb")));
+
+    // (d) restore of the whole mixed tree.
+    ours = bench.oursRestore(w + QStringLiteral("/ob"), 2, w + QStringLiteral("/tb-ours"));
+    restic = Bench::restic({QStringLiteral("restore"), QStringLiteral("-q"), QStringLiteral("--repo"),
+        w + QStringLiteral("/rb"), QStringLiteral("latest"), QStringLiteral("--target"), w + QStringLiteral("/tb-restic")});
+    row("(d) restore of (b)", ours, usage(w + QStringLiteral("/tb-ours")), restic, usage(w + QStringLiteral("/tb-restic")));
+    QDir(w + QStringLiteral("/tb-ours")).removeRecursively();
+    QDir(w + QStringLiteral("/tb-restic")).removeRecursively();
+    QDir(mixed).removeRecursively();
+
+    // (c) 512 MiB, then 100 scattered 4 KiB overwrites.
+    const QString single = w + QStringLiteral("/c/big.bin");
+    write(single, randomBytes(random, 512 * mib));
+    bench.newGeneration();
+    Bench::restic({QStringLiteral("init"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/rc")});
+    const QStringList backupC = {QStringLiteral("backup"), QStringLiteral("-q"), QStringLiteral("--repo"),
+        w + QStringLiteral("/rc"), w + QStringLiteral("/c")};
+    bench.ours(w + QStringLiteral("/c"), w + QStringLiteral("/oc"), 1);
+    Bench::restic(backupC);
+    const Usage oursBefore = usage(w + QStringLiteral("/oc"));
+    const Usage resticBefore = usage(w + QStringLiteral("/rc"));
+    QFile edited(single);
+    if (!edited.open(QIODevice::ReadWrite))
+        qFatal("cannot open %s", qPrintable(single));
+    for (int n = 0; n < 100; ++n) {
+        edited.seek(qint64(random.bounded(quint32(512 * 256))) * 4096);
+        edited.write(randomBytes(random, 4096));
+    }
+    edited.close();
+    ours = bench.ours(w + QStringLiteral("/c"), w + QStringLiteral("/oc"), 2);
+    restic = Bench::restic(backupC);
+    Usage oursAdded = usage(w + QStringLiteral("/oc"));
+    Usage resticAdded = usage(w + QStringLiteral("/rc"));
+    oursAdded.bytes -= oursBefore.bytes;
+    oursAdded.objects -= oursBefore.objects;
+    resticAdded.bytes -= resticBefore.bytes;
+    resticAdded.objects -= resticBefore.objects;
+    row("(c) 100 x 4 KiB overwritten", ours, oursAdded, restic, resticAdded);
+
+    std::printf("peak resident of the largest run: ours %ld MiB, restic %ld MiB\n", g_oursPeak / 1024,
+        g_resticPeak / 1024);
+    return 0;
+}

@@ -1,0 +1,83 @@
+#include "consistencycheck.h"
+
+#include <sys/stat.h>
+
+#include "core/bytename.h"
+#include "core/nvldebug.h"
+#include "records/plan/planresult.h"
+#include "store/repositorystore.h"
+#include "store/storedatabase.h"
+
+namespace NVB::Engine {
+
+using NVB::Info::Plan::PlanResult;
+
+QStringList ConsistencyCheck::problems(const QString& storageRoot, const QList<StoredContent>& content)
+{
+    QStringList found;
+    const QByteArray root = NVL::ByteName::encode(storageRoot);
+    for (const StoredContent& item : content) {
+        if (item.type != StoredContent::File || item.deleted || item.object.isEmpty())
+            continue;
+        const QByteArray path = root + '/' + NVL::ByteName::encode(item.object);
+        struct stat info
+        {
+        };
+        if (::stat(path.constData(), &info) != 0 || !S_ISREG(info.st_mode)) {
+            found << QStringLiteral("%1 (missing)").arg(item.object);
+            continue;
+        }
+        const qint64 expected = item.storedSize >= 0 ? item.storedSize : item.size;
+        if (qint64(info.st_size) != expected)
+            found << QStringLiteral("%1 (%2 bytes, %3 recorded)")
+                         .arg(item.object)
+                         .arg(qint64(info.st_size))
+                         .arg(expected);
+    }
+    return found;
+}
+
+ConsistencyCheck::Work ConsistencyCheck::around(
+    const QString& storageRoot, const QString& storeFile, const QList<qint64>& earlierPoints, Work work)
+{
+    return [storageRoot, storeFile, earlierPoints, work = std::move(work)](const std::atomic_bool& stop) {
+        RunOutcome outcome = work(stop);
+        if (outcome.planResult != PlanResult::Success && outcome.planResult != PlanResult::Warning)
+            return outcome;
+        QStringList found = problems(storageRoot, outcome.content);
+        if (!earlierPoints.isEmpty()) {
+            StoreDatabase database;
+            if (database.open(storeFile)) {
+                RepositoryStore repository(database);
+                for (qint64 row : earlierPoints) {
+                    if (stop)
+                        break;
+                    for (const QString& problem : problems(storageRoot, repository.content(row))) {
+                        if (!found.contains(problem))
+                            found << problem;
+                    }
+                }
+                database.close();
+            } else {
+                NVL::NvlDebug(QStringLiteral("NVB")).warning()
+                    << QStringLiteral("The earlier restore points could not be read for the consistency check: %1")
+                           .arg(database.lastError());
+            }
+        }
+        if (found.isEmpty())
+            return outcome;
+        QStringList named = found.mid(0, NamedObjects);
+        if (found.size() > NamedObjects)
+            named << QStringLiteral("and %1 more").arg(found.size() - NamedObjects);
+        const QString note = QStringLiteral("Consistency check: %1 object(s) of the new restore point are not as "
+                                            "recorded on the storage: %2")
+                                 .arg(found.size())
+                                 .arg(named.join(QStringLiteral(", ")));
+        NVL::NvlDebug(QStringLiteral("NVB")).warning() << note;
+        outcome.planResult = PlanResult::Warning;
+        outcome.message = outcome.message.isEmpty() ? note : outcome.message + QLatin1Char('\n') + note;
+        return outcome;
+    };
+}
+
+} // namespace NVB::Engine

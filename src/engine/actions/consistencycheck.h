@@ -1,0 +1,37 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+
+#include "runs/runoutcome.h"
+
+namespace NVB::Engine {
+
+// After a backup, makes sure every object the new restore point refers to
+// lies in the storage folder with the size recorded for it. The folder
+// storage keeps no checksum of its own, so reading the data back against
+// the recorded checksums is the verify run's work, not this check's.
+// A missing or resized object turns the result into a warning that names it.
+//
+// With the plan's "full consistency check" the objects of every earlier
+// restore point of the plan are checked too, so old versions kept only by
+// older points are found missing as well; without it only the new point's.
+class ConsistencyCheck
+{
+public:
+    using Work = std::function<RunOutcome(const std::atomic_bool&)>;
+
+    // How many objects a warning names before it only counts the rest.
+    static constexpr int NamedObjects = 10;
+
+    // The objects of `content` that are missing or of another size below
+    // `storageRoot`, each as "object (reason)".
+    static QStringList problems(const QString& storageRoot, const QList<StoredContent>& content);
+
+    // `earlierPoints` are the store rows of the plan's earlier restore points
+    // to check as well, read from the store file on the worker.
+    static Work around(
+        const QString& storageRoot, const QString& storeFile, const QList<qint64>& earlierPoints, Work work);
+};
+
+} // namespace NVB::Engine

@@ -1,0 +1,47 @@
+#include "diskcommands.h"
+
+#include <QFile>
+
+#include "diskscanner.h"
+#include "service/commands/content.h"
+#include "service/commands/snapshot.h"
+
+namespace NVB::Engine {
+
+namespace Content = NVB::Common::Communication::Commands::Format::Content;
+namespace Snapshot = NVB::Common::Communication::Commands::Format::Snapshot;
+
+namespace {
+
+// This engine takes no snapshots: there is no driver of its own, and LVM
+// snapshots are not taken yet. The answers say so instead of pretending.
+QString snapshotMessage()
+{
+    const bool lvm = QFile::exists(QStringLiteral("/dev/mapper/control"))
+        && (QFile::exists(QStringLiteral("/sbin/lvcreate")) || QFile::exists(QStringLiteral("/usr/sbin/lvcreate")));
+    return lvm ? QStringLiteral("Snapshots are not available: LVM is present, but this engine does not take LVM "
+                                "snapshots yet; volumes are imaged without a snapshot")
+               : QStringLiteral("Snapshots are not available: there is no snapshot driver and no LVM on this "
+                                "machine; volumes are imaged without a snapshot");
+}
+
+} // namespace
+
+void DiskCommands::add(Engine*, V1Handlers* handlers)
+{
+    handlers->insert(QString::fromLatin1(Content::GetDiskInfo::Name), [](const QJsonObject&) {
+        const auto info = DiskScanner().scan();
+        return Outcome::success({{QString::fromLatin1(Content::GetDiskInfo::Reply::Key), info->toXml()}});
+    });
+    handlers->insert(QString::fromLatin1(Snapshot::IsInit::Name), [](const QJsonObject&) {
+        namespace Status = Snapshot::DataType::Status;
+        return Outcome::success({{QString::fromLatin1(Snapshot::IsInit::Reply::Key),
+                                  QJsonObject{{QString::fromLatin1(Status::Success), false},
+                                              {QString::fromLatin1(Status::ErrorCode), 1},
+                                              {QString::fromLatin1(Status::Message), snapshotMessage()}}}});
+    });
+    handlers->insert(QString::fromLatin1(Snapshot::Install::Name),
+                     [](const QJsonObject&) { return Outcome::failure(snapshotMessage()); });
+}
+
+} // namespace NVB::Engine

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+
+#include "cloud/canceltoken.h"
+#include "httpexchange.h"
+
+namespace NVL::Cloud {
+
+// Blocking HTTP(S) for the object-store clients, over libcurl. One instance
+// keeps one connection alive across its requests; it is made and used on one
+// worker thread. TLS is verified by the system's authorities, and a server
+// they refuse is accepted only when its leaf certificate is pinned for that
+// very host:port (CertificatePins), decided inside the handshake of the
+// connection that carries the request.
+class CurlHttp
+{
+public:
+    struct Options
+    {
+        // Seconds for connecting, and for a stall: less than one byte a second
+        // for this long ends the request.
+        int timeoutSeconds = 30;
+        // Use the proxy of the environment (http_proxy, https_proxy); without
+        // it, no proxy at all.
+        bool useProxy = false;
+        // Bytes per second, 0 for no limit.
+        qint64 maxSendSpeed = 0;
+        qint64 maxReceiveSpeed = 0;
+    };
+
+    explicit CurlHttp(const Options& options);
+    ~CurlHttp();
+    CurlHttp(const CurlHttp&) = delete;
+    CurlHttp& operator=(const CurlHttp&) = delete;
+
+    // Fills the answer part of exchange. False on a transport failure
+    // (curlCode and transportError set); an HTTP error status is true.
+    bool perform(HttpExchange& exchange, const CancelToken& cancel);
+
+private:
+    struct Handle;
+    std::unique_ptr<Handle> m_handle;
+    Options m_options;
+};
+
+} // namespace NVL::Cloud

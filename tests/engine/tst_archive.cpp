@@ -1,0 +1,401 @@
+#include <QtTest>
+
+#include <QCryptographicHash>
+#include <QRandomGenerator>
+
+#include <atomic>
+
+#include "archive/archivebackupjob.h"
+#include "archive/archiverestorejob.h"
+#include "records/plan/backupfile.h"
+#include "records/plan/planresult.h"
+#include "records/plan/restorefile.h"
+#include "runs/runmanager.h"
+#include "store/enginestore.h"
+#include "store/historyquery.h"
+#include "repository/packwriter.h"
+#include "repository/repository.h"
+#include "repository/zstdtransform.h"
+#include "storage/memorydriver.h"
+#include "testmain.h"
+
+using namespace NVB::Engine;
+using NVB::Info::Plan::PlanResult;
+
+namespace {
+
+// Counts the index objects a run reads.
+class CountingDriver : public MemoryDriver
+{
+public:
+    StorageRead read(const QString& key, qint64 offset = 0, qint64 length = -1) const override
+    {
+        if (key.contains(QLatin1String("/index/")))
+            ++indexReads;
+        return MemoryDriver::read(key, offset, length);
+    }
+    mutable int indexReads = 0;
+};
+
+} // namespace
+
+// The new format's runs on real trees against an in-memory storage: what is
+// stored again, what restores, and what damage and crashes cost.
+class TestArchive : public QObject
+{
+    Q_OBJECT
+
+private:
+    using Tree = QMap<QString, QByteArray>; // path below the source: SHA-256
+
+    static constexpr auto Root = "NVB_t/plan/archive";
+    CountingDriver m_driver;
+    QString m_storeFile;
+    QTemporaryDir m_source;
+    QRandomGenerator m_random {20261123};
+
+    QByteArray randomBytes(int size)
+    {
+        QByteArray data(size, Qt::Uninitialized);
+        m_random.fillRange(reinterpret_cast<quint32*>(data.data()), size / 4);
+        return data;
+    }
+
+    void put(const QString& name, const QByteArray& data)
+    {
+        const QString path = m_source.filePath(name);
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QCOMPARE(file.write(data), qint64(data.size()));
+    }
+
+    Tree sourceTree(const QString& base) const
+    {
+        Tree tree;
+        QDirIterator it(base, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            QFile file(it.next());
+            if (file.open(QIODevice::ReadOnly))
+                tree.insert(file.fileName().mid(base.size() + 1),
+                    QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256));
+        }
+        return tree;
+    }
+
+    ArchiveBackupJob::Result backup(const QUuid& generation, int sequence, bool newGeneration, qint64 packSize = 0)
+    {
+        ArchiveBackupJob::Parameters parameters;
+        parameters.repositoryRoot = QString::fromLatin1(Root);
+        parameters.generation = generation;
+        parameters.sequence = sequence;
+        parameters.newGeneration = newGeneration;
+        parameters.previousSequence = newGeneration ? 0 : sequence - 1;
+        parameters.compress = true;
+        parameters.driver = &m_driver;
+        parameters.packSize = packSize;
+        parameters.storeFile = m_storeFile;
+        FileSelection selection({m_source.path()}, {}, FileSelection::FilterType::All, {}, {}, false);
+        std::atomic_bool stop {false};
+        return ArchiveBackupJob(parameters, selection).run(stop, {});
+    }
+
+    ArchiveRestoreJob::Result restore(const QUuid& generation, int sequence, Tree* restored, bool verify = false)
+    {
+        QTemporaryDir target;
+        ArchiveRestoreJob::Parameters parameters;
+        parameters.repositoryRoot = QString::fromLatin1(Root);
+        parameters.generation = generation;
+        parameters.sequence = sequence;
+        parameters.destination = target.path();
+        parameters.verifyOnly = verify;
+        parameters.driver = &m_driver;
+        std::atomic_bool stop {false};
+        auto result = ArchiveRestoreJob(parameters).run(stop, {});
+        if (restored)
+            *restored = sourceTree(target.path() + m_source.path());
+        return result;
+    }
+
+    int objectsBelow(const QString& prefix) const { return m_driver.list(prefix).objects.size(); }
+
+private slots:
+    void init()
+    {
+        QVERIFY(m_source.isValid());
+    }
+
+    // Duplicates are stored once; overwritten ranges and an insertion at the
+    // start store a small fraction again; both points restore exactly.
+    void shouldStoreOnlyWhatIsNew()
+    {
+        const QByteArray same = randomBytes(4 << 20);
+        put(QStringLiteral("a/copy1.bin"), same);
+        put(QStringLiteral("b/copy2.bin"), same);
+        put(QStringLiteral("copy3.bin"), same);
+        QByteArray large = randomBytes(24 << 20);
+        put(QStringLiteral("large.bin"), large);
+        QByteArray shifted = randomBytes(12 << 20);
+        put(QStringLiteral("shifted.bin"), shifted);
+        for (int n = 0; n < 200; ++n)
+            put(QStringLiteral("small/%1.txt").arg(n), randomBytes(1024));
+        const Tree first = sourceTree(m_source.path());
+        const QUuid generation = QUuid::createUuid();
+        const auto run1 = backup(generation, 1, true);
+        QCOMPARE(run1.planResult, int(PlanResult::Success));
+        const qint64 unique = (4 + 24 + 12) * (1 << 20) + 200 * 1024;
+        QCOMPARE(run1.bytesNew, qint64(unique));
+        QCOMPARE(run1.bytesRead, qint64(unique + (8 << 20)));
+        // 200 small files share packs: far fewer objects than files.
+        QVERIFY2(objectsBelow(QString::fromLatin1(Root)) < 12, qPrintable(QString::number(objectsBelow(QString::fromLatin1(Root)))));
+
+        for (int n = 0; n < 3; ++n)
+            large.replace(n * (7 << 20) + 4096, 4096, randomBytes(4096));
+        put(QStringLiteral("large.bin"), large);
+        put(QStringLiteral("shifted.bin"), randomBytes(100) + shifted);
+        const Tree second = sourceTree(m_source.path());
+        const auto run2 = backup(generation, 2, false);
+        QCOMPARE(run2.planResult, int(PlanResult::Success));
+        QCOMPARE(run2.bytesRead, qint64((24 + 12) * (1 << 20) + 100)); // unchanged files are not read
+        QVERIFY2(run2.bytesNew < (36 << 20) / 4, qPrintable(QString::number(run2.bytesNew)));
+        QVERIFY(run2.bytesStored < run2.bytesNew + (1 << 20));
+
+        Tree restored;
+        QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
+        QCOMPARE(restored, first);
+        QCOMPARE(restore(generation, 2, &restored).planResult, int(PlanResult::Success));
+        QCOMPARE(restored, second);
+    }
+
+    // Ten runs over two generations each restore exactly; a new engine finds
+    // them from the storage alone; deleting the older generation removes
+    // exactly its objects and the newer one still restores.
+    void shouldKeepEveryPointOfASeries()
+    {
+        const QUuid generations[2] = {QUuid::createUuid(), QUuid::createUuid()};
+        QList<Tree> trees;
+        for (int run = 1; run <= 10; ++run) {
+            for (int n = 0; n < 6; ++n)
+                put(QStringLiteral("d%1/f%2").arg(m_random.bounded(3)).arg(m_random.bounded(12)),
+                    randomBytes(int(m_random.bounded(1, 600)) * 1024));
+            if (run % 4 == 0)
+                QVERIFY(QFile::remove(m_source.path() + QLatin1Char('/') + sourceTree(m_source.path()).firstKey()));
+            const int generation = run <= 5 ? 0 : 1;
+            const int sequence = run <= 5 ? run : run - 5;
+            const auto result = backup(generations[generation], sequence, sequence == 1, 256 * 1024);
+            QCOMPARE(result.planResult, int(PlanResult::Success));
+            trees.append(sourceTree(m_source.path()));
+        }
+        Repository repository(&m_driver, QString::fromLatin1(Root));
+        QString error;
+        QCOMPARE(repository.generations(&error).size(), 2);
+        QCOMPARE(repository.points(generations[1], &error), (QList<int> {1, 2, 3, 4, 5}));
+        for (int run = 1; run <= 10; ++run) {
+            Tree restored;
+            const auto result = restore(generations[run <= 5 ? 0 : 1], run <= 5 ? run : run - 5, &restored);
+            QVERIFY2(result.planResult == PlanResult::Success, qPrintable(result.message));
+            QCOMPARE(restored, trees.at(run - 1));
+        }
+
+        const QString older = QStringLiteral("%1/generations/%2").arg(Root, generations[0].toString(QUuid::WithoutBraces));
+        const int before = objectsBelow(QString::fromLatin1(Root));
+        const int olderObjects = objectsBelow(older);
+        QVERIFY(olderObjects > 5);
+        QVERIFY(repository.removeGeneration(generations[0]).ok());
+        QCOMPARE(objectsBelow(older), 0);
+        QCOMPARE(objectsBelow(QString::fromLatin1(Root)), before - olderObjects);
+        Tree restored;
+        QCOMPARE(restore(generations[1], 5, &restored).planResult, int(PlanResult::Success));
+        QCOMPARE(restored, trees.last());
+    }
+
+    // A damaged pack fails exactly the files whose chunks it holds, each
+    // named with the pack; the others restore; verify names the pack.
+    void shouldConfineDamageToItsFiles()
+    {
+        for (int n = 0; n < 40; ++n)
+            put(QStringLiteral("f%1.bin").arg(n, 2, 10, QLatin1Char('0')), randomBytes(40 * 1024));
+        const Tree tree = sourceTree(m_source.path());
+        const QUuid generation = QUuid::createUuid();
+        QCOMPARE(backup(generation, 1, true, 200 * 1024).planResult, int(PlanResult::Success));
+        Repository repository(&m_driver, QString::fromLatin1(Root));
+        const StorageListing packs = m_driver.list(repository.packFolder(generation));
+        QVERIFY(packs.objects.size() >= 4);
+        const QString damaged = packs.objects.at(1).key;
+        QByteArray bytes = m_driver.read(damaged).data;
+        bytes[100] = char(bytes[100] ^ 0x55);
+        QVERIFY(m_driver.write(damaged, bytes).ok());
+
+        ChunkIndex index;
+        QVERIFY(repository.loadIndex(generation, ZstdTransform(), &index).isEmpty());
+        int inDamaged = 0;
+        for (const ChunkLocation& location : std::as_const(index))
+            inDamaged += location.pack == damaged && location.entry.offset == 0 ? 1 : 0;
+        Tree restored;
+        const auto result = restore(generation, 1, &restored);
+        QCOMPARE(result.planResult, int(PlanResult::Warning));
+        QCOMPARE(result.totals.failedCount, qint64(inDamaged));
+        QCOMPARE(result.damagedPacks, QStringList {damaged});
+        for (const RunFileRecord& file : result.files) {
+            if (file.operation == RunFileRecord::Failed)
+                QVERIFY(file.message.contains(file.file) && file.message.contains(damaged));
+        }
+        QCOMPARE(restored.size(), tree.size() - result.totals.failedCount);
+        for (auto it = restored.cbegin(); it != restored.cend(); ++it)
+            QCOMPARE(it.value(), tree.value(it.key()));
+        const auto verified = restore(generation, 1, nullptr, true);
+        QVERIFY(verified.message.contains(damaged));
+    }
+
+    // A crashed run's pack is removed by the next run; a lost index is
+    // rebuilt from the pack trailers instead of losing the packs it named.
+    void shouldRecoverFromCrashLeftovers()
+    {
+        put(QStringLiteral("one.bin"), randomBytes(300 * 1024));
+        const QUuid generation = QUuid::createUuid();
+        QCOMPARE(backup(generation, 1, true).planResult, int(PlanResult::Success));
+        Repository repository(&m_driver, QString::fromLatin1(Root));
+        ZstdTransform transform;
+        PackWriter stray(&m_driver, &transform, repository.packFolder(generation));
+        QVERIFY(stray.add(QByteArray(32, 'x'), randomBytes(1000)).ok());
+        QVERIFY(stray.flush().ok());
+        const QString strayKey = stray.takeWrittenPacks().constFirst().key;
+
+        put(QStringLiteral("two.bin"), randomBytes(300 * 1024));
+        const auto run2 = backup(generation, 2, false);
+        QCOMPARE(run2.removedPacks, QStringList {strayKey});
+        QVERIFY(!m_driver.stat(strayKey).exists);
+
+        const QString indexFolder
+            = QStringLiteral("%1/generations/%2/index").arg(Root, generation.toString(QUuid::WithoutBraces));
+        for (const StorageObjectInfo& object : m_driver.list(indexFolder).objects)
+            QVERIFY(m_driver.remove(object.key).ok());
+        const Tree tree = sourceTree(m_source.path());
+        Tree restored;
+        QCOMPARE(restore(generation, 2, &restored).planResult, int(PlanResult::Success));
+        QCOMPARE(restored, tree);
+        const auto run3 = backup(generation, 3, false);
+        QCOMPARE(run3.planResult, int(PlanResult::Success));
+        QVERIFY(run3.removedPacks.isEmpty());
+        QCOMPARE(run3.bytesNew, qint64(0)); // the rebuilt index still knows every chunk
+        QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
+    }
+
+    // With the store's cache a run reads only index objects it has not
+    // seen; a cache the storage no longer agrees with is read again.
+    void shouldReadOnlyNewIndexObjects()
+    {
+        QTemporaryDir data;
+        m_storeFile = data.filePath(QStringLiteral("engine.db"));
+        const QUuid generation = QUuid::createUuid();
+        put(QStringLiteral("one.bin"), randomBytes(300 * 1024));
+        QCOMPARE(backup(generation, 1, true).planResult, int(PlanResult::Success));
+        for (int run = 2; run <= 3; ++run) {
+            put(QStringLiteral("f%1.bin").arg(run), randomBytes(300 * 1024));
+            m_driver.indexReads = 0;
+            const auto result = backup(generation, run, false);
+            QCOMPARE(result.planResult, int(PlanResult::Success));
+            QCOMPARE(m_driver.indexReads, run == 2 ? 1 : 0);
+            QCOMPARE(result.bytesNew, qint64(300 * 1024));
+        }
+        const QString first = m_driver.list(QStringLiteral("%1/generations/%2/index")
+                                                .arg(Root, generation.toString(QUuid::WithoutBraces)))
+                                   .objects.constFirst()
+                                   .key;
+        QVERIFY(m_driver.remove(first).ok());
+        const auto result = backup(generation, 4, false);
+        QCOMPARE(result.planResult, int(PlanResult::Success));
+        QVERIFY(result.removedPacks.isEmpty()); // the lost index's pack is indexed again, not dropped
+        QCOMPARE(result.bytesNew, qint64(0));
+        Tree restored;
+        QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
+        m_storeFile.clear();
+    }
+
+    // The engine's own dispatch: a new-format plan backs up, its point
+    // restores through a restore plan, a verify passes, and after damage the
+    // verify fails naming the pack.
+    void shouldRunRestoreAndVerifyThroughTheEngine()
+    {
+        for (int n = 0; n < 30; ++n)
+            put(QStringLiteral("d/f%1").arg(n), randomBytes(50 * 1024));
+        const Tree tree = sourceTree(m_source.path());
+        QTemporaryDir data;
+        QTemporaryDir storage;
+        QTemporaryDir target;
+        EngineStore store;
+        QVERIFY(store.open(data.filePath(QStringLiteral("engine.db"))));
+        StoredAccount account;
+        account.id = QUuid::createUuid();
+        account.type = 1;
+        account.prefix = QStringLiteral("ar");
+        account.params = QJsonObject {{QStringLiteral("Path"), storage.path()}};
+        QVERIFY(store.saveAccount(account));
+        const auto save = [&](const NVB::Info::Plan::Base& record) {
+            StoredPlan plan;
+            plan.id = record.id();
+            plan.name = record.name();
+            plan.xml = record.toXml();
+            plan.type = record.type();
+            plan.subtype = record.subtype();
+            plan.storageId = account.id;
+            return store.savePlan(plan);
+        };
+        NVB::Info::Plan::BackupFile backupPlan;
+        backupPlan.setId(QUuid::createUuid());
+        backupPlan.setName(QStringLiteral("Packs"));
+        backupPlan.setStorage(account.id);
+        backupPlan.setItems({m_source.path()});
+        QVERIFY(backupPlan.isArchive());
+        QVERIFY(save(backupPlan));
+        NVB::Info::Plan::RestoreFile restorePlan;
+        restorePlan.setId(QUuid::createUuid());
+        restorePlan.setName(QStringLiteral("Back"));
+        restorePlan.setStorage(account.id);
+        restorePlan.setRestorePoint(
+            QStringLiteral("NVB_Archive\\%1\\now").arg(backupPlan.id().toString(QUuid::WithoutBraces)));
+        restorePlan.setRestoreToOriginalLocation(false);
+        restorePlan.setDestination(target.path());
+        QVERIFY(save(restorePlan));
+
+        RunManager runs(&store);
+        QSignalSpy finished(&runs, &RunManager::finished);
+        const auto run = [&](const QUuid& plan, bool verify) {
+            finished.clear();
+            runs.start(plan, false, verify);
+            return finished.wait(30000) ? finished.first().at(2).toInt() : -1;
+        };
+        QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Success));
+        QVERIFY(store.runs(HistoryQuery {}).first().errorMessage.startsWith(QStringLiteral("Read 1.46 MiB, new 1.46 MiB")));
+        QCOMPARE(run(restorePlan.id(), false), int(PlanResult::Success));
+        QCOMPARE(sourceTree(target.path() + m_source.path()), tree);
+        QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Success));
+
+        QDirIterator packs(storage.path(), QDir::Files, QDirIterator::Subdirectories);
+        QString pack;
+        while (pack.isEmpty() && packs.hasNext()) {
+            const QString path = packs.next();
+            if (path.contains(QLatin1String("/packs/")))
+                pack = path;
+        }
+        QFile file(pack);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        file.seek(100);
+        file.write("damage");
+        file.close();
+        QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Failed));
+        const QString message = store.runs(HistoryQuery {}).first().errorMessage;
+        QVERIFY2(message.contains(QFileInfo(pack).fileName()), qPrintable(message));
+    }
+
+    void cleanup()
+    {
+        for (const StorageObjectInfo& object : m_driver.list({}).objects)
+            m_driver.remove(object.key);
+        QDir(m_source.path()).removeRecursively();
+        QDir().mkpath(m_source.path());
+    }
+};
+
+NVB_TEST_GUILESS_MAIN(TestArchive)
+#include "tst_archive.moc"
