@@ -386,6 +386,16 @@ private slots:
         QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Failed));
         const QString message = store.runs(HistoryQuery {}).first().errorMessage;
         QVERIFY2(message.contains(QFileInfo(pack).fileName()), qPrintable(message));
+
+        // Compression switched off: a new generation, which shares nothing
+        // with the damaged one.
+        backupPlan.setUseCompression(false);
+        QVERIFY(save(backupPlan));
+        QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Success));
+        const QList<StoredRestorePoint> points = store.restorePoints(account.id, backupPlan.id());
+        QCOMPARE(points.size(), 2);
+        QVERIFY(points.first().generationId != points.last().generationId);
+        QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Success));
     }
 
     void cleanup()
