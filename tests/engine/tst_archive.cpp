@@ -10,13 +10,13 @@
 #include "records/plan/backupfile.h"
 #include "records/plan/planresult.h"
 #include "records/plan/restorefile.h"
-#include "runs/runmanager.h"
-#include "store/enginestore.h"
-#include "store/historyquery.h"
 #include "repository/packwriter.h"
 #include "repository/repository.h"
 #include "repository/zstdtransform.h"
+#include "runs/runmanager.h"
 #include "storage/memorydriver.h"
+#include "store/enginestore.h"
+#include "store/historyquery.h"
 #include "testmain.h"
 
 using namespace NVB::Engine;
@@ -120,10 +120,7 @@ private:
     int objectsBelow(const QString& prefix) const { return m_driver.list(prefix).objects.size(); }
 
 private slots:
-    void init()
-    {
-        QVERIFY(m_source.isValid());
-    }
+    void init() { QVERIFY(m_source.isValid()); }
 
     // Duplicates are stored once; overwritten ranges and an insertion at the
     // start store a small fraction again; both points restore exactly.
@@ -147,7 +144,8 @@ private slots:
         QCOMPARE(run1.bytesNew, qint64(unique));
         QCOMPARE(run1.bytesRead, qint64(unique + (8 << 20)));
         // 200 small files share packs: far fewer objects than files.
-        QVERIFY2(objectsBelow(QString::fromLatin1(Root)) < 12, qPrintable(QString::number(objectsBelow(QString::fromLatin1(Root)))));
+        QVERIFY2(objectsBelow(QString::fromLatin1(Root)) < 12,
+            qPrintable(QString::number(objectsBelow(QString::fromLatin1(Root)))));
 
         for (int n = 0; n < 3; ++n)
             large.replace(n * (7 << 20) + 4096, 4096, randomBytes(4096));
@@ -197,7 +195,8 @@ private slots:
             QCOMPARE(restored, trees.at(run - 1));
         }
 
-        const QString older = QStringLiteral("%1/generations/%2").arg(Root, generations[0].toString(QUuid::WithoutBraces));
+        const QString older
+            = QStringLiteral("%1/generations/%2").arg(Root, generations[0].toString(QUuid::WithoutBraces));
         const int before = objectsBelow(QString::fromLatin1(Root));
         const int olderObjects = objectsBelow(older);
         QVERIFY(olderObjects > 5);
@@ -298,10 +297,11 @@ private slots:
             QCOMPARE(m_driver.indexReads, run == 2 ? 1 : 0);
             QCOMPARE(result.bytesNew, qint64(300 * 1024));
         }
-        const QString first = m_driver.list(QStringLiteral("%1/generations/%2/index")
-                                                .arg(Root, generation.toString(QUuid::WithoutBraces)))
-                                   .objects.constFirst()
-                                   .key;
+        const QString first
+            = m_driver
+                  .list(QStringLiteral("%1/generations/%2/index").arg(Root, generation.toString(QUuid::WithoutBraces)))
+                  .objects.constFirst()
+                  .key;
         QVERIFY(m_driver.remove(first).ok());
         const auto result = backup(generation, 4, false);
         QCOMPARE(result.planResult, int(PlanResult::Success));
@@ -323,10 +323,11 @@ private slots:
         QCOMPARE(backup(generation, 1, true).planResult, int(PlanResult::Success));
         Repository repository(&m_driver, QString::fromLatin1(Root));
         const QString tree = repository.treeKey(generation, 1);
-        const QString index = m_driver.list(QStringLiteral("%1/generations/%2/index")
-                                                .arg(Root, generation.toString(QUuid::WithoutBraces)))
-                                  .objects.constFirst()
-                                  .key;
+        const QString index
+            = m_driver
+                  .list(QStringLiteral("%1/generations/%2/index").arg(Root, generation.toString(QUuid::WithoutBraces)))
+                  .objects.constFirst()
+                  .key;
         ZstdTransform transform;
         for (const QString& key : {tree, index}) {
             // Altered after decoding, so the damage reaches the parsers.
@@ -413,7 +414,8 @@ private slots:
             return finished.wait(30000) ? finished.first().at(2).toInt() : -1;
         };
         QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Success));
-        QVERIFY(store.runs(HistoryQuery {}).first().errorMessage.startsWith(QStringLiteral("Read 1.46 MiB, new 1.46 MiB")));
+        QVERIFY(
+            store.runs(HistoryQuery {}).first().errorMessage.startsWith(QStringLiteral("Read 1.46 MiB, new 1.46 MiB")));
         QCOMPARE(run(restorePlan.id(), false), int(PlanResult::Success));
         QCOMPARE(sourceTree(target.path() + m_source.path()), tree);
         QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Success));
