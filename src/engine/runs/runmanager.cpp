@@ -26,11 +26,11 @@
 #include "records/plan/restorefile.h"
 #include "repository/repository.h"
 #include "schedule/fullbackuprule.h"
+#include "storage/filesystemdriver.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
 #include "store/storedatabase.h"
-#include "storage/filesystemdriver.h"
 #include "stores/defaultsettings.h"
 
 namespace NVB::Engine {
@@ -492,9 +492,10 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
         // What deduplication saved, in the plan summary and the history:
         // the uploaded size is what reached the storage.
         const QLocale c = QLocale::c();
-        const QString figures = QStringLiteral("Read %1, new %2, stored %3")
-                                    .arg(c.formattedDataSize(outcome->bytesRead), c.formattedDataSize(outcome->bytesNew),
-                                        c.formattedDataSize(outcome->bytesStored));
+        const QString figures
+            = QStringLiteral("Read %1, new %2, stored %3")
+                  .arg(c.formattedDataSize(outcome->bytesRead), c.formattedDataSize(outcome->bytesNew),
+                      c.formattedDataSize(outcome->bytesStored));
         message = message.isEmpty() ? figures : QStringLiteral("%1 (%2)").arg(message, figures);
         summary.lastUploadedSize = outcome->bytesStored;
         point.sizeOnStorage = outcome->bytesStored;
