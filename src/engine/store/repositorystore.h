@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include <QDateTime>
@@ -13,6 +14,8 @@
 #include "storedgeneration.h"
 #include "storedrestorepoint.h"
 
+class QSqlQuery;
+
 namespace NVB::Engine {
 
 class StoreDatabase;
@@ -23,6 +26,7 @@ class RepositoryStore
 {
 public:
     explicit RepositoryStore(StoreDatabase& database);
+    ~RepositoryStore();
 
     QList<StoredBunch> bunches(const QUuid& connectionId);
     std::optional<StoredBunch> bunch(const QUuid& connectionId, const QUuid& bunchId);
@@ -63,6 +67,8 @@ private:
     bool insertContent(const QString& generation, qint64 sequence, const QList<const StoredContent*>& items);
 
     StoreDatabase& m_db;
+    // Prepared once: a run asks for every folder of its tree.
+    std::unique_ptr<QSqlQuery> m_childrenQuery;
 };
 
 } // namespace NVB::Engine
