@@ -14,6 +14,7 @@
 
 #include "chunking/sha256stream.h"
 #include "core/bytename.h"
+#include "progress/transferscan.h"
 #include "records/plan/planresult.h"
 #include "repository/identitytransform.h"
 #include "repository/packwriter.h"
@@ -235,6 +236,16 @@ ArchiveBackupJob::Result ArchiveBackupJob::run(const std::atomic_bool& stop, con
     m_clock.start();
     if (!prepare())
         return std::move(m_result);
+
+    // Counted before the first chunk so the console can tell how much is
+    // left; unchanged files make the scan and the run alike cheap.
+    const auto planned = TransferScan::count(
+        m_selection, [this](const QString& path) { return isNeverTaken(path); }, m_parameters.oneFileSystem,
+        m_parameters.followFileSymlinks, stop);
+    m_result.totals.totalCount = planned.count;
+    m_result.totals.totalSize = planned.size;
+    m_result.totals.transferStartMs = m_clock.elapsed();
+    report(true);
 
     for (const QString& root : m_selection.roots()) {
         if (stop || m_stopped)
