@@ -318,8 +318,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         FileBackupJob job(parameters, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
         RunOutcome outcome = outcomeOf(result);
-        outcome.changes = ContentChanges {std::move(result.content), std::move(result.removed),
-            std::move(result.emptiedFolders), replacesAll};
+        outcome.changes = ContentChanges {
+            std::move(result.content), std::move(result.removed), std::move(result.emptiedFolders), replacesAll};
         return outcome;
     };
     QList<qint64> earlierPoints;

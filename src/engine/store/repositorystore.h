@@ -58,8 +58,7 @@ public:
         const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content);
     // The same with the point told as its changes since the generation's
     // latest recorded point.
-    qint64 insertRestorePoint(
-        const StoredBunch& bunch, const StoredRestorePoint& point, const ContentChanges& changes);
+    qint64 insertRestorePoint(const StoredBunch& bunch, const StoredRestorePoint& point, const ContentChanges& changes);
 
 private:
     qint64 insertPointRow(const StoredBunch& bunch, const StoredRestorePoint& point);
