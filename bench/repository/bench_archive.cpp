@@ -184,8 +184,8 @@ private:
 
 void row(const char* what, qint64 oursMs, const Usage& oursUsage, qint64 resticMs, const Usage& resticUsage)
 {
-    std::printf("%-30s ours %7lld ms %10lld B %6d objects | restic %7lld ms %10lld B %6d objects | time %.2fx\n",
-        what, static_cast<long long>(oursMs), static_cast<long long>(oursUsage.bytes), oursUsage.objects,
+    std::printf("%-30s ours %7lld ms %10lld B %6d objects | restic %7lld ms %10lld B %6d objects | time %.2fx\n", what,
+        static_cast<long long>(oursMs), static_cast<long long>(oursUsage.bytes), oursUsage.objects,
         static_cast<long long>(resticMs), static_cast<long long>(resticUsage.bytes), resticUsage.objects,
         resticMs > 0 ? double(oursMs) / double(resticMs) : 0.0);
     std::fflush(stdout);
@@ -208,8 +208,8 @@ int main(int argc, char* argv[])
         write(QStringLiteral("%1/a/d%2/f%3").arg(w).arg(n / 100).arg(n), randomBytes(random, 2048));
     Bench::restic({QStringLiteral("init"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/ra")});
     qint64 ours = bench.ours(w + QStringLiteral("/a"), w + QStringLiteral("/oa"), 1);
-    qint64 restic = Bench::restic(
-        {QStringLiteral("backup"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/ra"), w + QStringLiteral("/a")});
+    qint64 restic = Bench::restic({QStringLiteral("backup"), QStringLiteral("-q"), QStringLiteral("--repo"),
+        w + QStringLiteral("/ra"), w + QStringLiteral("/a")});
     row("(a) 10,000 x 2 KiB, first", ours, usage(w + QStringLiteral("/oa")), restic, usage(w + QStringLiteral("/ra")));
 
     // (b) the mixed tree: a tenth small files, a fifth compressible text, the
@@ -243,9 +243,11 @@ int main(int argc, char* argv[])
 
     // (d) restore of the whole mixed tree.
     ours = bench.oursRestore(w + QStringLiteral("/ob"), 2, w + QStringLiteral("/tb-ours"));
-    restic = Bench::restic({QStringLiteral("restore"), QStringLiteral("-q"), QStringLiteral("--repo"),
-        w + QStringLiteral("/rb"), QStringLiteral("latest"), QStringLiteral("--target"), w + QStringLiteral("/tb-restic")});
-    row("(d) restore of (b)", ours, usage(w + QStringLiteral("/tb-ours")), restic, usage(w + QStringLiteral("/tb-restic")));
+    restic = Bench::restic(
+        {QStringLiteral("restore"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/rb"),
+            QStringLiteral("latest"), QStringLiteral("--target"), w + QStringLiteral("/tb-restic")});
+    row("(d) restore of (b)", ours, usage(w + QStringLiteral("/tb-ours")), restic,
+        usage(w + QStringLiteral("/tb-restic")));
     QDir(w + QStringLiteral("/tb-ours")).removeRecursively();
     QDir(w + QStringLiteral("/tb-restic")).removeRecursively();
     QDir(mixed).removeRecursively();
@@ -279,7 +281,7 @@ int main(int argc, char* argv[])
     resticAdded.objects -= resticBefore.objects;
     row("(c) 100 x 4 KiB overwritten", ours, oursAdded, restic, resticAdded);
 
-    std::printf("peak resident of the largest run: ours %ld MiB, restic %ld MiB\n", g_oursPeak / 1024,
-        g_resticPeak / 1024);
+    std::printf(
+        "peak resident of the largest run: ours %ld MiB, restic %ld MiB\n", g_oursPeak / 1024, g_resticPeak / 1024);
     return 0;
 }

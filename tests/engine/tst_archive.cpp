@@ -10,13 +10,13 @@
 #include "records/plan/backupfile.h"
 #include "records/plan/planresult.h"
 #include "records/plan/restorefile.h"
-#include "runs/runmanager.h"
-#include "store/enginestore.h"
-#include "store/historyquery.h"
 #include "repository/packwriter.h"
 #include "repository/repository.h"
 #include "repository/zstdtransform.h"
+#include "runs/runmanager.h"
 #include "storage/memorydriver.h"
+#include "store/enginestore.h"
+#include "store/historyquery.h"
 #include "testmain.h"
 
 using namespace NVB::Engine;
@@ -120,10 +120,7 @@ private:
     int objectsBelow(const QString& prefix) const { return m_driver.list(prefix).objects.size(); }
 
 private slots:
-    void init()
-    {
-        QVERIFY(m_source.isValid());
-    }
+    void init() { QVERIFY(m_source.isValid()); }
 
     // Duplicates are stored once; overwritten ranges and an insertion at the
     // start store a small fraction again; both points restore exactly.
@@ -147,7 +144,8 @@ private slots:
         QCOMPARE(run1.bytesNew, qint64(unique));
         QCOMPARE(run1.bytesRead, qint64(unique + (8 << 20)));
         // 200 small files share packs: far fewer objects than files.
-        QVERIFY2(objectsBelow(QString::fromLatin1(Root)) < 12, qPrintable(QString::number(objectsBelow(QString::fromLatin1(Root)))));
+        QVERIFY2(objectsBelow(QString::fromLatin1(Root)) < 12,
+            qPrintable(QString::number(objectsBelow(QString::fromLatin1(Root)))));
 
         for (int n = 0; n < 3; ++n)
             large.replace(n * (7 << 20) + 4096, 4096, randomBytes(4096));
@@ -197,7 +195,8 @@ private slots:
             QCOMPARE(restored, trees.at(run - 1));
         }
 
-        const QString older = QStringLiteral("%1/generations/%2").arg(Root, generations[0].toString(QUuid::WithoutBraces));
+        const QString older
+            = QStringLiteral("%1/generations/%2").arg(Root, generations[0].toString(QUuid::WithoutBraces));
         const int before = objectsBelow(QString::fromLatin1(Root));
         const int olderObjects = objectsBelow(older);
         QVERIFY(olderObjects > 5);
@@ -298,10 +297,11 @@ private slots:
             QCOMPARE(m_driver.indexReads, run == 2 ? 1 : 0);
             QCOMPARE(result.bytesNew, qint64(300 * 1024));
         }
-        const QString first = m_driver.list(QStringLiteral("%1/generations/%2/index")
-                                                .arg(Root, generation.toString(QUuid::WithoutBraces)))
-                                   .objects.constFirst()
-                                   .key;
+        const QString first
+            = m_driver
+                  .list(QStringLiteral("%1/generations/%2/index").arg(Root, generation.toString(QUuid::WithoutBraces)))
+                  .objects.constFirst()
+                  .key;
         QVERIFY(m_driver.remove(first).ok());
         const auto result = backup(generation, 4, false);
         QCOMPARE(result.planResult, int(PlanResult::Success));
@@ -310,6 +310,54 @@ private slots:
         Tree restored;
         QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
         m_storeFile.clear();
+    }
+
+    // Whatever the storage hands back as a tree or an index, the readers and
+    // a restore end with an error or a result, never a crash, and the record
+    // put back reads as before.
+    void shouldSurviveAlteredRecords()
+    {
+        put(QStringLiteral("x/one.bin"), randomBytes(20 * 1024));
+        put(QStringLiteral("two.bin"), randomBytes(30 * 1024));
+        const QUuid generation = QUuid::createUuid();
+        QCOMPARE(backup(generation, 1, true).planResult, int(PlanResult::Success));
+        Repository repository(&m_driver, QString::fromLatin1(Root));
+        const QString tree = repository.treeKey(generation, 1);
+        const QString index
+            = m_driver
+                  .list(QStringLiteral("%1/generations/%2/index").arg(Root, generation.toString(QUuid::WithoutBraces)))
+                  .objects.constFirst()
+                  .key;
+        ZstdTransform transform;
+        for (const QString& key : {tree, index}) {
+            // Altered after decoding, so the damage reaches the parsers.
+            const QByteArray plain = transform.decode(m_driver.read(key).data).data;
+            for (int round = 0; round < 120; ++round) {
+                QByteArray altered = plain;
+                for (int n = 0, count = int(m_random.bounded(1, 4)); n < count; ++n)
+                    altered[int(m_random.bounded(altered.size()))] = char(m_random.bounded(256));
+                if (round % 10 == 0)
+                    altered.truncate(int(m_random.bounded(altered.size())));
+                QVERIFY(m_driver.write(key, transform.encode(altered).data).ok());
+                QString error;
+                ChunkIndex chunks;
+                repository.readTree(generation, 1, transform, &error);
+                repository.loadIndex(generation, transform, &chunks);
+                QTemporaryDir target;
+                ArchiveRestoreJob::Parameters parameters;
+                parameters.repositoryRoot = QString::fromLatin1(Root);
+                parameters.generation = generation;
+                parameters.sequence = 1;
+                parameters.destination = target.path();
+                parameters.driver = &m_driver;
+                std::atomic_bool stop {false};
+                ArchiveRestoreJob(parameters).run(stop, {});
+            }
+            QVERIFY(m_driver.write(key, transform.encode(plain).data).ok());
+        }
+        Tree restored;
+        QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
+        QCOMPARE(restored, sourceTree(m_source.path()));
     }
 
     // The engine's own dispatch: a new-format plan backs up, its point
@@ -366,7 +414,8 @@ private slots:
             return finished.wait(30000) ? finished.first().at(2).toInt() : -1;
         };
         QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Success));
-        QVERIFY(store.runs(HistoryQuery {}).first().errorMessage.startsWith(QStringLiteral("Read 1.46 MiB, new 1.46 MiB")));
+        QVERIFY(
+            store.runs(HistoryQuery {}).first().errorMessage.startsWith(QStringLiteral("Read 1.46 MiB, new 1.46 MiB")));
         QCOMPARE(run(restorePlan.id(), false), int(PlanResult::Success));
         QCOMPARE(sourceTree(target.path() + m_source.path()), tree);
         QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Success));
@@ -386,6 +435,16 @@ private slots:
         QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Failed));
         const QString message = store.runs(HistoryQuery {}).first().errorMessage;
         QVERIFY2(message.contains(QFileInfo(pack).fileName()), qPrintable(message));
+
+        // Compression switched off: a new generation, which shares nothing
+        // with the damaged one.
+        backupPlan.setUseCompression(false);
+        QVERIFY(save(backupPlan));
+        QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Success));
+        const QList<StoredRestorePoint> points = store.restorePoints(account.id, backupPlan.id());
+        QCOMPARE(points.size(), 2);
+        QVERIFY(points.first().generationId != points.last().generationId);
+        QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Success));
     }
 
     void cleanup()

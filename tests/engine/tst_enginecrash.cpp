@@ -4,9 +4,9 @@
 
 #include <memory>
 
+#include "archive/archiverestorejob.h"
 #include "engineprocess.h"
 #include "records/plan/backupfile.h"
-#include "archive/archiverestorejob.h"
 #include "records/plan/planresult.h"
 #include "runs/filerestorejob.h"
 #include "service/connectionmanager.h"

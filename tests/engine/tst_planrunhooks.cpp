@@ -48,6 +48,8 @@ private:
         plan.setName(name);
         plan.setStorage(m_account);
         plan.setItems({m_source.path()});
+        // The object checks look at the legacy format's copies.
+        plan.setIsArchive(false);
         plan.setUseCompression(false);
         plan.notification().setType(NVB::Info::Plan::Notification::Never);
         tweak(plan);

@@ -112,6 +112,7 @@ private slots:
         record.setId(QUuid::createUuid());
         record.setStorage(account.id);
         record.setItems({source.path()});
+        record.setIsArchive(false);
         StoredPlan plan;
         plan.id = record.id();
         plan.name = QStringLiteral("Points");

@@ -14,6 +14,7 @@
 
 #include "chunking/sha256stream.h"
 #include "core/bytename.h"
+#include "progress/transferscan.h"
 #include "records/plan/planresult.h"
 #include "repository/identitytransform.h"
 #include "repository/packwriter.h"
@@ -122,8 +123,7 @@ bool ArchiveBackupJob::prepare()
         // A generation whose record is gone from the storage (removed, or a
         // storage started afresh) is begun again under its id: its old points
         // cannot restore anyway, and refusing would block every later run.
-        const StorageStat record = m_driver->stat(
-            m_repository->generationKey(m_parameters.generation));
+        const StorageStat record = m_driver->stat(m_repository->generationKey(m_parameters.generation));
         if (record.ok() && !record.exists) {
             m_parameters.newGeneration = true;
             m_parameters.previousSequence = 0;
@@ -160,8 +160,8 @@ bool ArchiveBackupJob::prepare()
         // Without the previous tree every file is read again: slow, but it
         // stores nothing twice.
         QString treeError;
-        const PointTree previous = m_repository->readTree(
-            m_parameters.generation, m_parameters.previousSequence, *m_transform, &treeError);
+        const PointTree previous
+            = m_repository->readTree(m_parameters.generation, m_parameters.previousSequence, *m_transform, &treeError);
         for (const TreeEntry& entry : previous.entries) {
             if (entry.item.type == StoredContent::File)
                 m_previous.insert(entry.item.path, entry);
@@ -169,12 +169,13 @@ bool ArchiveBackupJob::prepare()
     }
     if (!error.isEmpty()) {
         m_result.planResult = PlanResult::Failed;
-        m_result.message = QStringLiteral("The repository on %1 cannot be used: %2").arg(m_driver->description(), error);
+        m_result.message
+            = QStringLiteral("The repository on %1 cannot be used: %2").arg(m_driver->description(), error);
         return false;
     }
-    m_writer = std::make_unique<PackWriter>(m_driver, m_transform.get(),
-        m_repository->packFolder(m_parameters.generation),
-        m_parameters.packSize > 0 ? m_parameters.packSize : PackWriter::DefaultTargetSize);
+    m_writer
+        = std::make_unique<PackWriter>(m_driver, m_transform.get(), m_repository->packFolder(m_parameters.generation),
+            m_parameters.packSize > 0 ? m_parameters.packSize : PackWriter::DefaultTargetSize);
     m_tree.generation = m_parameters.generation;
     m_tree.sequence = m_parameters.sequence;
     m_tree.startUtc = m_parameters.startUtc;
@@ -235,6 +236,16 @@ ArchiveBackupJob::Result ArchiveBackupJob::run(const std::atomic_bool& stop, con
     m_clock.start();
     if (!prepare())
         return std::move(m_result);
+
+    // Counted before the first chunk so the console can tell how much is
+    // left; unchanged files make the scan and the run alike cheap.
+    const auto planned = TransferScan::count(
+        m_selection, [this](const QString& path) { return isNeverTaken(path); }, m_parameters.oneFileSystem,
+        m_parameters.followFileSymlinks, stop);
+    m_result.totals.totalCount = planned.count;
+    m_result.totals.totalSize = planned.size;
+    m_result.totals.transferStartMs = m_clock.elapsed();
+    report(true);
 
     for (const QString& root : m_selection.roots()) {
         if (stop || m_stopped)
@@ -358,8 +369,8 @@ void ArchiveBackupJob::takeFile(
     describe(seen, &entry.item);
 
     const auto previous = m_previous.constFind(path);
-    const bool forced = m_parameters.reBackupModifiedSince.isValid()
-        && entry.item.modifiedUtc >= m_parameters.reBackupModifiedSince;
+    const bool forced
+        = m_parameters.reBackupModifiedSince.isValid() && entry.item.modifiedUtc >= m_parameters.reBackupModifiedSince;
     if (!forced && previous != m_previous.cend()) {
         const StoredContent& before = previous->item;
         // Kept only while every chunk is still in the generation's index.
@@ -490,9 +501,8 @@ bool ArchiveBackupJob::storeChunk(const char* data, qint64 size, TreeEntry* entr
         return true;
     if (!settle())
         return false;
-    m_pending = QtConcurrent::run(&m_packing, [this, id, raw = QByteArray(data, int(size))] {
-        return m_writer->add(id, raw);
-    });
+    m_pending = QtConcurrent::run(
+        &m_packing, [this, id, raw = QByteArray(data, int(size))] { return m_writer->add(id, raw); });
     m_known.insert(id);
     m_result.bytesNew += size;
     return true;
@@ -536,8 +546,8 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
         for (const PackSummary& pack : packs)
             m_result.bytesStored += pack.size;
         if (status.ok())
-            status = m_repository->writeIndex(m_parameters.generation, m_parameters.sequence, m_runName, packs,
-                *m_transform);
+            status = m_repository->writeIndex(
+                m_parameters.generation, m_parameters.sequence, m_runName, packs, *m_transform);
         if (status.ok() && m_cache
             && !m_cache->add(m_parameters.generation,
                 m_repository->indexKey(m_parameters.generation, m_parameters.sequence, m_runName), packs))

@@ -10,11 +10,11 @@
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFuture>
-#include <QThreadPool>
 #include <QHash>
 #include <QList>
 #include <QSet>
 #include <QString>
+#include <QThreadPool>
 #include <QUuid>
 
 #include "chunking/chunker.h"

@@ -283,8 +283,8 @@ void ArchiveRestoreJob::restoreFile(const TreeEntry& entry, const std::atomic_bo
         unnamed = false;
         for (int attempt = 0; attempt < 16 && fd < 0; ++attempt) {
             temporary = temporaryName();
-            fd = ::openat(target.fd(), temporary.constData(), O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC,
-                0600);
+            fd = ::openat(
+                target.fd(), temporary.constData(), O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0600);
             if (fd < 0 && errno != EEXIST)
                 break;
         }
@@ -351,7 +351,8 @@ void ArchiveRestoreJob::restoreLink(const StoredContent& link)
     struct stat existing
     {
     };
-    if (m_parameters.skipExistingFiles && ::fstatat(folder.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (m_parameters.skipExistingFiles
+        && ::fstatat(folder.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
         record(link, RunFileRecord::Skipped, QStringLiteral("The file exists"));
         return;
     }

@@ -189,7 +189,8 @@ StorageStatus Repository::writeIndex(const QUuid& generation, int sequence, cons
     for (const PackSummary& pack : packs) {
         const QByteArray key = pack.key.toUtf8();
         const QByteArray trailer = PackTrailer::serialize(pack.entries);
-        const qint64 body = pack.entries.isEmpty() ? 0 : pack.entries.constLast().offset + pack.entries.constLast().length;
+        const qint64 body
+            = pack.entries.isEmpty() ? 0 : pack.entries.constLast().offset + pack.entries.constLast().length;
         stream << quint32(key.size());
         stream.writeRawData(key.constData(), key.size());
         stream << quint64(body) << quint32(trailer.size());
@@ -359,8 +360,7 @@ Repository::Tidy Repository::tidy(const QUuid& generation, const ChunkTransform&
         packs.append({key, contents.size, contents.entries});
         result.adopted.append(key);
     }
-    const StorageStatus written
-        = writeIndex(generation, orphan, QStringLiteral("rebuilt"), packs, transform);
+    const StorageStatus written = writeIndex(generation, orphan, QStringLiteral("rebuilt"), packs, transform);
     result.error = written.error;
     return result;
 }

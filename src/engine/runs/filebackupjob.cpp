@@ -200,6 +200,7 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
     if (m_result.planResult != PlanResult::Success && m_result.planResult != PlanResult::Warning) {
         // Nothing will refer to this run's copies.
         m_runFolder = FolderHandle();
+        m_targetFolder = CachedFolder();
         QDir(m_parameters.storageRoot + QLatin1Char('/') + m_parameters.objectPrefix).removeRecursively();
         m_result.content.clear();
         m_result.removed.clear();
@@ -341,7 +342,7 @@ void FileBackupJob::takeLink(
     keep(link, previous);
 }
 
-bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent& now) const
+bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent& now)
 {
     // A plain copy is no copy for an enciphered plan, nor the reverse.
     if (isEnciphered(ObjectEncoding(previous.encoding)) != bool(m_parameters.key))
@@ -352,13 +353,34 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
     // The earlier copy must still be whole: a copy lost or cut short on the
     // storage is made again.
     const QByteArray object = NVL::ByteName::encode(previous.object);
-    if (!FolderHandle::isPlainRelative(object))
+    const int slash = object.lastIndexOf('/');
+    const QByteArray name = object.mid(slash + 1);
+    if (name.isEmpty() || name == "." || name == "..")
         return false;
+    int folder = m_storage.fd();
+    if (slash >= 0) {
+        const FolderHandle* below = cachedFolder(m_storage, object.left(slash), false, &m_objectFolder, nullptr);
+        if (!below)
+            return false;
+        folder = below->fd();
+    }
     struct stat stored
     {
     };
-    return ::fstatat(m_storage.fd(), object.constData(), &stored, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(stored.st_mode)
+    return ::fstatat(folder, name.constData(), &stored, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(stored.st_mode)
         && stored.st_size == (previous.storedSize >= 0 ? previous.storedSize : previous.size);
+}
+
+const FolderHandle* FileBackupJob::cachedFolder(
+    const FolderHandle& base, const QByteArray& relative, bool create, CachedFolder* cache, QString* error)
+{
+    // Files of one folder follow each other in the walk, and so do their
+    // objects: each folder is opened once, not once per file.
+    if (!cache->handle.isValid() || cache->relative != relative) {
+        cache->relative = relative;
+        cache->handle = base.openBelow(relative, create, error);
+    }
+    return cache->handle.isValid() ? &cache->handle : nullptr;
 }
 
 void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool followLink,
@@ -403,9 +425,9 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
         folderBelow = name.left(2);
     }
     QString error;
-    const FolderHandle target
-        = folderBelow.isEmpty() ? m_runFolder.duplicate() : m_runFolder.openBelow(folderBelow, true, &error);
-    if (!target.isValid()) {
+    const FolderHandle* target
+        = folderBelow.isEmpty() ? &m_runFolder : cachedFolder(m_runFolder, folderBelow, true, &m_targetFolder, &error);
+    if (!target) {
         failStorage(path, error);
         return;
     }
@@ -449,7 +471,7 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
             unsteady = !steady;
             return steady || lastAttempt;
         };
-        copied = FileCopier::copy(fd, target, name, options, &stop, path);
+        copied = FileCopier::copy(fd, *target, name, options, &stop, path);
         ::close(fd);
         if (copied.status != FileCopier::Status::Discarded) {
             file.size = copied.size;

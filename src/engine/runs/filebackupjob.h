@@ -102,7 +102,15 @@ private:
         const QString& path, int folder, const char* name, const struct stat& info, PreviousEntries& previous);
     void takeFile(const QString& path, const struct stat& info, bool followLink, const std::atomic_bool& stop,
         PreviousEntries& previous);
-    bool reusable(const StoredContent& previous, const StoredContent& now) const;
+    struct CachedFolder
+    {
+        QByteArray relative;
+        FolderHandle handle;
+    };
+
+    bool reusable(const StoredContent& previous, const StoredContent& now);
+    const FolderHandle* cachedFolder(
+        const FolderHandle& base, const QByteArray& relative, bool create, CachedFolder* cache, QString* error);
     void report(bool force);
     // `counted`: the file was already counted as scanned.
     // How new copies are kept: compressed, enciphered, both or neither.
@@ -117,6 +125,8 @@ private:
     FileSelection m_selection;
     FolderHandle m_storage;
     FolderHandle m_runFolder;
+    CachedFolder m_objectFolder; // of the last reused copy, below m_storage
+    CachedFolder m_targetFolder; // of the last copy, below m_runFolder
     bool m_stopped = false; // by the user, or by a storage error
     QString m_storageError;
     bool m_oneFileSystem = false;

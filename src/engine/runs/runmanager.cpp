@@ -30,11 +30,11 @@
 #include "repository/repository.h"
 #include "retention/retentionjob.h"
 #include "schedule/fullbackuprule.h"
+#include "storage/filesystemdriver.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
 #include "store/storedatabase.h"
-#include "storage/filesystemdriver.h"
 #include "stores/defaultsettings.h"
 
 namespace NVB::Engine {
@@ -387,8 +387,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         FileBackupJob job(parameters, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
         RunOutcome outcome = outcomeOf(result);
-        outcome.changes = ContentChanges {std::move(result.content), std::move(result.removed),
-            std::move(result.emptiedFolders), replacesAll};
+        outcome.changes = ContentChanges {
+            std::move(result.content), std::move(result.removed), std::move(result.emptiedFolders), replacesAll};
         return outcome;
     };
     QList<qint64> earlierPoints;
@@ -567,9 +567,10 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
         // What deduplication saved, in the plan summary and the history:
         // the uploaded size is what reached the storage.
         const QLocale c = QLocale::c();
-        const QString figures = QStringLiteral("Read %1, new %2, stored %3")
-                                    .arg(c.formattedDataSize(outcome->bytesRead), c.formattedDataSize(outcome->bytesNew),
-                                        c.formattedDataSize(outcome->bytesStored));
+        const QString figures
+            = QStringLiteral("Read %1, new %2, stored %3")
+                  .arg(c.formattedDataSize(outcome->bytesRead), c.formattedDataSize(outcome->bytesNew),
+                      c.formattedDataSize(outcome->bytesStored));
         message = message.isEmpty() ? figures : QStringLiteral("%1 (%2)").arg(message, figures);
         summary.lastUploadedSize = outcome->bytesStored;
         point.sizeOnStorage = outcome->bytesStored;

@@ -48,12 +48,15 @@ StoredContent readContent(const QSqlQuery& q)
     StoredContent c;
     c.path = q.value(0).toString();
     c.type = q.value(1).toInt();
-    c.modifiedUtc = readStamp(q.value(2));
+    c.modifiedNs = q.value(7).toLongLong();
+    // The stamp is the nanoseconds cut to milliseconds; reading it back from
+    // them spares parsing a date per row. Rows without them keep their text.
+    c.modifiedUtc
+        = c.modifiedNs > 0 ? QDateTime::fromMSecsSinceEpoch(c.modifiedNs / 1000000, Qt::UTC) : readStamp(q.value(2));
     c.size = q.value(3).toLongLong();
     c.deleted = q.value(4).toBool();
     c.object = q.value(5).toString();
     c.checksum = q.value(6).toByteArray();
-    c.modifiedNs = q.value(7).toLongLong();
     c.changedNs = q.value(8).toLongLong();
     c.inode = quint64(q.value(9).toLongLong());
     c.mode = uint(q.value(10).toLongLong());
@@ -87,7 +90,7 @@ public:
         QSqlQuery& drop = m_drop[scope];
         if (!m_prepared[scope]) {
             const QString where = QStringLiteral(" WHERE generation=? AND last_seq=? AND %1 first_seq")
-                                      .arg(scope == Path ? QStringLiteral("path=? AND")
+                                      .arg(scope == Path        ? QStringLiteral("path=? AND")
                                               : scope == Parent ? QStringLiteral("parent=? AND")
                                                                 : QString());
             end = QSqlQuery(m_db.database());
@@ -131,6 +134,8 @@ private:
 RepositoryStore::RepositoryStore(StoreDatabase& database)
     : m_db(database)
 { }
+
+RepositoryStore::~RepositoryStore() = default;
 
 QList<StoredBunch> RepositoryStore::bunches(const QUuid& connectionId)
 {
@@ -275,7 +280,8 @@ QList<StoredContent> RepositoryStore::contentChildren(
     QList<StoredContent> result;
     QSqlQuery q(m_db.database());
     q.prepare(QStringLiteral("SELECT %1 FROM restore_points r JOIN contents c INDEXED BY contents_by_parent "
-                             "ON c.generation=r.generation_id AND c.parent=? AND c.first_seq<=r.sequence AND c.last_seq>=r.sequence WHERE r.id=? "
+                             "ON c.generation=r.generation_id AND c.parent=? AND c.first_seq<=r.sequence AND "
+                             "c.last_seq>=r.sequence WHERE r.id=? "
                              "ORDER BY c.type, c.name LIMIT ? OFFSET ?")
                   .arg(ContentColumns));
     q.addBindValue(parent);
@@ -291,19 +297,28 @@ QList<StoredContent> RepositoryStore::contentChildren(
 
 std::optional<QList<StoredContent>> RepositoryStore::currentChildren(const QUuid& generationId, const QString& parent)
 {
-    QSqlQuery q(m_db.database());
-    q.setForwardOnly(true);
-    q.prepare(QStringLiteral("SELECT %1 FROM contents c INDEXED BY contents_by_parent "
-                             "WHERE c.generation=? AND c.parent=? AND c.last_seq=?")
-                  .arg(ContentColumns));
-    q.addBindValue(text(generationId));
-    q.addBindValue(str(parent));
-    q.addBindValue(OpenEnd);
+    if (!m_childrenQuery) {
+        m_childrenQuery = std::make_unique<QSqlQuery>(m_db.database());
+        m_childrenQuery->setForwardOnly(true);
+        // Without statistics SQLite prefers the primary key's generation
+        // prefix, a scan of the whole generation, to the parent index.
+        if (!m_childrenQuery->prepare(QStringLiteral("SELECT %1 FROM contents c INDEXED BY contents_by_parent "
+                                                     "WHERE c.generation=? AND c.parent=? AND c.last_seq=?")
+                                          .arg(ContentColumns))) {
+            m_childrenQuery.reset();
+            return std::nullopt;
+        }
+    }
+    QSqlQuery& q = *m_childrenQuery;
+    q.bindValue(0, text(generationId));
+    q.bindValue(1, str(parent));
+    q.bindValue(2, OpenEnd);
     if (!q.exec())
         return std::nullopt;
     QList<StoredContent> result;
     while (q.next())
         result.append(readContent(q));
+    q.finish();
     return result;
 }
 
@@ -533,13 +548,13 @@ bool RepositoryStore::insertContent(
     const QVariant open(OpenEnd);
     for (const StoredContent* item : items) {
         int column = 0;
-        for (const QVariant& value : {generationValue, str(item->path), first, open, str(item->parentPath()),
-                 str(item->name()), QVariant(item->type), stamp(item->modifiedUtc), QVariant(item->size),
-                 QVariant(item->deleted), str(item->object),
-                 QVariant(item->checksum.isNull() ? QByteArray("") : item->checksum), QVariant(item->modifiedNs),
-                 QVariant(item->changedNs), QVariant(qint64(item->inode)), QVariant(qint64(item->mode)),
-                 QVariant(item->owner), QVariant(item->group), str(item->linkTarget), QVariant(item->encoding),
-                 QVariant(item->storedSize)})
+        for (const QVariant& value :
+            {generationValue, str(item->path), first, open, str(item->parentPath()), str(item->name()),
+                QVariant(item->type), stamp(item->modifiedUtc), QVariant(item->size), QVariant(item->deleted),
+                str(item->object), QVariant(item->checksum.isNull() ? QByteArray("") : item->checksum),
+                QVariant(item->modifiedNs), QVariant(item->changedNs), QVariant(qint64(item->inode)),
+                QVariant(qint64(item->mode)), QVariant(item->owner), QVariant(item->group), str(item->linkTarget),
+                QVariant(item->encoding), QVariant(item->storedSize)})
             c.bindValue(column++, value);
         if (!c.exec())
             return m_db.fail(
@@ -566,8 +581,8 @@ qint64 RepositoryStore::insertRestorePoint(
         {
             QSqlQuery q(m_db.database());
             q.setForwardOnly(true);
-            q.prepare(QStringLiteral("SELECT %1 FROM contents c WHERE c.generation=? AND c.last_seq=?")
-                          .arg(ContentColumns));
+            q.prepare(
+                QStringLiteral("SELECT %1 FROM contents c WHERE c.generation=? AND c.last_seq=?").arg(ContentColumns));
             q.addBindValue(generation);
             q.addBindValue(OpenEnd);
             if (!q.exec()) {

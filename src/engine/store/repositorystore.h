@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include <QDateTime>
@@ -14,6 +15,8 @@
 #include "storedgeneration.h"
 #include "storedrestorepoint.h"
 
+class QSqlQuery;
+
 namespace NVB::Engine {
 
 class StoreDatabase;
@@ -24,6 +27,7 @@ class RepositoryStore
 {
 public:
     explicit RepositoryStore(StoreDatabase& database);
+    ~RepositoryStore();
 
     QList<StoredBunch> bunches(const QUuid& connectionId);
     std::optional<StoredBunch> bunch(const QUuid& connectionId, const QUuid& bunchId);
@@ -61,8 +65,7 @@ public:
         const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content);
     // The same with the point told as its changes since the generation's
     // latest recorded point.
-    qint64 insertRestorePoint(
-        const StoredBunch& bunch, const StoredRestorePoint& point, const ContentChanges& changes);
+    qint64 insertRestorePoint(const StoredBunch& bunch, const StoredRestorePoint& point, const ContentChanges& changes);
 
 private:
     qint64 insertPointRow(const StoredBunch& bunch, const StoredRestorePoint& point);
@@ -70,6 +73,8 @@ private:
     bool insertContent(const QString& generation, qint64 sequence, const QList<const StoredContent*>& items);
 
     StoreDatabase& m_db;
+    // Prepared once: a run asks for every folder of its tree.
+    std::unique_ptr<QSqlQuery> m_childrenQuery;
 };
 
 } // namespace NVB::Engine

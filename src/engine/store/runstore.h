@@ -49,8 +49,8 @@ public:
     QList<RunFileRecord> runFiles(const HistoryQuery& query);
 
 private:
-    bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
-        bool withPoint, const std::function<qint64()>& insertPoint, qint64* pointRowId);
+    bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary, bool withPoint,
+        const std::function<qint64()>& insertPoint, qint64* pointRowId);
     // One history page: `select` plus the query's filter, executed; an
     // inactive query (the error recorded) when it could not run.
     QSqlQuery historyPage(
