@@ -343,6 +343,73 @@ private slots:
         history->resultBox()->setCurrentIndex(history->resultBox()->findData(8));
         QVERIFY(QTest::qWaitFor([&] { return history->planModel()->rowCount() == 2; }, 10000));
         QCOMPARE(history->view()->model()->rowCount(), 1);
+
+        // A legacy-format plan enciphers its copies: no object is named after
+        // its file or holds its bytes in clear.
+        QTRY_VERIFY(!window.findChild<BackupPlanEditWizard*>());
+        whenModal<NVB::GUI::TryNewBackupFormatDialog>(
+            [](NVB::GUI::TryNewBackupFormatDialog* dialog) { dialog->useCurrentButton()->click(); });
+        window.findChild<QAction*>(QStringLiteral("newPlan"))->trigger();
+        auto* legacy = window.findChild<BackupPlanEditWizard*>();
+        QVERIFY(legacy);
+        QVERIFY(QTest::qWaitForWindowExposed(legacy));
+        auto* storagePage = qobject_cast<NVB::GUI::PlanWizardBase::PageCloud*>(legacy->currentPage());
+        QVERIFY(storagePage);
+        const QModelIndex account = storagePage->list()->model()->index(0, 0);
+        storagePage->list()->setCurrentIndex(account);
+        QVERIFY(QMetaObject::invokeMethod(storagePage, "onCurrentItem", Q_ARG(QModelIndex, account)));
+        QVERIFY(storagePage->isComplete());
+        legacy->next();
+        qobject_cast<BackupPlanEditWizard::PageName*>(legacy->currentPage())
+            ->nameEdit()
+            ->setText(QStringLiteral("Secret plan"));
+        legacy->next();
+        auto* legacySource = qobject_cast<BackupPlanEditWizard::PageSource*>(legacy->currentPage());
+        QVERIFY(legacySource);
+        QVERIFY(expand(legacySource->model(), m_volume.path()));
+        QVERIFY(legacySource->model()->setData(
+            legacySource->model()->indexByPath(source()), 2, Qt::CheckStateRole));
+        QVERIFY(QTest::qWaitFor([&] { return legacySource->isComplete(); }));
+        legacy->next();
+        legacy->next();
+        auto* legacyCipher = qobject_cast<BackupPlanEditWizard::PageCompressionEndEncryption*>(legacy->currentPage());
+        QVERIFY(legacyCipher);
+        legacyCipher->encryptionBox()->setChecked(true);
+        QTest::keyClicks(legacyCipher->passwordEdit(), QStringLiteral("console secret"));
+        QTest::keyClicks(legacyCipher->confirmEdit(), QStringLiteral("console secret"));
+        QString asked;
+        whenModal<QMessageBox>([&asked](QMessageBox* box) {
+            asked = box->windowTitle();
+            box->button(QMessageBox::Ok)->click();
+        });
+        for (int steps = 0; steps < 12 && legacy->currentId() != BackupPlanEditWizard::PageSummaryId; ++steps)
+            legacy->next();
+        QCOMPARE(asked, QStringLiteral("Write down your password!"));
+        QCOMPARE(legacy->currentId(), int(BackupPlanEditWizard::PageSummaryId));
+        legacy->button(QWizard::FinishButton)->click();
+        QVERIFY(QTest::qWaitFor([&] { return list->model()->rowCount() == 2; }, 15000));
+        const int row = list->model()->index(0, Column::Name).data().toString() == QLatin1String("Secret plan") ? 0 : 1;
+        list->selectRow(row);
+        run->trigger();
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return list->model()->index(row, Column::LastRunStatus).data().toInt()
+                    == int(NVB::Info::Plan::PlanResult::Success);
+            },
+            30000));
+        int sealed = 0;
+        QDirIterator stored(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
+        while (stored.hasNext()) {
+            QFile object(stored.next());
+            if (object.fileName().contains(QLatin1String("/archive/")) || object.fileName().endsWith(QLatin1String(".nvb-account")))
+                continue;
+            ++sealed;
+            QVERIFY2(!object.fileName().contains(QLatin1String(".txt")), qPrintable(object.fileName()));
+            QVERIFY(object.open(QIODevice::ReadOnly));
+            const QByteArray bytes = object.readAll();
+            QVERIFY(!bytes.contains("a.txt") && !bytes.contains("b.txt"));
+        }
+        QCOMPARE(sealed, 3); // the two text files and the picture, no filter here
     }
 };
 

@@ -270,8 +270,8 @@ private slots:
             QStringList held;
             for (const StoredContent& item : store.content(rows.value(sequence)))
                 held << item.path;
-            const QStringList expected = holding.contains(sequence) ? QStringList {file.path, other.path}
-                                                                     : QStringList {other.path};
+            const QStringList expected
+                = holding.contains(sequence) ? QStringList {file.path, other.path} : QStringList {other.path};
             QCOMPARE(held, expected);
         }
     }

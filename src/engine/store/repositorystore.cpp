@@ -422,8 +422,8 @@ bool RepositoryStore::removeFromRestorePoints(
             if (!locate(it.key(), &generation, &sequence))
                 return m_db.fail(QStringLiteral("No restore point with the id %1").arg(it.key()));
             for (const QString& path : it.value()) {
-                for (const QVariant& value : {QVariant(sequence), QVariant(sequence), QVariant(generation),
-                         str(path), QVariant(sequence), QVariant(sequence)})
+                for (const QVariant& value : {QVariant(sequence), QVariant(sequence), QVariant(generation), str(path),
+                         QVariant(sequence), QVariant(sequence)})
                     row.addBindValue(value);
                 if (!row.exec())
                     return fail(row);
@@ -475,7 +475,8 @@ bool RepositoryStore::removeFromRestorePoints(
             orphans.addBindValue(generation);
             if (!orphans.exec())
                 return fail(orphans);
-            for (const QVariant& value : {QVariant(OpenEnd), QVariant(generation), QVariant(OpenEnd), QVariant(generation)})
+            for (const QVariant& value :
+                {QVariant(OpenEnd), QVariant(generation), QVariant(OpenEnd), QVariant(generation)})
                 reopen.addBindValue(value);
             if (!reopen.exec())
                 return fail(reopen);
