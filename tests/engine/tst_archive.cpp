@@ -445,6 +445,16 @@ private slots:
         QCOMPARE(points.size(), 2);
         QVERIFY(points.first().generationId != points.last().generationId);
         QCOMPARE(run(backupPlan.id(), true), int(PlanResult::Success));
+
+        // After each backup its generation's packs are checked; the full
+        // consistency check takes in the older generation too.
+        QVERIFY(QFile::resize(pack, 50));
+        QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Success));
+        backupPlan.setUseConsistencyCheck(true);
+        QVERIFY(save(backupPlan));
+        QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Warning));
+        const QString warning = store.runs(HistoryQuery {}).first().errorMessage;
+        QVERIFY2(warning.contains(QFileInfo(pack).fileName()), qPrintable(warning));
     }
 
     void cleanup()

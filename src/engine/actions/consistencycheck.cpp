@@ -37,6 +37,22 @@ QStringList ConsistencyCheck::problems(const QString& storageRoot, const QList<S
     return found;
 }
 
+void ConsistencyCheck::warn(RunOutcome* outcome, const QStringList& found)
+{
+    if (found.isEmpty())
+        return;
+    QStringList named = found.mid(0, NamedObjects);
+    if (found.size() > NamedObjects)
+        named << QStringLiteral("and %1 more").arg(found.size() - NamedObjects);
+    const QString note = QStringLiteral("Consistency check: %1 object(s) of the new restore point are not as "
+                                        "recorded on the storage: %2")
+                             .arg(found.size())
+                             .arg(named.join(QStringLiteral(", ")));
+    NVL::NvlDebug(QStringLiteral("NVB")).warning() << note;
+    outcome->planResult = PlanResult::Warning;
+    outcome->message = outcome->message.isEmpty() ? note : outcome->message + QLatin1Char('\n') + note;
+}
+
 ConsistencyCheck::Work ConsistencyCheck::around(
     const QString& storageRoot, const QString& storeFile, const QList<qint64>& earlierPoints, Work work)
 {
@@ -64,18 +80,7 @@ ConsistencyCheck::Work ConsistencyCheck::around(
                            .arg(database.lastError());
             }
         }
-        if (found.isEmpty())
-            return outcome;
-        QStringList named = found.mid(0, NamedObjects);
-        if (found.size() > NamedObjects)
-            named << QStringLiteral("and %1 more").arg(found.size() - NamedObjects);
-        const QString note = QStringLiteral("Consistency check: %1 object(s) of the new restore point are not as "
-                                            "recorded on the storage: %2")
-                                 .arg(found.size())
-                                 .arg(named.join(QStringLiteral(", ")));
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << note;
-        outcome.planResult = PlanResult::Warning;
-        outcome.message = outcome.message.isEmpty() ? note : outcome.message + QLatin1Char('\n') + note;
+        warn(&outcome, found);
         return outcome;
     };
 }

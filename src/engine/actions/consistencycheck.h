@@ -28,6 +28,10 @@ public:
     // `storageRoot`, each as "object (reason)".
     static QStringList problems(const QString& storageRoot, const QList<StoredContent>& content);
 
+    // Turns a success into a warning naming the first of `found`, as every
+    // format's check reports what it found.
+    static void warn(RunOutcome* outcome, const QStringList& found);
+
     // `earlierPoints` are the store rows of the plan's earlier restore points
     // to check as well, read from the store file on the worker.
     static Work around(

@@ -278,6 +278,19 @@ QString Repository::loadIndex(
     return error;
 }
 
+QString Repository::packSummaries(
+    const QUuid& generation, const ChunkTransform& transform, QVector<PackSummary>* packs) const
+{
+    QString error;
+    const QStringList keys = indexKeys(generation, &error);
+    for (const QString& key : keys) {
+        if (!error.isEmpty())
+            break;
+        error = readIndexObject(key, transform, packs);
+    }
+    return error;
+}
+
 StorageStatus Repository::writeTree(const PointTree& tree, const ChunkTransform& transform)
 {
     const TransformResult encoded = transform.encode(tree.serialize());

@@ -80,6 +80,9 @@ public:
     QString loadIndex(const QUuid& generation, const ChunkTransform& transform, ChunkIndex* index,
         QSet<QString>* packs = nullptr) const;
 
+    // Every pack the generation's index objects name, with its chunks.
+    QString packSummaries(const QUuid& generation, const ChunkTransform& transform, QVector<PackSummary>* packs) const;
+
     StorageStatus writeTree(const PointTree& tree, const ChunkTransform& transform);
     // The tree, or an empty text with the reason in `error`.
     PointTree readTree(const QUuid& generation, int sequence, const ChunkTransform& transform, QString* error) const;

@@ -12,6 +12,7 @@
 #include "actions/consistencycheck.h"
 #include "actions/planactions.h"
 #include "archive/archivebackupjob.h"
+#include "archive/archiveconsistencycheck.h"
 #include "archive/archiverestorejob.h"
 #include "core/bytename.h"
 #include "core/nvldebug.h"
@@ -326,6 +327,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
             outcome.bytesStored = result.bytesStored;
             return outcome;
         };
+        *work = ArchiveConsistencyCheck::around(parameters.storageRoot, archiveRoot(prefix, planId),
+            point.generationId, plan->useConsistencyCheck(), std::move(*work));
         return {};
     }
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
