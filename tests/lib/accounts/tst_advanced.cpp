@@ -78,10 +78,8 @@ private slots:
     void shouldTurnWheelOfItsFrameWhileListing();
     void shouldRefuseFolderCharacters();
     void shouldRemoveSlashAsItIsTyped();
-    void shouldEnableOkOnlyForNonBlankPrefix_data();
     void shouldEnableOkOnlyForNonBlankPrefix();
     void shouldStartFromGivenOrDefaultPrefix();
-    void shouldNotListWhenPrefixDisabled();
     void shouldListOnceAndMergeTheComputerName();
     void shouldHideSslWhenAsked();
     void shouldListPrefixesOfLocalFolder();
@@ -95,8 +93,7 @@ void TestAdvanced::shouldRefuseFolderCharacters_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("acceptable");
     QTest::newRow("plain") << "office-01" << true;
-    QTest::newRow("backslash") << "a\\b" << true;
-    QTest::newRow("spaces") << "my laptop" << true;
+    QTest::newRow("backslash and space") << "my\\laptop 2" << true;
     for (const char* bad : {"/", ":", "*", "?", ">", "<", "|"})
         QTest::newRow(bad) << QStringLiteral("a%1b").arg(QLatin1String(bad)) << false;
 }
@@ -130,23 +127,14 @@ void TestAdvanced::shouldRemoveSlashAsItIsTyped()
     QTRY_COMPARE(dialog.prefix(), QStringLiteral("ab"));
 }
 
-void TestAdvanced::shouldEnableOkOnlyForNonBlankPrefix_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("enabled");
-    QTest::newRow("padded") << "  office  " << true;
-    QTest::newRow("spaces") << "   " << false;
-}
-
 void TestAdvanced::shouldEnableOkOnlyForNonBlankPrefix()
 {
-    QFETCH(QString, text);
-    QFETCH(bool, enabled);
     Advanced dialog(QStringLiteral("office"), {}, false);
-    dialog.prefixCombo()->setCurrentText(text);
-    QCOMPARE(ok(dialog)->isEnabled(), enabled);
-    if (enabled)
-        QCOMPARE(dialog.prefix(), text.trimmed());
+    dialog.prefixCombo()->setCurrentText(QStringLiteral("   "));
+    QVERIFY(!ok(dialog)->isEnabled());
+    dialog.prefixCombo()->setCurrentText(QStringLiteral("  office  "));
+    QVERIFY(ok(dialog)->isEnabled());
+    QCOMPARE(dialog.prefix(), QStringLiteral("office"));
 }
 
 void TestAdvanced::shouldStartFromGivenOrDefaultPrefix()
@@ -193,17 +181,15 @@ void TestAdvanced::shouldTurnWheelOfItsFrameWhileListing()
     source.answer({});
     QTRY_VERIFY(!dialog.progressWheel()->isAnimated());
     dialog.prefixCombo()->hidePopup();
-}
 
-void TestAdvanced::shouldNotListWhenPrefixDisabled()
-{
-    PrefixSource source;
-    Advanced dialog(source, true);
-    dialog.show();
-    QVERIFY(!dialog.prefixCombo()->isEnabled());
-    QTest::mouseClick(dialog.prefixCombo(), Qt::LeftButton);
-    QCOMPARE(source.requests, 0);
-    QVERIFY(!dialog.prefixesRequested());
+    // With the prefix fixed nothing is listed.
+    PrefixSource fixed;
+    Advanced locked(fixed, true);
+    locked.show();
+    QVERIFY(!locked.prefixCombo()->isEnabled());
+    QTest::mouseClick(locked.prefixCombo(), Qt::LeftButton);
+    QCOMPARE(fixed.requests, 0);
+    QVERIFY(!locked.prefixesRequested());
 }
 
 void TestAdvanced::shouldListOnceAndMergeTheComputerName()
@@ -316,8 +302,6 @@ void TestAdvanced::shouldMapSignatureChoice()
     QCOMPARE(dialog->signatureCombo() != nullptr, withChoice);
     if (withChoice) {
         QCOMPARE(dialog->signatureCombo()->currentIndex(), index);
-        QCOMPARE(dialog->signatureCombo()->itemText(0), QStringLiteral("AWS2"));
-        QCOMPARE(dialog->signatureCombo()->itemText(1), QStringLiteral("AWS4"));
         dialog->signatureCombo()->setCurrentIndex(1 - index);
         QCOMPARE(dialog->authType(), 1 - index);
     }
