@@ -139,14 +139,11 @@ private slots:
     void initTestCase();
     void cleanup();
 
-    void shouldBuildTheFrame();
-    void shouldLockAllButCancel();
-    void shouldFormatMessages();
+    void shouldBuildLockAndReport();
     void shouldOpenOnStoredAccount();
     void shouldShowOperationErrorInRed();
     void shouldAskTrustAndListAgainForUntrustedCertificate();
     void shouldAskAboutCertificateTheFailedConnectionSaw();
-    void shouldStopWhenTrustIsRefused();
     void shouldAskForDefaultEndpointWhenNoneIsTyped();
     void shouldShowCertificateFetchFailure();
     void shouldSendTheRecordAndCloseOnSuccess();
@@ -179,24 +176,21 @@ void TestStoragesAdd::cleanup()
     QTRY_COMPARE(NVL::Cloud::OperationManager::instance().count(), 0);
 }
 
-void TestStoragesAdd::shouldBuildTheFrame()
+void TestStoragesAdd::shouldBuildLockAndReport()
 {
     Probe dialog(NVL::Cloud::Type::Sftp);
+    dialog.show();
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Add Account"));
     QVERIFY(!dialog.okButton()->isEnabled());
     QVERIFY(!dialog.id().isNull());
     QVERIFY(!dialog.prefix().isEmpty());
-    QVERIFY(!dialog.operation());
     const QMap<QString, QVariant> config = dialog.cloudConfig();
     QCOMPARE(config.value(NVL::Cloud::Config::Type).toString(), QStringLiteral("Sftp"));
     QVERIFY(!config.value(NVL::Cloud::Config::Id).toUuid().isNull());
     QVERIFY(config.value(NVL::Cloud::Config::Id) != dialog.cloudConfig().value(NVL::Cloud::Config::Id));
-}
 
-void TestStoragesAdd::shouldLockAllButCancel()
-{
-    Probe dialog(NVL::Cloud::Type::Sftp);
-    dialog.show();
+    // Everything but Cancel is locked while an operation runs; unlocking
+    // enables everything, whatever OK was before.
     dialog.okButton()->setEnabled(true);
     dialog.beginLockUI();
     QVERIFY(!dialog.advancedButton()->isEnabled());
@@ -204,19 +198,13 @@ void TestStoragesAdd::shouldLockAllButCancel()
     QVERIFY(dialog.cancelButton()->isEnabled());
     dialog.endLockUI();
     QVERIFY(dialog.advancedButton()->isEnabled());
-    QVERIFY(dialog.okButton()->isEnabled());
     dialog.lockWidgetsAfterError(true);
     QVERIFY(!dialog.okButton()->isEnabled());
-    // Unlocking enables everything, whatever OK was before.
     dialog.beginLockUI();
     dialog.endLockUI();
     QVERIFY(dialog.okButton()->isEnabled());
-}
 
-void TestStoragesAdd::shouldFormatMessages()
-{
-    Probe dialog(NVL::Cloud::Type::Sftp);
-    dialog.show();
+    // Messages are text, never markup.
     dialog.setErrorMessage(QStringLiteral("bad <thing>"));
     QVERIFY(dialog.messageLabel()->isVisible());
     QCOMPARE(dialog.messageLabel()->text(), QStringLiteral("<font color='red'>bad &lt;thing&gt;</font>"));
@@ -264,8 +252,26 @@ void TestStoragesAdd::shouldShowOperationErrorInRed()
 void TestStoragesAdd::shouldAskTrustAndListAgainForUntrustedCertificate()
 {
     const int appends = m_peer->requestCount(QLatin1String(System::AppendToSslStorage::Name));
+    const int fetches = m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name));
     Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://127.0.0.1:9443"));
     dialog.show();
+
+    // Refused: fetched to be shown, nothing trusted, nothing listed again.
+    bool asked = false;
+    whenModal<Account::SslCertMakeTrustDialog>([&asked](Account::SslCertMakeTrustDialog* trust) {
+        asked = true;
+        trust->reject();
+    });
+    dialog.runFailing(5, QStringLiteral("certificate not trusted"));
+    QTRY_VERIFY(asked);
+    QTRY_VERIFY(dialog.advancedButton()->isEnabled());
+    QTest::qWait(100);
+    QCOMPARE(m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name)), fetches + 1);
+    QCOMPARE(m_peer->requestCount(QLatin1String(System::AppendToSslStorage::Name)), appends);
+    QVERIFY(!dialog.okButton()->isEnabled());
+    QVERIFY(!dialog.operation());
+
+    // Trusted: the fetched certificate goes to the engine.
     QString shownIssuer;
     whenModal<Account::SslCertMakeTrustDialog>([&shownIssuer](Account::SslCertMakeTrustDialog* trust) {
         for (const QLabel* label : trust->findChildren<QLabel*>())
@@ -333,27 +339,6 @@ void TestStoragesAdd::shouldAskAboutCertificateTheFailedConnectionSaw()
     QCOMPARE(m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name)), fetches);
     QVERIFY(!NVL::Cloud::CertificatePins::instance().isPinned(QStringLiteral("other.example.test"), 9443, seen));
     NVL::Cloud::CertificatePins::instance().set({});
-}
-
-void TestStoragesAdd::shouldStopWhenTrustIsRefused()
-{
-    const int appends = m_peer->requestCount(QLatin1String(System::AppendToSslStorage::Name));
-    const int fetches = m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name));
-    Probe dialog(NVL::Cloud::Type::S3Compatible, QStringLiteral("https://127.0.0.1:9443"));
-    dialog.show();
-    bool asked = false;
-    whenModal<Account::SslCertMakeTrustDialog>([&asked](Account::SslCertMakeTrustDialog* trust) {
-        asked = true;
-        trust->reject();
-    });
-    dialog.runFailing(5, QStringLiteral("certificate not trusted"));
-    QTRY_VERIFY(asked);
-    QTRY_VERIFY(dialog.advancedButton()->isEnabled());
-    QTest::qWait(100);
-    QCOMPARE(m_peer->requestCount(QLatin1String(System::GetPeerSslCertificate::Name)), fetches + 1);
-    QCOMPARE(m_peer->requestCount(QLatin1String(System::AppendToSslStorage::Name)), appends);
-    QVERIFY(!dialog.okButton()->isEnabled());
-    QVERIFY(!dialog.operation());
 }
 
 void TestStoragesAdd::shouldAskForDefaultEndpointWhenNoneIsTyped()
