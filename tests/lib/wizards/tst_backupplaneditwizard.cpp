@@ -110,7 +110,6 @@ private slots:
     void shouldWriteLegacyChoicesAndSkipFullScheduleWithoutBlockLevel();
     void shouldHideBlockLevelForLegacyImage();
     void shouldNeverTurnBlockLevelOffWhenLoading();
-    void shouldOpenOtherContentInFileFlow();
     void shouldSaveEditedPlanUnderItsId();
     void shouldStayOpenWhenSaveFailsThenSaveWithRunFlag();
     void shouldResetPagesByChosenBackupType();
@@ -172,6 +171,19 @@ void TestBackupPlanEditWizard::shouldTitleByEditState()
     QCOMPARE(edit->getPlanId(), plan.id());
     QCOMPARE(namePage(*edit)->nameEdit()->text(), QStringLiteral("Photos"));
     QVERIFY(!BackupPlanEditWizard::createWizard(nullptr));
+
+    // Other content opens in the file flow, named, with no source to load.
+    BackupDiskImage image;
+    image.setIsArchive(false);
+    image.setName(QStringLiteral("System"));
+    QScopedPointer<BackupPlanEditWizard> other(BackupPlanEditWizard::createWizard(&image));
+    QCOMPARE(other->backupPlanType(), BackupPlanEditWizard::PlanTypeFile);
+    QVERIFY(!sourcePage(*other)->fromPlan(&image));
+    QCOMPARE(namePage(*other)->nameEdit()->text(), QStringLiteral("System"));
+    other->show();
+    WizardStorage::pass(*other);
+    other->next();
+    QCOMPARE(other->currentId(), int(BackupPlanEditWizard::PageSourceId));
 }
 
 void TestBackupPlanEditWizard::shouldWalkFromSourceThroughScheduleToSummary()
@@ -389,21 +401,6 @@ void TestBackupPlanEditWizard::shouldNeverTurnBlockLevelOffWhenLoading()
     QVERIFY(page->saveOnCloudBox()->isChecked());
     QVERIFY(!page->fromPlan(nullptr));
     QVERIFY(!page->initPlan(nullptr));
-}
-
-void TestBackupPlanEditWizard::shouldOpenOtherContentInFileFlow()
-{
-    BackupDiskImage image;
-    image.setIsArchive(false);
-    image.setName(QStringLiteral("System"));
-    QScopedPointer<BackupPlanEditWizard> wizard(BackupPlanEditWizard::createWizard(&image));
-    QCOMPARE(wizard->backupPlanType(), BackupPlanEditWizard::PlanTypeFile);
-    QVERIFY(!sourcePage(*wizard)->fromPlan(&image));
-    QCOMPARE(namePage(*wizard)->nameEdit()->text(), QStringLiteral("System"));
-    wizard->show();
-    WizardStorage::pass(*wizard);
-    wizard->next();
-    QCOMPARE(wizard->currentId(), 4);
 }
 
 void TestBackupPlanEditWizard::shouldSaveEditedPlanUnderItsId()
