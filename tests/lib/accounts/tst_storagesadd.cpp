@@ -1,12 +1,9 @@
-#include <QApplication>
 #include <QFile>
-#include <QJsonArray>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardItemModel>
-#include <QTimer>
 #include <QtTest>
 
 #include "accounts/sslcertmaketrustdialog.h"
