@@ -88,6 +88,18 @@ QMap<QString, QString> DefaultSettings::defaultValues()
         {QStringLiteral("SMTP sender"), QString()},
         // Seconds a plan's pre or post action may run before it is killed.
         {QStringLiteral("Action time limit"), QStringLiteral("3600")},
+        // The engine's store file; empty means "<data folder>/nvbackup.db".
+        {QStringLiteral("DatabasePath"), QString()},
+        // "error", "warning", "info" or "debug".
+        {QStringLiteral("LogLevel"), QStringLiteral("info")},
+        // The web proxy of every transfer; the password is enciphered.
+        {QStringLiteral("ProxyEnabled"), QStringLiteral("false")},
+        {QStringLiteral("ProxyHost"), QString()},
+        {QStringLiteral("ProxyPort"), QStringLiteral("0")},
+        {QStringLiteral("ProxyUseAuthentication"), QStringLiteral("false")},
+        {QStringLiteral("ProxyUser"), QString()},
+        {QStringLiteral("ProxyPasswordChanged"), QStringLiteral("false")},
+        {QStringLiteral("ProxyPassword"), QString()},
     };
 }
 
