@@ -6,6 +6,7 @@
 #include "app/applicationeventcontroller.h"
 #include "enginelauncher.h"
 #include "mainwindow.h"
+#include "masterpasswordgate.h"
 #include "models/modelmanager.h"
 #include "plantablecreator.h"
 #include "storage/storageconnectionsmodelcreator.h"
@@ -29,6 +30,10 @@ int main(int argc, char* argv[])
     QString launch;
     if (!parser.isSet(noEngine))
         NVB::Console::EngineLauncher::ensureEngine(&launch);
+    // Plans keep running whoever sits at the console; only the console's
+    // own window waits for the master password.
+    if (!NVB::Console::MasterPasswordGate::unlock())
+        return 1;
 
     // The shared models must be known before any view asks for them.
     NVB::Console::PlanTableCreator plans;

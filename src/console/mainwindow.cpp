@@ -14,6 +14,7 @@
 #include "diskspanel.h"
 #include "historypanel.h"
 #include "mailserverdialog.h"
+#include "masterpasswordgate.h"
 #include "planlistview.h"
 #include "planprogresspanel.h"
 #include "plans/planbackupmodel.h"
@@ -23,6 +24,7 @@
 #include "plans/planxmllist.h"
 #include "service/notification/format.h"
 #include "settings/retentionpolicy.h"
+#include "settings/settingdialog.h"
 #include "settings/settingsimpledialog.h"
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/trynewbackupformatdialog.h"
@@ -119,6 +121,15 @@ void MainWindow::buildToolBar()
     // Where plan notification mail goes out.
     QAction* mail = bar->addAction(tr("Mail server"), this, [this] { MailServerDialog(this).exec(); });
     mail->setObjectName(QStringLiteral("mailServer"));
+    // Every setting of the product; behind the master password when one is
+    // set, since the dialog can change or remove it.
+    QAction* settings = bar->addAction(QIcon(QStringLiteral(":/images/settings.svg")), tr("Settings"), this, [this] {
+        if (!MasterPasswordGate::unlock(this))
+            return;
+        NVB::GUI::SettingDialog dialog(this);
+        dialog.exec();
+    });
+    settings->setObjectName(QStringLiteral("settings"));
 }
 
 PlanListView* MainWindow::currentList() const

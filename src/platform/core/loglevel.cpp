@@ -13,8 +13,7 @@ const QString Key = QStringLiteral("LogLevel");
 
 Level::Level(NVL::LogManager::LogLevel level)
     : m_level(level)
-{
-}
+{ }
 
 QString Level::toString(NVL::LogManager::LogLevel level)
 {
@@ -49,8 +48,8 @@ NVL::LogLevel Level::toLogLevel(NVL::LogManager::LogLevel level)
 Level Level::getFromDefault()
 {
     const QString stored = DefaultSettings::instance()->value(Key).trimmed();
-    for (auto level : {NVL::LogManager::Error, NVL::LogManager::Warning, NVL::LogManager::Info,
-                       NVL::LogManager::Debug}) {
+    for (auto level :
+        {NVL::LogManager::Error, NVL::LogManager::Warning, NVL::LogManager::Info, NVL::LogManager::Debug}) {
         if (stored.compare(toString(level), Qt::CaseInsensitive) == 0)
             return Level(level);
     }

@@ -7,8 +7,7 @@ namespace NVL::Network {
 
 CheckLocalPort::CheckLocalPort(int port)
     : m_port(port)
-{
-}
+{ }
 
 bool CheckLocalPort::check() const
 {

@@ -9,8 +9,7 @@ Interface::Interface(const QString& name, const QString& address, int protocol, 
     , m_address(address)
     , m_protocol(protocol)
     , m_loopback(loopback)
-{
-}
+{ }
 
 QList<Interface> Interface::allInterfaces()
 {
