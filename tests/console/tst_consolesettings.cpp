@@ -1,0 +1,188 @@
+#include <QAction>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QJsonArray>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QToolButton>
+#include <QTreeWidget>
+#include <QtTest>
+
+#include "crypt/cryptns.h"
+#include "engineprocess.h"
+#include "mainwindow.h"
+#include "masterpasswordgate.h"
+#include "modaldialog.h"
+#include "models/modelmanager.h"
+#include "plantablecreator.h"
+#include "service/commands/system.h"
+#include "service/connectionmanager.h"
+#include "settings/advanced.h"
+#include "settings/application.h"
+#include "settings/checkmasterpassworddialog.h"
+#include "settings/network.h"
+#include "settings/setmasterpassworddialog.h"
+#include "settings/settingdialog.h"
+#include "settings/ssltrustedstoragedialog.h"
+#include "storage/storageconnectionsmodelcreator.h"
+#include "stores/defaultsettings.h"
+#include "synccommand.h"
+#include "testmain.h"
+
+using namespace NVB::GUI::Settings;
+using NVB::GUI::SettingDialog;
+using NVB::GUI::SslTrustedStorageDialog;
+using NvbTest::whenModal;
+namespace System = NVB::Common::Communication::Commands::Format::System;
+
+// The settings dialog opened from the console, against the real engine.
+class TestConsoleSettings : public QObject
+{
+    Q_OBJECT
+
+private:
+    NvbTest::EngineProcess m_engine;
+    NVB::Console::PlanTableCreator m_plans;
+    NVB::GUI::StorageConnectionsModelCreator m_storages;
+
+    // What a process reading the settings file now would see.
+    static QString storedOnDisk(const QString& key)
+    {
+        const auto* live = NVB::DefaultSettings::instance();
+        return NVB::DefaultSettings(live->filePath(), NVB::DefaultSettings::defaultValues()).value(key);
+    }
+
+    // Answers every message box with Yes or OK while the test goes on.
+    static void closeMessageBoxes(QObject* owner)
+    {
+        auto* timer = new QTimer(owner);
+        QObject::connect(timer, &QTimer::timeout, [] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box && box->button(QMessageBox::Yes))
+                box->button(QMessageBox::Yes)->click();
+            else if (box)
+                box->accept();
+        });
+        timer->start(20);
+    }
+
+    static QString selfSignedPem()
+    {
+        QTemporaryDir dir;
+        QProcess openssl;
+        openssl.start(QStringLiteral("openssl"),
+            {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"), QStringLiteral("rsa:2048"),
+                QStringLiteral("-nodes"), QStringLiteral("-subj"), QStringLiteral("/CN=pinned.test"),
+                QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-keyout"),
+                dir.filePath(QStringLiteral("key.pem")), QStringLiteral("-out"),
+                dir.filePath(QStringLiteral("cert.pem"))});
+        if (!openssl.waitForFinished(20000) || openssl.exitCode() != 0)
+            return QString();
+        QFile file(dir.filePath(QStringLiteral("cert.pem")));
+        return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(m_engine.start(), m_engine.output().constData());
+        m_engine.exportSocketPath();
+        QVERIFY(NVB::GUI::ModelManager::instance()->registrateCreator(m_plans));
+        QVERIFY(NVB::GUI::ModelManager::instance()->registrateCreator(m_storages));
+    }
+
+    void cleanupTestCase() { QVERIFY(m_engine.stop()); }
+
+    void shouldChangeSettingsAndAskForMasterPasswordAfterwards()
+    {
+        NVB::Console::MainWindow window;
+        window.show();
+        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
+        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
+        const QString pem = selfSignedPem();
+        QVERIFY(!pem.isEmpty());
+        const auto pinned = NvbTest::SyncCommand::run(QString::fromLatin1(System::AppendToSslStorage::Name),
+            {{QLatin1String(System::AppendToSslStorage::Request::EndPoint), QStringLiteral("127.0.0.1:8443")},
+                {QLatin1String(System::AppendToSslStorage::Request::Pem), pem}});
+        QVERIFY2(pinned.answered && !pinned.isError, qPrintable(pinned.errorString));
+        closeMessageBoxes(this);
+
+        bool opened = false;
+        whenModal<SettingDialog>([&opened](SettingDialog* dialog) {
+            opened = true;
+            QCOMPARE(dialog->tabs()->count(), 5);
+            dialog->advancedPage()->threadBox()->setValue(7);
+            QCOMPARE(storedOnDisk(QStringLiteral("MultiThread threads count")), QStringLiteral("7"));
+
+            // The engine's pin list, shown and emptied from the dialog.
+            whenModal<SslTrustedStorageDialog>([](SslTrustedStorageDialog* ssl) {
+                QTRY_COMPARE_WITH_TIMEOUT(ssl->list()->topLevelItemCount(), 1, 10000);
+                QCOMPARE(ssl->list()->topLevelItem(0)->text(0), QStringLiteral("127.0.0.1:8443"));
+                ssl->list()->topLevelItem(0)->setSelected(true);
+                ssl->removeButton()->click();
+                QTRY_COMPARE_WITH_TIMEOUT(ssl->list()->topLevelItemCount(), 0, 10000);
+                QVERIFY(ssl->errorLabel()->isHidden());
+                ssl->reject();
+            });
+            dialog->networkPage()->sslCertificatesButton()->click();
+
+            whenModal<SetMasterPasswordDialog>([](SetMasterPasswordDialog* set) {
+                QTest::keyClicks(set->passwordEdit(), QStringLiteral("guard"));
+                QTest::keyClicks(set->confirmEdit(), QStringLiteral("guard"));
+                set->buttonBox()->button(QDialogButtonBox::Ok)->click();
+            });
+            QTest::mouseClick(dialog->applicationPage()->masterPasswordBox(), Qt::LeftButton);
+            QVERIFY(dialog->applicationPage()->masterPasswordBox()->isChecked());
+            dialog->reject();
+        });
+        QAction* settings = window.findChild<QAction*>(QStringLiteral("settings"));
+        settings->trigger();
+        QVERIFY(opened);
+        QCOMPARE(storedOnDisk(QStringLiteral("MasterPassword")),
+            SHARED::cryptNS::encrypt_local_password(QStringLiteral("guard")));
+        const auto pins = NvbTest::SyncCommand::run(QString::fromLatin1(System::ReadFromSslStorage::Name));
+        QVERIFY(pins.answered);
+        QCOMPARE(pins.data.value(QLatin1String(System::ReadFromSslStorage::Reply::Certificates)).toArray().size(), 0);
+
+        // Now the dialog is behind the password: a wrong one is refused, the
+        // right one opens it.
+        bool asked = false;
+        opened = false;
+        whenModal<CheckMasterPasswordDialog>([&asked](CheckMasterPasswordDialog* check) {
+            asked = true;
+            QTest::keyClicks(check->passwordEdit(), QStringLiteral("guess"));
+            check->buttonBox()->button(QDialogButtonBox::Ok)->click();
+            QVERIFY(check->isVisible());
+            check->passwordEdit()->clear();
+            QTest::keyClicks(check->passwordEdit(), QStringLiteral("guard"));
+            check->buttonBox()->button(QDialogButtonBox::Ok)->click();
+        });
+        whenModal<SettingDialog>([&opened](SettingDialog* dialog) {
+            opened = true;
+            dialog->reject();
+        });
+        settings->trigger();
+        QVERIFY(asked);
+        QVERIFY(opened);
+
+        // Three wrong tries and the console stays shut.
+        whenModal<CheckMasterPasswordDialog>([](CheckMasterPasswordDialog* check) {
+            for (int i = 0; i < NVB::Console::MasterPasswordGate::MaxTries; ++i) {
+                check->passwordEdit()->clear();
+                QTest::keyClicks(check->passwordEdit(), QStringLiteral("wrong %1").arg(i));
+                check->buttonBox()->button(QDialogButtonBox::Ok)->click();
+            }
+        });
+        QVERIFY(!NVB::Console::MasterPasswordGate::unlock(&window));
+        NVB::DefaultSettings::instance()->setMasterPassword(QString());
+    }
+};
+
+NVB_TEST_MAIN(TestConsoleSettings)
+#include "tst_consolesettings.moc"
