@@ -4,6 +4,7 @@
 
 #include "app/application.h"
 #include "app/applicationeventcontroller.h"
+#include "core/logconfiguration.h"
 #include "enginelauncher.h"
 #include "mainwindow.h"
 #include "masterpasswordgate.h"
@@ -26,6 +27,7 @@ int main(int argc, char* argv[])
                                       QStringLiteral("Do not start an engine when none answers."));
     parser.addOption(noEngine);
     parser.process(app);
+    NVB::Defines::Log::Configuration::apply();
 
     QString launch;
     if (!parser.isSet(noEngine))

@@ -1,10 +1,13 @@
+#include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include "core/apppath.h"
 #include "core/defines.h"
 #include "core/filesoperations.h"
 #include "core/licenserestrictions.h"
+#include "core/logconfiguration.h"
 #include "core/mns.h"
 #include "core/nvldebug.h"
 #include "core/providerdefines.h"
@@ -157,6 +160,28 @@ private slots:
         QCOMPARE(NVL::NvlDebug::levelFromName(QStringLiteral("loud"), NVL::LogLevel::Info), NVL::LogLevel::Info);
         NVL::NvlDebug::setLevel(NVL::LogLevel::Info);
         NVL::NvlDebug::setLogFile(QString());
+    }
+
+    void shouldRotateYesterdaysLogAndDropOldOnes()
+    {
+        QTemporaryDir dir;
+        const QDateTime now = QDateTime::currentDateTime();
+        const QString current = dir.filePath(QStringLiteral("nvbgui.log"));
+        writeFile(current, "old day\n");
+        writeFile(current + QStringLiteral(".20200101-000000"), "ancient\n");
+        writeFile(dir.filePath(QStringLiteral("nvbengine.log.20200101-000000")), "another program\n");
+        for (const QString& name : QDir(dir.path()).entryList(QDir::Files)) {
+            QFile file(dir.filePath(name));
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            const QDateTime when = name == QStringLiteral("nvbgui.log") ? now.addDays(-2) : now.addDays(-40);
+            QVERIFY(file.setFileTime(when, QFileDevice::FileModificationTime));
+        }
+        QCOMPARE(NVB::Defines::Log::Configuration::rotate(dir.path(), QStringLiteral("nvbgui"), 30, now), 1);
+        const QStringList left = QDir(dir.path()).entryList(QDir::Files, QDir::Name);
+        QCOMPARE(left.size(), 2);
+        QVERIFY(left.contains(QStringLiteral("nvbengine.log.20200101-000000")));
+        QVERIFY(!QFile::exists(current));
+        QVERIFY(left.at(1).startsWith(QStringLiteral("nvbgui.log.")));
     }
 
     void shouldReportBuildVersion()

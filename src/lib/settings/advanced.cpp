@@ -1,6 +1,7 @@
 #include "settings/advanced.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFormLayout>
 #include <QLabel>
 #include <QSignalBlocker>
@@ -113,6 +114,11 @@ Advanced::Advanced(QWidget* parent)
         // the installation if that moves.
         const QString value = path == NVB::Defines::AppPath::defaultLogs() ? QString() : path;
         store(DefaultSettings::instance()->setLogPath(value), "log location");
+        // This program's own lines follow at once; the engine's at its next
+        // start.
+        NVL::NvlDebug::setLogFile(value.isEmpty()
+                ? QString()
+                : value + QLatin1Char('/') + QCoreApplication::applicationName() + QStringLiteral(".log"));
     });
     loadSettings();
 }
