@@ -108,11 +108,16 @@ void Application::MoveDatabase::onMoveFinished()
     m_command = nullptr;
     setBusy(false);
     try {
+        // A big store takes longer to copy than the channel waits for an
+        // answer; the engine goes on, so this is no failure yet.
+        if (command && command->isTimeout())
+            throw tr("The engine has not finished yet. The move goes on; reopen this dialog later to see where "
+                     "the database is.");
         NVB::Common::Communication::CommandResult::data(command.data());
         NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Database moved to %1").arg(m_path->text());
         accept();
     } catch (const QString& text) {
-        showError(tr("The database was not moved: %1").arg(text));
+        showError(command && command->isTimeout() ? text : tr("The database was not moved: %1").arg(text));
     }
 }
 
