@@ -11,6 +11,7 @@
 #include "commands/commandrouter.h"
 #include "core/apppath.h"
 #include "core/engine.h"
+#include "core/logconfiguration.h"
 #include "core/nvldebug.h"
 #include "core/providerdefines.h"
 #include "server/engineserver.h"
@@ -48,6 +49,7 @@ int main(int argc, char* argv[])
     parser.addOption(socketOption);
     parser.addOption(dataOption);
     parser.process(app);
+    NVB::Defines::Log::Configuration::apply();
 
     const QString dataDirectory =
         parser.isSet(dataOption) ? parser.value(dataOption) : NVB::Defines::AppPath::to().data();
