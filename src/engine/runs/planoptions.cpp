@@ -15,10 +15,7 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
             NVB::Info::Plan::BackupEncyption::typeToStr(plan.encryption().encryptionType()));
     if (plan.encryption().isEnabled() && plan.encryption().password().isEmpty())
         return QStringLiteral("encryption without a password");
-    // The new format's packs pass through compression only; its runs leave
-    // files in use to the copy as they find them.
-    if (plan.isArchive() && plan.encryption().isEnabled())
-        return QStringLiteral("encryption in the new backup format");
+    // The new format's runs leave files in use to the copy as they find them.
     const auto* file = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&plan);
     if (plan.isArchive() && file && file->skipInUseFiles())
         return QStringLiteral("skipping files in use in the new backup format");

@@ -207,7 +207,12 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         const auto last = m_store->bunch(active.plan.storageId, active.plan.id);
         const auto lastPlan = last ? NVB::Info::Plan::Factory::create(last->planXml) : nullptr;
         const auto* lastFile = dynamic_cast<const NVB::Info::Plan::BackupFile*>(lastPlan.get());
-        if (!lastFile || lastFile->useCompression() != plan->useCompression())
+        // So does a change of encryption or password: a generation has one key.
+        if (!lastFile || lastFile->useCompression() != plan->useCompression()
+            || lastFile->encryption().isEnabled() != plan->encryption().isEnabled()
+            || (plan->encryption().isEnabled()
+                && (lastFile->encryption().password() != plan->encryption().password()
+                    || lastFile->encryption().encryptionType() != plan->encryption().encryptionType())))
             previous.reset();
     }
     active.makesPoint = true;
@@ -311,6 +316,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         archive.reBackupModifiedSince = parameters.reBackupModifiedSince;
         archive.backupEmptyFolders = parameters.backupEmptyFolders;
         archive.compress = parameters.compress;
+        archive.password = password;
+        archive.keyBytes = keyBytes;
         archive.followFileSymlinks = parameters.followFileSymlinks;
         archive.neverTaken = parameters.neverTaken;
         archive.oneFileSystem = parameters.oneFileSystem;
@@ -328,7 +335,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
             return outcome;
         };
         *work = ArchiveConsistencyCheck::around(parameters.storageRoot, archiveRoot(prefix, planId),
-            point.generationId, plan->useConsistencyCheck(), std::move(*work));
+            point.generationId, plan->useConsistencyCheck(), std::move(*work), password);
         return {};
     }
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
@@ -462,6 +469,7 @@ QString RunManager::prepareRestore(
         parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
         parameters.skipExistingFiles = plan->skipExistingFiles();
         parameters.onlyNewFiles = plan->onlyNewFiles();
+        parameters.password = plan->encryptionPassword();
         *work = archiveJob(active.plan.id, std::move(parameters));
         return {};
     }
@@ -497,6 +505,9 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
         parameters.generation = point->generationId;
         parameters.sequence = point->sequenceNumber;
         parameters.verifyOnly = true;
+        if (const auto record = NVB::Info::Plan::Factory::create(active.plan.xml);
+            const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data()))
+            parameters.password = backup->encryption().password();
         *work = archiveJob(active.plan.id, std::move(parameters));
         return {};
     }
