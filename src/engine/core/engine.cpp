@@ -20,6 +20,7 @@
 #include "service/v2/notification/addednewrestorepoint.h"
 #include "service/v2/notification/removedconnection.h"
 #include "service/v2/notification/removedplan.h"
+#include "service/v2/notification/removedgeneration.h"
 #include "service/v2/notification/removerestorepoint.h"
 #include "service/v2/notification/startedplan.h"
 #include "service/v2/notification/stoppedplan.h"
@@ -67,6 +68,16 @@ Engine::Engine(EngineStore* store, Notifier* notifier, QObject* parent)
             m_notifier->notifyV2(removed);
         }
     });
+    connect(m_runs, &RunManager::generationsRemoved, this,
+        [this](const QUuid& connectionId, const QUuid& bunchId, const QList<QUuid>& generations) {
+            for (const QUuid& generation : generations) {
+                V2N::RemovedGeneration removed;
+                removed.setConnectionId(connectionId);
+                removed.setBunchId(bunchId);
+                removed.setGenerationId(generation);
+                m_notifier->notifyV2(removed);
+            }
+        });
     connect(m_scheduler, &Scheduler::due, this, &Engine::onDue);
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 
 #include <QFile>
+#include <QLocale>
+#include <QSet>
 
 #include "core/bytename.h"
 #include "retentionplanner.h"
@@ -42,9 +44,19 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
         return result;
     }
     result.versions = plan.versions;
+    QSet<QUuid> emptied;
     for (const RetentionPlanner::Point& entry : points) {
-        if (plan.points.contains(entry.point.rowId))
+        if (plan.points.contains(entry.point.rowId)) {
             result.points.append(entry.point);
+            emptied.insert(entry.point.generationId);
+        }
+    }
+    // A generation without points is of no use to anyone; its objects went
+    // with the versions above. The newest point's generation is never empty.
+    for (const QUuid& generation : std::as_const(emptied)) {
+        if (repository.restorePoints(connectionId, bunchId, generation).isEmpty()
+            && repository.removeGeneration(generation))
+            result.generations.append(generation);
     }
 
     QString error;
@@ -62,6 +74,31 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
             result.error = QStringLiteral("Cannot delete the expired object %1").arg(object);
     }
     return result;
+}
+
+QList<RunFileRecord> RetentionJob::history(
+    const Result& result, const QUuid& planId, const QString& planName, const QDateTime& now)
+{
+    QList<RunFileRecord> lines;
+    const auto line = [&](const QString& name, const QString& message) {
+        RunFileRecord record;
+        record.planId = planId;
+        record.planName = planName;
+        record.file = name;
+        record.operation = RunFileRecord::Removed;
+        record.finishUtc = now;
+        record.message = message;
+        lines.append(record);
+    };
+    for (const StoredRestorePoint& point : result.points)
+        line(QStringLiteral("Restore point of %1").arg(point.startUtc.toString(Qt::ISODate)),
+            QStringLiteral("Removed by the retention policy (generation %1, point %2)")
+                .arg(point.generationId.toString(QUuid::WithoutBraces))
+                .arg(point.sequenceNumber));
+    for (const QUuid& generation : result.generations)
+        line(QStringLiteral("Generation %1").arg(generation.toString(QUuid::WithoutBraces)),
+            QStringLiteral("Removed by the retention policy: no restore point was left in it"));
+    return lines;
 }
 
 } // namespace NVB::Engine

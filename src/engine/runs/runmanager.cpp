@@ -13,6 +13,7 @@
 #include "actions/planactions.h"
 #include "archive/archivebackupjob.h"
 #include "archive/archiveconsistencycheck.h"
+#include "archive/archiveretentionjob.h"
 #include "archive/archiverestorejob.h"
 #include "core/bytename.h"
 #include "core/nvldebug.h"
@@ -286,10 +287,28 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const RetentionRules rules = RetentionRules::fromPlan(*plan, NVB::DefaultSettings::instance());
     if (!rules.isEmpty()) {
-        active.afterPoint = [rules, connection = active.plan.storageId, bunch = active.plan.id,
+        ArchiveRetentionJob::Parameters archived;
+        if (plan->isArchive()) {
+            archived.connectionId = active.plan.storageId;
+            archived.bunchId = active.plan.id;
+            archived.storageRoot = parameters.storageRoot;
+            archived.repositoryRoot = archiveRoot(prefix, active.plan.id);
+            archived.password = password;
+            archived.rules = rules;
+        }
+        active.afterPoint = [rules, archive = plan->isArchive(), archived, connection = active.plan.storageId,
+                                bunch = active.plan.id, planName = active.plan.name,
                                 root = parameters.storageRoot](const QString& storeFile, RunOutcome* outcome) {
-            const auto pruned
-                = RetentionJob::apply(storeFile, connection, bunch, root, rules, QDateTime::currentDateTimeUtc());
+            const QDateTime now = QDateTime::currentDateTimeUtc();
+            RetentionJob::Result pruned;
+            if (archive) {
+                ArchiveRetentionJob::Parameters parameters = archived;
+                parameters.storeFile = storeFile;
+                parameters.now = now;
+                pruned = ArchiveRetentionJob::apply(parameters);
+            } else {
+                pruned = RetentionJob::apply(storeFile, connection, bunch, root, rules, now);
+            }
             NVL::NvlDebug log(QStringLiteral("NVB"));
             if (!pruned.error.isEmpty())
                 log.warning() << QStringLiteral("Retention of the plan %1: %2").arg(bunch.toString(), pruned.error);
@@ -299,6 +318,12 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                                   .arg(pruned.versions)
                                   .arg(pruned.points.size());
             outcome->prunedPoints = pruned.points;
+            outcome->prunedGenerations = pruned.generations;
+            StoreDatabase database;
+            if (database.open(storeFile)
+                && !RunStore(database).addRunFiles(outcome->runId, RetentionJob::history(pruned, bunch, planName, now)))
+                log.warning() << QStringLiteral("The retention of the plan %1 is not in the history: %2")
+                                     .arg(bunch.toString(), database.lastError());
         };
     }
     const QUuid planId = active.plan.id;
@@ -613,6 +638,7 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
         };
         if (attempt(outcome->planResult, message, keepsPoint)) {
             outcome->recorded = true;
+            outcome->runId = run.id;
             outcome->pointRowId = keepsPoint ? point.rowId : 0;
             return;
         }
@@ -701,6 +727,8 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
         madePoint && active.newGeneration);
     if (!outcome.prunedPoints.isEmpty())
         emit restorePointsRemoved(outcome.prunedPoints);
+    if (!outcome.prunedGenerations.isEmpty())
+        emit generationsRemoved(active.plan.storageId, active.plan.id, outcome.prunedGenerations);
 }
 
 void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>& kept)
