@@ -37,15 +37,16 @@ RetentionJob::Result ArchiveRetentionJob::apply(const Parameters& parameters)
 
     // Every file of a new-format point names the point's tree as its object:
     // the planner is given what a run compares instead (times to the
-    // nanosecond, size, checksum), so a file a run kept unread is one version
-    // across the points that hold it.
+    // nanosecond, size, checksum) within the generation that stores it, so a
+    // file a run kept unread is one version across the points that hold it,
+    // and the same file in another generation is another stored copy.
     QList<RetentionPlanner::Point> points;
     for (const StoredRestorePoint& point : store.restorePoints(parameters.connectionId, parameters.bunchId)) {
         RetentionPlanner::Point entry {point, store.content(point.rowId)};
         for (StoredContent& item : entry.content) {
             if (item.type == StoredContent::File)
-                item.object = QStringLiteral("%1|%2|%3|%4|%5")
-                                  .arg(item.path)
+                item.object = QStringLiteral("%1|%2|%3|%4|%5|%6")
+                                  .arg(point.generationId.toString(QUuid::WithoutBraces), item.path)
                                   .arg(item.size)
                                   .arg(item.modifiedNs)
                                   .arg(item.changedNs)
