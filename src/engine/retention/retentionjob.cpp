@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include <QFile>
-#include <QLocale>
 #include <QSet>
 
 #include "core/bytename.h"
@@ -80,24 +79,25 @@ QList<RunFileRecord> RetentionJob::history(
     const Result& result, const QUuid& planId, const QString& planName, const QDateTime& now)
 {
     QList<RunFileRecord> lines;
-    const auto line = [&](const QString& name, const QString& message) {
+    // The text is in the file column and the message stays empty: the
+    // history shows a message as a warning, and a removal the policy asked
+    // for is none.
+    const auto line = [&](const QString& what) {
         RunFileRecord record;
         record.planId = planId;
         record.planName = planName;
-        record.file = name;
+        record.file = QStringLiteral("Removed by the retention policy: %1").arg(what);
         record.operation = RunFileRecord::Removed;
         record.finishUtc = now;
-        record.message = message;
         lines.append(record);
     };
     for (const StoredRestorePoint& point : result.points)
-        line(QStringLiteral("Restore point of %1").arg(point.startUtc.toString(Qt::ISODate)),
-            QStringLiteral("Removed by the retention policy (generation %1, point %2)")
-                .arg(point.generationId.toString(QUuid::WithoutBraces))
-                .arg(point.sequenceNumber));
+        line(QStringLiteral("restore point of %1 (generation %2, point %3)")
+                 .arg(point.startUtc.toString(Qt::ISODate), point.generationId.toString(QUuid::WithoutBraces))
+                 .arg(point.sequenceNumber));
     for (const QUuid& generation : result.generations)
-        line(QStringLiteral("Generation %1").arg(generation.toString(QUuid::WithoutBraces)),
-            QStringLiteral("Removed by the retention policy: no restore point was left in it"));
+        line(QStringLiteral("generation %1, no restore point left in it")
+                 .arg(generation.toString(QUuid::WithoutBraces)));
     return lines;
 }
 
