@@ -233,8 +233,8 @@ private slots:
             parameters.storeFile = storeFile;
             const auto made = backup(parameters);
             QVERIFY2(made.planResult == PlanResult::Success, qPrintable(made.message));
-            const StoredRestorePoint point {0, bunch.connectionId, bunch.id, parameters.generation, sequence,
-                parameters.startUtc};
+            const StoredRestorePoint point {
+                0, bunch.connectionId, bunch.id, parameters.generation, sequence, parameters.startUtc};
             QVERIFY(database.transaction([&] { return store.insertRestorePoint(bunch, point, made.content) > 0; }));
             retention.now = parameters.startUtc;
             const RetentionJob::Result pruned = ArchiveRetentionJob::apply(retention);
@@ -251,8 +251,8 @@ private slots:
             if (week + 30 >= 364)
                 expected.insert(QStringLiteral("weekly.bin"), random(300 * 1024, quint32(week)));
             Files restored;
-            QCOMPARE(restore(point.generationId, point.sequenceNumber, {}, &restored).planResult,
-                int(PlanResult::Success));
+            QCOMPARE(
+                restore(point.generationId, point.sequenceNumber, {}, &restored).planResult, int(PlanResult::Success));
             QCOMPARE(restored, expected);
         }
         QCOMPARE(removed, generations.mid(0, 3));

@@ -24,7 +24,8 @@ public:
         QList<StoredRestorePoint> points; // the points that went with it
     };
 
-    static Result remove(EngineStore* store, const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId);
+    static Result remove(
+        EngineStore* store, const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId);
 };
 
 } // namespace NVB::Engine

@@ -43,8 +43,7 @@ QJsonObject GenerationKey::describe(const ObjectKey& key)
         {QStringLiteral("check"), QString::fromLatin1(key.check().toBase64())}};
 }
 
-std::shared_ptr<const ObjectKey> GenerationKey::open(
-    const QJsonObject& record, const QString& password, QString* error)
+std::shared_ptr<const ObjectKey> GenerationKey::open(const QJsonObject& record, const QString& password, QString* error)
 {
     const QByteArray salt = QByteArray::fromBase64(record.value(QStringLiteral("salt")).toString().toLatin1());
     const QByteArray check = QByteArray::fromBase64(record.value(QStringLiteral("check")).toString().toLatin1());

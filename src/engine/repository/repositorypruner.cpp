@@ -75,8 +75,8 @@ RepositoryPruner::Result RepositoryPruner::prune(Repository& repository, const Q
         }
     }
 
-    PackWriter writer(driver, &transform, repository.packFolder(generation),
-        packSize > 0 ? packSize : PackWriter::DefaultTargetSize);
+    PackWriter writer(
+        driver, &transform, repository.packFolder(generation), packSize > 0 ? packSize : PackWriter::DefaultTargetSize);
     const PackReader reader(driver, &transform, &identifier);
     QStringList repacked;
     QSet<QByteArray> moved;
