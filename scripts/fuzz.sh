@@ -14,7 +14,8 @@ jobs=${FUZZ_JOBS:-1}
 
 # target:corpus folder
 all="fuzz_planfactory:plan fuzz_diskinfo:diskinfo fuzz_repositoryrecords:repository
-fuzz_framecodec:framecodec fuzz_enginerequest:enginerequest"
+fuzz_framecodec:framecodec fuzz_enginerequest:enginerequest fuzz_pointtree:pointtree
+fuzz_repositoryindex:repositoryindex"
 if [ $# -gt 0 ]; then
     wanted=""
     for name in "$@"; do

@@ -36,6 +36,9 @@
 #include "plantablecreator.h"
 #include "records/plan/planresult.h"
 #include "service/connectionmanager.h"
+#include "service/manager.h"
+#include "service/v2/command.h"
+#include "service/v2/commands/repository/removedatageneration.h"
 #include "service/notification/format.h"
 #include "settings/retentionpolicy.h"
 #include "settings/settingsimpledialog.h"
@@ -213,16 +216,22 @@ private slots:
         filter->setField(QLatin1String(BackupPlanEditWizard::PageAdvancedFilter::FieldUseBackupFileTypes), true);
         filter->setField(QLatin1String(BackupPlanEditWizard::PageAdvancedFilter::FieldBackupFileTypesValue),
             QStringLiteral("*.txt; *.md"));
-        // The new format offers no encryption: the engine would refuse it.
-        auto* cipher = qobject_cast<BackupPlanEditWizard::PageCompressionEndEncryption*>(
-            wizard->page(BackupPlanEditWizard::PageCompressionEndEncryptionId));
-        QVERIFY(cipher);
-        QVERIFY(!cipher->encryptionBox()->isChecked());
         // On through the schedule and the other pages; on the actions page a
         // command that leaves a mark, only after a successful backup.
         const QString mark = m_volume.path() + QStringLiteral("/post action ran");
+        QString askedArchive;
         for (int steps = 0; steps < 12 && wizard->currentId() != BackupPlanEditWizard::PageSummaryId; ++steps) {
             wizard->next();
+            // Enciphered: the storage must show neither names nor contents.
+            if (auto* cipher = qobject_cast<BackupPlanEditWizard::PageCompressionEndEncryption*>(wizard->currentPage())) {
+                cipher->encryptionBox()->setChecked(true);
+                QTest::keyClicks(cipher->passwordEdit(), QStringLiteral("archive secret"));
+                QTest::keyClicks(cipher->confirmEdit(), QStringLiteral("archive secret"));
+                whenModal<QMessageBox>([&askedArchive](QMessageBox* box) {
+                    askedArchive = box->windowTitle();
+                    box->button(QMessageBox::Ok)->click();
+                });
+            }
             if (auto* actions = qobject_cast<BackupPlanEditWizard::PageBackupActions*>(wizard->currentPage())) {
                 actions->postAction()->setActionEnabled(true);
                 actions->postAction()->setProgram(QStringLiteral("\"/usr/bin/touch\" \"%1\"").arg(mark));
@@ -230,6 +239,7 @@ private slots:
             }
         }
         QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageSummaryId));
+        QCOMPARE(askedArchive, QStringLiteral("Write down your password!"));
         QVERIFY(wizard->visitedIds().contains(BackupPlanEditWizard::PageBackupActionsId));
         keepPicture(wizard, "wizard-summary");
         wizard->button(QWizard::FinishButton)->click();
@@ -268,12 +278,25 @@ private slots:
         // A new plan takes the new format: the two files share one pack of
         // the plan's repository, beside one index and one tree.
         QMap<QString, int> objects;
+        QString generationFolder;
         QDirIterator files(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext()) {
             const QStringList parts = files.next().split(QLatin1Char('/'));
             const int archive = parts.indexOf(QStringLiteral("archive"));
-            if (archive > 0)
-                ++objects[parts.value(archive + 3, parts.value(archive + 1))];
+            if (archive <= 0)
+                continue;
+            ++objects[parts.value(archive + 3, parts.value(archive + 1))];
+            if (parts.value(archive + 1) == QLatin1String("generations"))
+                generationFolder = parts.mid(0, archive + 3).join(QLatin1Char('/'));
+            if (parts.constLast() == QLatin1String("generation")) {
+                QFile record(files.filePath());
+                QVERIFY(record.open(QIODevice::ReadOnly));
+                QVERIFY(record.readAll().contains("\"check\""));
+            }
+            QFile object(files.filePath());
+            QVERIFY(object.open(QIODevice::ReadOnly));
+            const QByteArray bytes = object.readAll();
+            QVERIFY2(!bytes.contains("a.txt") && !bytes.contains("b.txt"), qPrintable(files.filePath()));
         }
         // The summary tells what the run read, found new and stored.
         const QString figures = list->model()->index(0, Column::LastRunMessage).data().toString();
@@ -323,6 +346,27 @@ private slots:
         history->kindBox()->setCurrentIndex(1); // by file: the two files copied
         QVERIFY(QTest::qWaitFor([&] { return history->view()->model()->rowCount() == 2; }, 10000));
         history->kindBox()->setCurrentIndex(0);
+
+        // The generation is deleted on request, the way the storage browser
+        // asks; a second request finds nothing to delete.
+        const auto removeGeneration = [&] {
+            auto* command = NVB::Common::Communication::Manager::instance()->commandFactoryV2(
+                NVB::Common::Communication::V2::Repository::RemoveDataGeneration::CommandId);
+            auto request = QSharedPointer<NVB::Common::Communication::V2::Repository::RemoveDataGeneration::Request>::create();
+            request->setConnectionId(QUuid(list->model()->index(0, Column::StorageID).data().toString()));
+            request->setBunchId(list->currentPlan());
+            request->setGenerationId(QUuid(QFileInfo(generationFolder).fileName()));
+            command->setRequest(request);
+            command->exec();
+            const bool ended = QTest::qWaitFor([command] { return command->isFinished(); }, 10000);
+            const int status = command->status();
+            command->deleteLater();
+            return ended ? status : -1;
+        };
+        QCOMPARE(removeGeneration(), int(NVB::Common::Communication::V2::Command::Success));
+        QVERIFY(!QFileInfo::exists(generationFolder + QStringLiteral("/generation")));
+        QVERIFY(QDir(generationFolder).entryList(QDir::Files | QDir::NoDotAndDotDot).isEmpty());
+        QCOMPARE(removeGeneration(), int(NVB::Common::Communication::V2::Command::Error));
 
         // With its source gone the next run fails, and the icon says so.
         QVERIFY(QDir().rename(source(), source() + QStringLiteral("-gone")));

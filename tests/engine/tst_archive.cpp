@@ -457,6 +457,23 @@ private slots:
         QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Warning));
         const QString warning = store.runs(HistoryQuery {}).first().errorMessage;
         QVERIFY2(warning.contains(QFileInfo(pack).fileName()), qPrintable(warning));
+
+        // Keeping one version: the older generation's copies expire, its
+        // point and then the generation go, announced and in the history.
+        backupPlan.setUseConsistencyCheck(false);
+        backupPlan.retentionPolicy().setType(NVB::Info::Plan::BackupRetentionPolicy::Custom);
+        backupPlan.retentionPolicy().setUseKeepVersion(true);
+        backupPlan.retentionPolicy().setKeepVersion(1);
+        QVERIFY(save(backupPlan));
+        qRegisterMetaType<QList<QUuid>>();
+        QSignalSpy gone(&runs, &RunManager::generationsRemoved);
+        QCOMPARE(run(backupPlan.id(), false), int(PlanResult::Success));
+        QCOMPARE(gone.size(), 1);
+        QCOMPARE(gone.first().at(2).value<QList<QUuid>>(), QList<QUuid> {points.first().generationId});
+        QCOMPARE(store.restorePoints(account.id, backupPlan.id()).size(), 4);
+        HistoryQuery removals;
+        removals.fileOperation = RunFileRecord::Removed;
+        QCOMPARE(store.runFiles(removals).size(), 2); // the point and its generation
     }
 
     void cleanup()

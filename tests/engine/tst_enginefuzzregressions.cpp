@@ -2,13 +2,14 @@
 #include <QFile>
 #include <QTest>
 
+#include "archiverecordsfuzz.h"
 #include "enginerequestfuzz.h"
 #include "framecodecfuzz.h"
 #include "testmain.h"
 
-// Replays every kept input of the codec and engine request fuzz targets,
-// seeds and former findings alike, through the targets' own input handlers:
-// a finding that comes back aborts this test.
+// Replays every kept input of the codec, engine request and archive record
+// fuzz targets, seeds and former findings alike, through the targets' own
+// input handlers: a finding that comes back aborts this test.
 class TestEngineFuzzRegressions : public QObject
 {
     Q_OBJECT
@@ -45,6 +46,20 @@ private slots:
     {
         QFETCH(QByteArray, input);
         m_requests->feed(input);
+    }
+
+    void shouldReadKeptTrees_data() { addInputs(QStringLiteral("pointtree")); }
+    void shouldReadKeptTrees()
+    {
+        QFETCH(QByteArray, input);
+        ArchiveRecordsFuzz::feedTree(input);
+    }
+
+    void shouldReadKeptIndexObjects_data() { addInputs(QStringLiteral("repositoryindex")); }
+    void shouldReadKeptIndexObjects()
+    {
+        QFETCH(QByteArray, input);
+        ArchiveRecordsFuzz::feedIndex(input);
     }
 };
 

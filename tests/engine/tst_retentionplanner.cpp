@@ -140,8 +140,9 @@ void TestRetentionPlanner::shouldTakeGlobalDefaultsForDefaultPolicy()
     QCOMPARE(rules.ageDays, 60);
     QCOMPARE(rules.keepVersions, 1);
     QVERIFY(!rules.keepLast);
+    // The new format follows the same rules.
     plan.setIsArchive(true);
-    QVERIFY(RetentionRules::fromPlan(plan, &defaults).isEmpty());
+    QCOMPARE(RetentionRules::fromPlan(plan, &defaults).ageDays, 60);
 }
 
 NVB_TEST_GUILESS_MAIN(TestRetentionPlanner)

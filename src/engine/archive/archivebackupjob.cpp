@@ -14,8 +14,10 @@
 
 #include "chunking/sha256stream.h"
 #include "core/bytename.h"
+#include "encryption/objectkey.h"
 #include "progress/transferscan.h"
 #include "records/plan/planresult.h"
+#include "repository/generationkey.h"
 #include "repository/identitytransform.h"
 #include "repository/packwriter.h"
 #include "repository/repository.h"
@@ -130,10 +132,21 @@ bool ArchiveBackupJob::prepare()
         }
     }
     if (m_parameters.newGeneration) {
-        m_transform = Repository::transform(transformName);
-        error = m_repository->startGeneration(m_parameters.generation, transformName).error;
-    } else {
-        m_transform = m_repository->generationTransform(m_parameters.generation, &error);
+        std::shared_ptr<const ObjectKey> key;
+        if (!m_parameters.password.isEmpty()) {
+            key = GenerationKey::create(m_parameters.password, m_parameters.keyBytes);
+            if (!key)
+                error = QStringLiteral("the encryption key cannot be made");
+        }
+        if (error.isEmpty())
+            error = m_repository->startGeneration(m_parameters.generation, transformName, key.get()).error;
+    }
+    if (error.isEmpty()) {
+        OpenedGeneration opened = m_repository->openGeneration(m_parameters.generation, m_parameters.password);
+        error = opened.error;
+        m_transform = std::move(opened.transform);
+        m_identifier = opened.identifier;
+        m_chunker = Chunker(opened.chunkerSeed);
     }
     if (error.isEmpty() && !m_parameters.newGeneration) {
         // A crashed or stopped run's packs go first; a lost index comes back.

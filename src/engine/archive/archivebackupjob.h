@@ -58,6 +58,10 @@ public:
         QDateTime reBackupModifiedSince;
         bool backupEmptyFolders = false;
         bool compress = false;
+        // Set: a new generation is enciphered under this password with a key
+        // of `keyBytes` (16, 24 or 32); an existing one must open with it.
+        QString password;
+        int keyBytes = 32;
         bool followFileSymlinks = false;
         QStringList neverTaken;
         std::optional<bool> oneFileSystem;

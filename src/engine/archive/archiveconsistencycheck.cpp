@@ -1,6 +1,7 @@
 #include "archiveconsistencycheck.h"
 
 #include "actions/consistencycheck.h"
+#include "encryption/objectkey.h"
 #include "records/plan/planresult.h"
 #include "repository/chunktransform.h"
 #include "repository/repository.h"
@@ -10,10 +11,11 @@ namespace NVB::Engine {
 
 using NVB::Info::Plan::PlanResult;
 
-QStringList ArchiveConsistencyCheck::problems(const Repository& repository, const QUuid& generation)
+QStringList ArchiveConsistencyCheck::problems(
+    const Repository& repository, const QUuid& generation, const QString& password)
 {
     QString error;
-    const auto transform = repository.generationTransform(generation, &error);
+    const auto transform = repository.generationTransform(generation, &error, password);
     QVector<PackSummary> packs;
     if (transform)
         error = repository.packSummaries(generation, *transform, &packs);
@@ -36,7 +38,8 @@ QStringList ArchiveConsistencyCheck::problems(const Repository& repository, cons
 }
 
 ArchiveConsistencyCheck::Work ArchiveConsistencyCheck::around(const QString& storageRoot,
-    const QString& repositoryRoot, const QUuid& generation, bool everyGeneration, Work work)
+    const QString& repositoryRoot, const QUuid& generation, bool everyGeneration, Work work,
+    const QString& password)
 {
     return [=, work = std::move(work)](const std::atomic_bool& stop) {
         RunOutcome outcome = work(stop);
@@ -57,7 +60,11 @@ ArchiveConsistencyCheck::Work ArchiveConsistencyCheck::around(const QString& sto
         for (const QUuid& checked : std::as_const(generations)) {
             if (stop)
                 break;
-            found << problems(repository, checked);
+            const QStringList seen = problems(repository, checked, password);
+            const bool otherPassword = checked != generation && seen.size() == 1
+                && seen.constFirst().contains(ObjectKey::wrongPasswordMessage());
+            if (!otherPassword)
+                found << seen;
         }
         ConsistencyCheck::warn(&outcome, found);
         return outcome;

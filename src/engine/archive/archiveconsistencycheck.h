@@ -27,10 +27,13 @@ public:
 
     // The packs of `generation` that are missing or too short, each as
     // "pack (reason)"; a generation whose index cannot be read is one entry.
-    static QStringList problems(const Repository& repository, const QUuid& generation);
+    // `password` opens an enciphered generation.
+    static QStringList problems(const Repository& repository, const QUuid& generation, const QString& password = {});
 
+    // Older generations enciphered under an earlier password are left out:
+    // their points need that password, which a run does not have.
     static Work around(const QString& storageRoot, const QString& repositoryRoot, const QUuid& generation,
-        bool everyGeneration, Work work);
+        bool everyGeneration, Work work, const QString& password = {});
 };
 
 } // namespace NVB::Engine

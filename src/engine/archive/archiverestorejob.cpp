@@ -66,9 +66,11 @@ QString ArchiveRestoreJob::load()
     }
     m_repository = std::make_unique<Repository>(m_driver, m_parameters.repositoryRoot);
     QString error;
-    m_transform = m_repository->generationTransform(m_parameters.generation, &error);
-    if (!m_transform)
-        return error;
+    OpenedGeneration opened = m_repository->openGeneration(m_parameters.generation, m_parameters.password);
+    if (!opened.transform)
+        return opened.error;
+    m_transform = std::move(opened.transform);
+    m_identifier = opened.identifier;
     m_reader = std::make_unique<PackReader>(m_driver, m_transform.get(), &m_identifier);
     if (m_parameters.verifyOnly) {
         // A verify puts the generation in order as a run would.

@@ -45,6 +45,7 @@ public:
         bool skipExistingFiles = false;
         bool onlyNewFiles = false;
         bool verifyOnly = false;
+        QString password; // of an enciphered generation
         StorageDriver* driver = nullptr; // tests; otherwise File System
     };
 

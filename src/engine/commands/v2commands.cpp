@@ -11,6 +11,7 @@
 #include "service/v2/commands/plan/getplan.h"
 #include "service/v2/commands/plan/getplanlist.h"
 #include "service/v2/commands/plan/getrestoreplanlist.h"
+#include "service/v2/commands/repository/removedatageneration.h"
 #include "store/enginestore.h"
 
 namespace NVB::Engine {
@@ -91,6 +92,16 @@ void V2Commands::add(Engine* engine, V2Handlers* handlers)
     handlers->insert(V2::Plan::GetPlanList::CommandId, planList(0));
     handlers->insert(V2::Plan::GetBackupPlanList::CommandId, planList(1));
     handlers->insert(V2::Plan::GetRestorePlanList::CommandId, planList(2));
+    handlers->insert(V2::Repository::RemoveDataGeneration::CommandId, [engine](const QJsonObject& json) {
+        V2::Repository::RemoveDataGeneration::Request request;
+        if (!request.fromJson(json) || request.generationId().isNull())
+            return V2Answer::failure(QStringLiteral("The request does not name a generation"));
+        const Outcome outcome
+            = engine->removeGeneration(request.connectionId(), request.bunchId(), request.generationId());
+        if (!outcome.ok)
+            return V2Answer::failure(outcome.error);
+        return V2Answer::success(V2::Repository::RemoveDataGeneration::Response().toJson());
+    });
     handlers->insert(V2::Plan::GetPlan::CommandId, [engine](const QJsonObject& json) {
         V2::Plan::GetPlan::Request request;
         request.fromJson(json);

@@ -1,5 +1,6 @@
 #include "engine.h"
 
+#include "archive/generationremover.h"
 #include "core/nvldebug.h"
 #include "plansummary.h"
 #include "progress/progressreport.h"
@@ -20,6 +21,8 @@
 #include "service/v2/notification/addednewrestorepoint.h"
 #include "service/v2/notification/removedconnection.h"
 #include "service/v2/notification/removedplan.h"
+#include "service/v2/notification/removedgeneration.h"
+#include "service/v2/notification/removenbfdatastatus.h"
 #include "service/v2/notification/removerestorepoint.h"
 #include "service/v2/notification/startedplan.h"
 #include "service/v2/notification/stoppedplan.h"
@@ -67,6 +70,16 @@ Engine::Engine(EngineStore* store, Notifier* notifier, QObject* parent)
             m_notifier->notifyV2(removed);
         }
     });
+    connect(m_runs, &RunManager::generationsRemoved, this,
+        [this](const QUuid& connectionId, const QUuid& bunchId, const QList<QUuid>& generations) {
+            for (const QUuid& generation : generations) {
+                V2N::RemovedGeneration removed;
+                removed.setConnectionId(connectionId);
+                removed.setBunchId(bunchId);
+                removed.setGenerationId(generation);
+                m_notifier->notifyV2(removed);
+            }
+        });
     connect(m_scheduler, &Scheduler::due, this, &Engine::onDue);
 }
 
@@ -170,6 +183,41 @@ Outcome Engine::savePlan(const QUuid& id, const QString& xml, const QString& pro
         added.setSubType(plan.subtype);
         m_notifier->notifyV2(added);
     }
+    return Outcome::success();
+}
+
+Outcome Engine::removeGeneration(const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId)
+{
+    // Whatever a running backup of the plan reads or writes may lie in it.
+    if (m_runs->isRunning(bunchId))
+        return Outcome::failure(QStringLiteral("The plan is running; stop it before deleting its data"));
+    const GenerationRemover::Result removed = GenerationRemover::remove(m_store, connectionId, bunchId, generationId);
+    V2N::RemoveNbfDataStatus status;
+    status.setConnectionId(connectionId);
+    status.setBunchId(bunchId);
+    status.setGenerationId(generationId);
+    if (!removed.error.isEmpty()) {
+        NVL::NvlDebug(QStringLiteral("NVB")).warning() << removed.error;
+        status.setStatus(5);
+        status.setMessage(removed.error);
+        m_notifier->notifyV2(status);
+        return Outcome::failure(removed.error);
+    }
+    for (const StoredRestorePoint& point : removed.points) {
+        V2N::RemoveRestorePoint gone;
+        gone.setConnectionId(point.connectionId);
+        gone.setBunchId(point.bunchId);
+        gone.setGenerationId(point.generationId);
+        gone.setSequenceNumber(point.sequenceNumber);
+        m_notifier->notifyV2(gone);
+    }
+    V2N::RemovedGeneration gone;
+    gone.setConnectionId(connectionId);
+    gone.setBunchId(bunchId);
+    gone.setGenerationId(generationId);
+    m_notifier->notifyV2(gone);
+    status.setStatus(3);
+    m_notifier->notifyV2(status);
     return Outcome::success();
 }
 

@@ -43,6 +43,9 @@ public:
     // Plans
     Outcome savePlan(const QUuid& id, const QString& xml, const QString& profile);
     Outcome removePlan(const QUuid& id);
+    // Deletes one generation of a plan's backup data from the storage and
+    // the store, announcing each point, the generation and the outcome.
+    Outcome removeGeneration(const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId);
     Outcome startPlan(const QUuid& id, bool forceFull, bool verify = false);
     Outcome stopPlan(const QUuid& id);
     QJsonArray planList();

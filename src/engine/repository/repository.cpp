@@ -5,6 +5,9 @@
 #include <QJsonObject>
 
 #include "chunking/chunker.h"
+#include "encryption/objectkey.h"
+#include "repository/ciphertransform.h"
+#include "repository/generationkey.h"
 #include "repository/identitytransform.h"
 #include "repository/packreader.h"
 #include "repository/packtrailer.h"
@@ -73,7 +76,8 @@ QString Repository::treeKey(const QUuid& generation, int sequence) const
     return generationFolder(generation) + QStringLiteral("/points/") + sequenceName(sequence);
 }
 
-StorageStatus Repository::startGeneration(const QUuid& generation, const QString& transformName)
+StorageStatus Repository::startGeneration(
+    const QUuid& generation, const QString& transformName, const ObjectKey* key)
 {
     const QString configKey = m_root + QStringLiteral("/config");
     const StorageStat config = m_driver->stat(configKey);
@@ -92,27 +96,65 @@ StorageStatus Repository::startGeneration(const QUuid& generation, const QString
         if (!written.ok())
             return written;
     }
-    const QString key = generationKey(generation);
-    const StorageStat existing = m_driver->stat(key);
+    const QString recordKey = generationKey(generation);
+    const StorageStat existing = m_driver->stat(recordKey);
     if (!existing.ok() || existing.exists)
         return {existing.error};
-    const QJsonObject object {{QStringLiteral("transform"), transformName}};
-    return m_driver->write(key, QJsonDocument(object).toJson());
+    QJsonObject object {{QStringLiteral("transform"), transformName}};
+    if (key) {
+        object.insert(QStringLiteral("transform"),
+            (transformName == IdentityTransform().name() ? QString() : transformName + QLatin1Char('+'))
+                + GenerationKey::cipherName(key->key().size()));
+        object.insert(QStringLiteral("key"), GenerationKey::describe(*key));
+        object.insert(QStringLiteral("chunkIds"), QStringLiteral("hmac-sha-256"));
+    }
+    return m_driver->write(recordKey, QJsonDocument(object).toJson());
 }
 
-std::unique_ptr<ChunkTransform> Repository::generationTransform(const QUuid& generation, QString* error) const
+OpenedGeneration Repository::openGeneration(const QUuid& generation, const QString& password) const
 {
+    OpenedGeneration opened;
     const QString key = generationKey(generation);
     const StorageRead read = m_driver->read(key);
     if (!read.ok()) {
-        *error = read.error;
-        return nullptr;
+        opened.error = read.error;
+        return opened;
     }
-    const QString name = QJsonDocument::fromJson(read.data).object().value(QStringLiteral("transform")).toString();
-    auto result = transform(name);
-    if (!result)
-        *error = QStringLiteral("The generation %1 uses the unknown transform \"%2\"").arg(noBraces(generation), name);
-    return result;
+    const QJsonObject record = QJsonDocument::fromJson(read.data).object();
+    const QString name = record.value(QStringLiteral("transform")).toString();
+    // "<compression>+aes-<bits>-gcm", "aes-<bits>-gcm" or a compression alone.
+    const int plus = name.indexOf(QLatin1Char('+'));
+    const QString last = plus < 0 ? name : name.mid(plus + 1);
+    const bool enciphered = last.startsWith(QLatin1String("aes-")) && record.contains(QStringLiteral("key"));
+    if (!enciphered) {
+        opened.transform = transform(name);
+    } else {
+        auto inner = transform(plus < 0 ? IdentityTransform().name() : name.left(plus));
+        QString problem;
+        auto secret = GenerationKey::open(record.value(QStringLiteral("key")).toObject(), password, &problem);
+        if (!secret) {
+            opened.error = problem;
+            return opened;
+        }
+        if (inner && GenerationKey::cipherName(secret->key().size()) == last) {
+            opened.identifier = ChunkIdentifier(GenerationKey::chunkIdKey(*secret));
+            opened.chunkerSeed = GenerationKey::chunkerSeed(*secret);
+            opened.enciphered = true;
+            opened.transform = std::make_unique<CipherTransform>(std::move(inner), std::move(secret), password);
+        }
+    }
+    if (!opened.transform)
+        opened.error
+            = QStringLiteral("The generation %1 uses the unknown transform \"%2\"").arg(noBraces(generation), name);
+    return opened;
+}
+
+std::unique_ptr<ChunkTransform> Repository::generationTransform(
+    const QUuid& generation, QString* error, const QString& password) const
+{
+    OpenedGeneration opened = openGeneration(generation, password);
+    *error = opened.error;
+    return std::move(opened.transform);
 }
 
 QList<QUuid> Repository::generations(QString* error) const

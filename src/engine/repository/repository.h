@@ -8,14 +8,15 @@
 #include <QStringList>
 #include <QUuid>
 
+#include "chunking/chunkidentifier.h"
 #include "repository/packresult.h"
 #include "repository/pointtree.h"
 #include "storage/storageresult.h"
 
 namespace NVB::Engine {
 
-class ChunkIdentifier;
 class ChunkTransform;
+class ObjectKey;
 class StorageDriver;
 
 // Where a chunk lies: which pack, and its entry there.
@@ -27,6 +28,17 @@ struct ChunkLocation
 
 // The chunk index of one generation: every chunk its packs hold.
 using ChunkIndex = QHash<QByteArray, ChunkLocation>;
+
+// What reading and writing a generation takes: its transform, how its chunks
+// are named and cut. Enciphered generations key all three to the password.
+struct OpenedGeneration
+{
+    std::unique_ptr<ChunkTransform> transform;
+    ChunkIdentifier identifier;
+    quint64 chunkerSeed = 0;
+    bool enciphered = false;
+    QString error;
+};
 
 // The layout of the new format's repository of one plan below `root`:
 //
@@ -58,9 +70,17 @@ public:
 
     // Writes the repository's configuration if it is missing and the
     // generation's record; an existing generation keeps its transform.
-    StorageStatus startGeneration(const QUuid& generation, const QString& transformName);
+    // `transformName` is the compression step ("identity", "zstd-3"); with a
+    // `key` the generation is enciphered under it and records its salt and
+    // check.
+    StorageStatus startGeneration(
+        const QUuid& generation, const QString& transformName, const ObjectKey* key = nullptr);
+    // The generation's transform and chunk naming under `password`. A wrong
+    // password fails here, from the record alone, with "wrong password".
+    OpenedGeneration openGeneration(const QUuid& generation, const QString& password = {}) const;
     // The generation's transform, or null with `error` set.
-    std::unique_ptr<ChunkTransform> generationTransform(const QUuid& generation, QString* error) const;
+    std::unique_ptr<ChunkTransform> generationTransform(
+        const QUuid& generation, QString* error, const QString& password = {}) const;
     QList<QUuid> generations(QString* error) const;
     QList<int> points(const QUuid& generation, QString* error) const;
     // Removes every object of the generation: its points, index and packs.

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include <QFile>
+#include <QSet>
 
 #include "core/bytename.h"
 #include "retentionplanner.h"
@@ -42,9 +43,19 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
         return result;
     }
     result.versions = plan.versions;
+    QSet<QUuid> emptied;
     for (const RetentionPlanner::Point& entry : points) {
-        if (plan.points.contains(entry.point.rowId))
+        if (plan.points.contains(entry.point.rowId)) {
             result.points.append(entry.point);
+            emptied.insert(entry.point.generationId);
+        }
+    }
+    // A generation without points is of no use to anyone; its objects went
+    // with the versions above. The newest point's generation is never empty.
+    for (const QUuid& generation : std::as_const(emptied)) {
+        if (repository.restorePoints(connectionId, bunchId, generation).isEmpty()
+            && repository.removeGeneration(generation))
+            result.generations.append(generation);
     }
 
     QString error;
@@ -62,6 +73,32 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
             result.error = QStringLiteral("Cannot delete the expired object %1").arg(object);
     }
     return result;
+}
+
+QList<RunFileRecord> RetentionJob::history(
+    const Result& result, const QUuid& planId, const QString& planName, const QDateTime& now)
+{
+    QList<RunFileRecord> lines;
+    // The text is in the file column and the message stays empty: the
+    // history shows a message as a warning, and a removal the policy asked
+    // for is none.
+    const auto line = [&](const QString& what) {
+        RunFileRecord record;
+        record.planId = planId;
+        record.planName = planName;
+        record.file = QStringLiteral("Removed by the retention policy: %1").arg(what);
+        record.operation = RunFileRecord::Removed;
+        record.finishUtc = now;
+        lines.append(record);
+    };
+    for (const StoredRestorePoint& point : result.points)
+        line(QStringLiteral("restore point of %1 (generation %2, point %3)")
+                 .arg(point.startUtc.toString(Qt::ISODate), point.generationId.toString(QUuid::WithoutBraces))
+                 .arg(point.sequenceNumber));
+    for (const QUuid& generation : result.generations)
+        line(QStringLiteral("generation %1, no restore point left in it")
+                 .arg(generation.toString(QUuid::WithoutBraces)));
+    return lines;
 }
 
 } // namespace NVB::Engine

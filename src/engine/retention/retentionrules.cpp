@@ -37,10 +37,6 @@ int unitDays(int unit)
 RetentionRules RetentionRules::fromPlan(const NVB::Info::Plan::Backup& plan, const NVB::DefaultSettings* defaults)
 {
     RetentionRules rules;
-    // The new format purges whole generations and ignores the global
-    // defaults, which are the legacy format's.
-    if (plan.isArchive())
-        return rules;
     const auto& policy = plan.retentionPolicy();
     if (policy.type() == NVB::Info::Plan::BackupRetentionPolicy::Default) {
         if (defaults) {

@@ -15,18 +15,10 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
             NVB::Info::Plan::BackupEncyption::typeToStr(plan.encryption().encryptionType()));
     if (plan.encryption().isEnabled() && plan.encryption().password().isEmpty())
         return QStringLiteral("encryption without a password");
-    // The new format's packs pass through compression only; its runs leave
-    // files in use to the copy as they find them.
-    if (plan.isArchive() && plan.encryption().isEnabled())
-        return QStringLiteral("encryption in the new backup format");
+    // The new format's runs leave files in use to the copy as they find them.
     const auto* file = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&plan);
     if (plan.isArchive() && file && file->skipInUseFiles())
         return QStringLiteral("skipping files in use in the new backup format");
-    const auto& retention = plan.retentionPolicy();
-    // The legacy format's retention is carried out after each run; the new
-    // format's purges whole generations, which this path does not.
-    if (plan.isArchive() && (retention.useDeleteOlder() || retention.useKeepVersion() || retention.useDeleteLocaly()))
-        return QStringLiteral("retention policy");
     // Scheduled full backups and the size condition start a new generation;
     // pre and post actions run around the work (actions/planactions).
     // Block-level upload only saves transfer: whole files make the same

@@ -13,6 +13,7 @@
 #include "actions/planactions.h"
 #include "archive/archivebackupjob.h"
 #include "archive/archiveconsistencycheck.h"
+#include "archive/archiveretentionjob.h"
 #include "archive/archiverestorejob.h"
 #include "core/bytename.h"
 #include "core/nvldebug.h"
@@ -207,7 +208,12 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         const auto last = m_store->bunch(active.plan.storageId, active.plan.id);
         const auto lastPlan = last ? NVB::Info::Plan::Factory::create(last->planXml) : nullptr;
         const auto* lastFile = dynamic_cast<const NVB::Info::Plan::BackupFile*>(lastPlan.get());
-        if (!lastFile || lastFile->useCompression() != plan->useCompression())
+        // So does a change of encryption or password: a generation has one key.
+        if (!lastFile || lastFile->useCompression() != plan->useCompression()
+            || lastFile->encryption().isEnabled() != plan->encryption().isEnabled()
+            || (plan->encryption().isEnabled()
+                && (lastFile->encryption().password() != plan->encryption().password()
+                    || lastFile->encryption().encryptionType() != plan->encryption().encryptionType())))
             previous.reset();
     }
     active.makesPoint = true;
@@ -281,10 +287,28 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const RetentionRules rules = RetentionRules::fromPlan(*plan, NVB::DefaultSettings::instance());
     if (!rules.isEmpty()) {
-        active.afterPoint = [rules, connection = active.plan.storageId, bunch = active.plan.id,
+        ArchiveRetentionJob::Parameters archived;
+        if (plan->isArchive()) {
+            archived.connectionId = active.plan.storageId;
+            archived.bunchId = active.plan.id;
+            archived.storageRoot = parameters.storageRoot;
+            archived.repositoryRoot = archiveRoot(prefix, active.plan.id);
+            archived.password = password;
+            archived.rules = rules;
+        }
+        active.afterPoint = [rules, archive = plan->isArchive(), archived, connection = active.plan.storageId,
+                                bunch = active.plan.id, planName = active.plan.name,
                                 root = parameters.storageRoot](const QString& storeFile, RunOutcome* outcome) {
-            const auto pruned
-                = RetentionJob::apply(storeFile, connection, bunch, root, rules, QDateTime::currentDateTimeUtc());
+            const QDateTime now = QDateTime::currentDateTimeUtc();
+            RetentionJob::Result pruned;
+            if (archive) {
+                ArchiveRetentionJob::Parameters parameters = archived;
+                parameters.storeFile = storeFile;
+                parameters.now = now;
+                pruned = ArchiveRetentionJob::apply(parameters);
+            } else {
+                pruned = RetentionJob::apply(storeFile, connection, bunch, root, rules, now);
+            }
             NVL::NvlDebug log(QStringLiteral("NVB"));
             if (!pruned.error.isEmpty())
                 log.warning() << QStringLiteral("Retention of the plan %1: %2").arg(bunch.toString(), pruned.error);
@@ -294,6 +318,12 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                                   .arg(pruned.versions)
                                   .arg(pruned.points.size());
             outcome->prunedPoints = pruned.points;
+            outcome->prunedGenerations = pruned.generations;
+            StoreDatabase database;
+            if (database.open(storeFile)
+                && !RunStore(database).addRunFiles(outcome->runId, RetentionJob::history(pruned, bunch, planName, now)))
+                log.warning() << QStringLiteral("The retention of the plan %1 is not in the history: %2")
+                                     .arg(bunch.toString(), database.lastError());
         };
     }
     const QUuid planId = active.plan.id;
@@ -311,6 +341,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         archive.reBackupModifiedSince = parameters.reBackupModifiedSince;
         archive.backupEmptyFolders = parameters.backupEmptyFolders;
         archive.compress = parameters.compress;
+        archive.password = password;
+        archive.keyBytes = keyBytes;
         archive.followFileSymlinks = parameters.followFileSymlinks;
         archive.neverTaken = parameters.neverTaken;
         archive.oneFileSystem = parameters.oneFileSystem;
@@ -328,7 +360,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
             return outcome;
         };
         *work = ArchiveConsistencyCheck::around(parameters.storageRoot, archiveRoot(prefix, planId),
-            point.generationId, plan->useConsistencyCheck(), std::move(*work));
+            point.generationId, plan->useConsistencyCheck(), std::move(*work), password);
         return {};
     }
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
@@ -462,6 +494,7 @@ QString RunManager::prepareRestore(
         parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
         parameters.skipExistingFiles = plan->skipExistingFiles();
         parameters.onlyNewFiles = plan->onlyNewFiles();
+        parameters.password = plan->encryptionPassword();
         *work = archiveJob(active.plan.id, std::move(parameters));
         return {};
     }
@@ -497,6 +530,9 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
         parameters.generation = point->generationId;
         parameters.sequence = point->sequenceNumber;
         parameters.verifyOnly = true;
+        if (const auto record = NVB::Info::Plan::Factory::create(active.plan.xml);
+            const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data()))
+            parameters.password = backup->encryption().password();
         *work = archiveJob(active.plan.id, std::move(parameters));
         return {};
     }
@@ -602,6 +638,7 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
         };
         if (attempt(outcome->planResult, message, keepsPoint)) {
             outcome->recorded = true;
+            outcome->runId = run.id;
             outcome->pointRowId = keepsPoint ? point.rowId : 0;
             return;
         }
@@ -690,6 +727,8 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
         madePoint && active.newGeneration);
     if (!outcome.prunedPoints.isEmpty())
         emit restorePointsRemoved(outcome.prunedPoints);
+    if (!outcome.prunedGenerations.isEmpty())
+        emit generationsRemoved(active.plan.storageId, active.plan.id, outcome.prunedGenerations);
 }
 
 void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>& kept)

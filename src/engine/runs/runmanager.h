@@ -61,6 +61,7 @@ signals:
         bool newBunch, bool newGeneration);
     // Restore points that a plan's retention removed after its run.
     void restorePointsRemoved(const QList<NVB::Engine::StoredRestorePoint>& points);
+    void generationsRemoved(const QUuid& connectionId, const QUuid& bunchId, const QList<QUuid>& generations);
 
 private:
     struct ActiveRun

@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QString>
+#include <QUuid>
 
 #include "runprogress.h"
 #include "store/contentchanges.h"
@@ -34,8 +35,11 @@ struct RunOutcome
     bool recorded = false;
     QString recordError;
     qint64 pointRowId = 0;
-    // Earlier restore points the plan's retention removed after this run.
+    qint64 runId = 0;
+    // Earlier restore points the plan's retention removed after this run,
+    // and generations it left empty and removed.
     QList<StoredRestorePoint> prunedPoints;
+    QList<QUuid> prunedGenerations;
 };
 
 } // namespace NVB::Engine

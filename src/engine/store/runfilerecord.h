@@ -9,7 +9,8 @@ namespace NVB::Engine {
 // One file of a run in the history.
 struct RunFileRecord
 {
-    enum Operation { Copied = 1, Restored = 2, Failed = 3, Skipped = 4 };
+    // Removed: a restore point or generation that retention took away.
+    enum Operation { Copied = 1, Restored = 2, Failed = 3, Skipped = 4, Removed = 5 };
 
     qint64 id = 0;
     qint64 runId = 0;

@@ -69,17 +69,8 @@ bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files
             if (!q.exec())
                 return m_db.fail(QStringLiteral("Cannot close the run: %1").arg(q.lastError().text()));
 
-            QSqlQuery f(db);
-            f.prepare(QStringLiteral("INSERT INTO run_files(run_id, plan_id, plan_name, file, operation, size, "
-                                     "modified_utc, finish_utc, duration, message) VALUES(?,?,?,?,?,?,?,?,?,?)"));
-            for (const RunFileRecord& file : files) {
-                for (const QVariant& value : {QVariant(run.id), QVariant(text(file.planId)), str(file.planName),
-                         str(file.file), QVariant(file.operation), QVariant(file.size), stamp(file.modifiedUtc),
-                         stamp(file.finishUtc), QVariant(file.durationMs), str(file.message)})
-                    f.addBindValue(value);
-                if (!f.exec())
-                    return m_db.fail(QStringLiteral("Cannot record a file of the run: %1").arg(f.lastError().text()));
-            }
+            if (!insertFiles(run.id, files))
+                return false;
             if (!PlanStore(m_db).writeSummary(summary))
                 return false;
             if (!withPoint)
@@ -91,6 +82,27 @@ bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files
     if (ok && pointRowId)
         *pointRowId = made;
     return ok;
+}
+
+bool RunStore::insertFiles(qint64 runId, const QList<RunFileRecord>& files)
+{
+    QSqlQuery f(m_db.database());
+    f.prepare(QStringLiteral("INSERT INTO run_files(run_id, plan_id, plan_name, file, operation, size, "
+                             "modified_utc, finish_utc, duration, message) VALUES(?,?,?,?,?,?,?,?,?,?)"));
+    for (const RunFileRecord& file : files) {
+        for (const QVariant& value : {QVariant(runId), QVariant(text(file.planId)), str(file.planName),
+                 str(file.file), QVariant(file.operation), QVariant(file.size), stamp(file.modifiedUtc),
+                 stamp(file.finishUtc), QVariant(file.durationMs), str(file.message)})
+            f.addBindValue(value);
+        if (!f.exec())
+            return m_db.fail(QStringLiteral("Cannot record a file of the run: %1").arg(f.lastError().text()));
+    }
+    return true;
+}
+
+bool RunStore::addRunFiles(qint64 runId, const QList<RunFileRecord>& files)
+{
+    return files.isEmpty() || m_db.transaction([&] { return insertFiles(runId, files); });
 }
 
 int RunStore::closeInterruptedRuns(int runningResult, int interruptedResult, int idleStatus)

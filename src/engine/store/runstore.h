@@ -42,6 +42,8 @@ public:
     bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary,
         const StoredBunch* bunch, const StoredRestorePoint* point, const ContentChanges& changes,
         qint64* pointRowId = nullptr);
+    // Adds lines to a finished run's history (what its retention removed).
+    bool addRunFiles(qint64 runId, const QList<RunFileRecord>& files);
     // Marks runs left "running" by a previous engine as interrupted, and
     // every plan idle; answers how many runs there were.
     int closeInterruptedRuns(int runningResult, int interruptedResult, int idleStatus);
@@ -49,6 +51,7 @@ public:
     QList<RunFileRecord> runFiles(const HistoryQuery& query);
 
 private:
+    bool insertFiles(qint64 runId, const QList<RunFileRecord>& files);
     bool finishRun(const RunRecord& run, const QList<RunFileRecord>& files, const StoredPlan& summary, bool withPoint,
         const std::function<qint64()>& insertPoint, qint64* pointRowId);
     // One history page: `select` plus the query's filter, executed; an
