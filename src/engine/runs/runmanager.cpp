@@ -12,14 +12,17 @@
 #include "actions/planactions.h"
 #include "archiverun.h"
 #include "core/nvldebug.h"
+#include "diskimagerun.h"
 #include "filebackupjob.h"
 #include "legacyfilerun.h"
 #include "notify/runnotifier.h"
 #include "planoptions.h"
+#include "records/plan/backupdiskimage.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
+#include "records/plan/restorediskimage.h"
 #include "records/plan/restorefile.h"
 #include "retention/retentionjob.h"
 #include "runpreparation.h"
@@ -75,6 +78,9 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
     QString reason;
     if (!record)
         reason = QStringLiteral("The stored plan cannot be read");
+    else if (verify && dynamic_cast<const NVB::Info::Plan::BackupDiskImage*>(record.data()))
+        reason = QStringLiteral("Disk image plans have no verify run: an image is checked block by block when it is "
+                                "restored");
     else if (stored->subtype == 1 && verify)
         reason = prepareVerify(active, &work);
     else if (verify)
@@ -114,9 +120,11 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
 QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base& record, bool forceFull,
     std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
+    if (const auto* image = dynamic_cast<const NVB::Info::Plan::BackupDiskImage*>(&record))
+        return DiskImageRun::prepareBackup(m_store, active, *image, reporter(active.plan.id), work);
     const auto* plan = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&record);
     if (!plan)
-        return QStringLiteral("Only file backup plans can run on this engine");
+        return QStringLiteral("Only file and disk image backup plans can run on this engine");
     const QString option = PlanOptions::unperformed(*plan);
     if (!option.isEmpty()) {
         return QStringLiteral("The plan asks for %1, which this engine does not perform yet; turn it off to run the "
@@ -219,9 +227,11 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
 QString RunManager::prepareRestore(
     ActiveRun& active, const NVB::Info::Plan::Base& record, std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
+    if (const auto* image = dynamic_cast<const NVB::Info::Plan::RestoreDiskImage*>(&record))
+        return DiskImageRun::prepareRestore(m_store, active, *image, reporter(active.plan.id), work);
     const auto* plan = dynamic_cast<const NVB::Info::Plan::RestoreFile*>(&record);
     if (!plan)
-        return QStringLiteral("Only file restore plans can run on this engine");
+        return QStringLiteral("Only file and disk image restore plans can run on this engine");
 
     QString prefix;
     QString error;
