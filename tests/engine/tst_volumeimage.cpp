@@ -151,6 +151,13 @@ private slots:
         };
         QVERIFY(run(QStringLiteral("mount"), {volume.device, mnt}));
         QVERIFY(write(QStringLiteral("kept.txt"), QByteArray("kept\n").repeated(10000)));
+        // Random bytes left behind in free blocks: only the file system's
+        // bitmap tells that the image needs none of them.
+        QByteArray noise(8 << 20, Qt::Uninitialized);
+        QRandomGenerator(18).fillRange(reinterpret_cast<quint32*>(noise.data()), noise.size() / 4);
+        QVERIFY(write(QStringLiteral("gone.bin"), noise));
+        QVERIFY(run(QStringLiteral("sync"), {}));
+        QVERIFY(QFile::remove(mnt + QStringLiteral("/gone.bin")));
         QVERIFY(run(QStringLiteral("umount"), {mnt}));
 
         EngineStore store;
@@ -202,7 +209,7 @@ private slots:
         QCOMPARE(images.size(), 1);
         QCOMPARE(images.first().path, volume.device);
         QCOMPARE(images.first().size, qint64(32) << 20);
-        QVERIFY(QFileInfo(dir.filePath(QStringLiteral("storage/") + images.first().object)).size() < (8 << 20));
+        QVERIFY(QFileInfo(dir.filePath(QStringLiteral("storage/") + images.first().object)).size() < (2 << 20));
         QVERIFY(!progressed.isEmpty());
         const auto last = progressed.last().at(2).value<RunProgress>();
         QCOMPARE(last.volumes.size(), 1);
