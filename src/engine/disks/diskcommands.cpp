@@ -19,7 +19,11 @@ namespace {
 // snapshots are not taken yet. The answers say so instead of pretending.
 QString snapshotMessage()
 {
-    const bool lvm = QFile::exists(QStringLiteral("/dev/mapper/control"))
+    // A /dev/mapper/control node can exist without the kernel driver behind
+    // it (containers); the kernel's list of misc devices tells.
+    QFile misc(QStringLiteral("/proc/misc"));
+    const bool mapper = misc.open(QIODevice::ReadOnly) && misc.readAll().contains(" device-mapper\n");
+    const bool lvm = mapper
         && (QFile::exists(QStringLiteral("/sbin/lvcreate")) || QFile::exists(QStringLiteral("/usr/sbin/lvcreate")));
     return lvm ? QStringLiteral("Snapshots are not available: LVM is present, but this engine does not take LVM "
                                 "snapshots yet; volumes are imaged without a snapshot")

@@ -1,7 +1,7 @@
 #include "wizards/backup/installsnapshotdriverdialog.h"
 
 #include <QDialogButtonBox>
-#include <QFileInfo>
+#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -30,12 +30,15 @@ InstallSnapshotDriverDialog::InstallSnapshotDriverDialog(QWidget* parent)
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
 
-bool InstallSnapshotDriverDialog::CheckInstall(const QString& devRoot, const QString& path)
+bool InstallSnapshotDriverDialog::CheckInstall(const QString& miscDevices, const QString& path)
 {
     const QStringList paths = path.isEmpty() ? QStringList() : path.split(QLatin1Char(':'));
     const bool tools = !QStandardPaths::findExecutable(QStringLiteral("lvcreate"), paths).isEmpty()
         && !QStandardPaths::findExecutable(QStringLiteral("lvremove"), paths).isEmpty();
-    return tools && QFileInfo::exists(devRoot + QStringLiteral("/mapper/control"));
+    // A /dev/mapper/control node may exist without the driver behind it
+    // (containers); the kernel's own list of misc devices tells.
+    QFile misc(miscDevices);
+    return tools && misc.open(QIODevice::ReadOnly) && misc.readAll().contains(" device-mapper\n");
 }
 
 void InstallSnapshotDriverDialog::check()

@@ -16,9 +16,11 @@ class InstallSnapshotDriverDialog : public QDialog
 public:
     explicit InstallSnapshotDriverDialog(QWidget* parent = nullptr);
 
-    // True when the LVM tools and the device-mapper are there. `devRoot`
-    // and `path` are for tests.
-    static bool CheckInstall(const QString& devRoot = QStringLiteral("/dev"), const QString& path = QString());
+    // True when the LVM tools are there and the kernel offers the
+    // device-mapper that LVM snapshots need. `miscDevices` and `path` are
+    // for tests.
+    static bool CheckInstall(
+        const QString& miscDevices = QStringLiteral("/proc/misc"), const QString& path = QString());
 
 private:
     void check();
