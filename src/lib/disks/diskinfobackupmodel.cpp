@@ -36,18 +36,6 @@ void DiskInfoBackupModel::announceAll()
     }
 }
 
-void DiskInfoBackupModel::initFromDiskInfo(const QSharedPointer<NVB::Info::DiskInfo>& info)
-{
-    if (!info)
-        return;
-    if (!diskInfo()) {
-        DiskInfoModel::initFromDiskInfo(info);
-        return;
-    }
-    diskInfo()->setOptions(info);
-    announceAll();
-}
-
 void DiskInfoBackupModel::selectAllDrives()
 {
     if (!diskInfo())

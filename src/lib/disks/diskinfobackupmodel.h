@@ -13,11 +13,6 @@ class DiskInfoBackupModel : public DiskInfoModel
 public:
     using DiskInfoModel::DiskInfoModel;
 
-    // Lays a plan's saved choice over the machine's disks once they are
-    // loaded (disks and volumes matched by id; those gone since are
-    // dropped); before that, shows `info` itself.
-    void initFromDiskInfo(const QSharedPointer<NVB::Info::DiskInfo>& info);
-
     void selectAllDrives();
     void selectSystemRequired();
     bool isAllDrivesSelected() const;

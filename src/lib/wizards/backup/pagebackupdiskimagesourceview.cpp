@@ -1,5 +1,7 @@
 #include "wizards/backup/pagebackupdiskimagesourceview.h"
 
+#include <utility>
+
 #include <QLocale>
 #include <QMessageBox>
 #include <QTreeView>
@@ -53,7 +55,12 @@ void BackupPlanEditWizard::PageBackupDiskImageSourceView::applySourceChoice()
 void BackupPlanEditWizard::PageBackupDiskImageSourceView::onComplite()
 {
     setEnabled(true);
-    m_model->initFromDiskInfo(m_diskInfo);
+    // An edited plan shows the disks it was saved with; that load answers
+    // with complite() again, so the kept record is handed over only once.
+    if (const auto kept = std::exchange(m_diskInfo, {})) {
+        m_model->initFromDiskInfo(kept);
+        return;
+    }
     applySourceChoice();
     emit completeChanged();
 }
