@@ -10,7 +10,7 @@ packages=(
     openssh-server openssh-client openssl procps
     mount e2fsprogs
     rsync
-    libcurl4-openssl-dev libblkid-dev libmount-dev
+    libcurl4-openssl-dev libblkid-dev libmount-dev libext2fs-dev lvm2
     swift-proxy swift-object swift-container swift-account memcached python3-swiftclient rclone
     python3-aiosmtpd
 )

@@ -17,6 +17,8 @@
 #include "masterpasswordgate.h"
 #include "planlistview.h"
 #include "planprogresspanel.h"
+#include "records/plan/planenums.h"
+#include "restoreimagedialog.h"
 #include "plans/planbackupmodel.h"
 #include "plans/plancontrolobject.h"
 #include "plans/planrestoremodel.h"
@@ -110,6 +112,9 @@ void MainWindow::buildToolBar()
     m_editAction->setObjectName(QStringLiteral("editPlan"));
     m_runAction->setObjectName(QStringLiteral("runPlan"));
     m_deleteAction->setObjectName(QStringLiteral("deletePlan"));
+    m_restoreImageAction = bar->addAction(tr("Restore image"), this, &MainWindow::onRestoreImage);
+    m_restoreImageAction->setObjectName(QStringLiteral("restoreImage"));
+    m_restoreImageAction->setEnabled(false);
     // The legacy format's default retention, which plans on "Use default"
     // follow; written through as it is changed.
     QAction* retention = bar->addAction(tr("Retention policy"), this, [this] {
@@ -146,6 +151,7 @@ void MainWindow::onCurrentPlanChanged(const QUuid& id, int subtype)
     m_editAction->setEnabled(chosen && subtype == 1);
     m_runAction->setEnabled(chosen);
     m_deleteAction->setEnabled(chosen);
+    m_restoreImageAction->setEnabled(chosen && subtype == 1);
 }
 
 void MainWindow::onPlanStatusChanged(int status, int)
@@ -205,6 +211,8 @@ void MainWindow::onNewBackupPlan()
     if (choice != TryNewBackupFormatDialog::NewFormat && choice != TryNewBackupFormatDialog::CurrentFormat)
         return;
     auto* wizard = new NVB::GUI::BackupPlanEditWizard(choice == TryNewBackupFormatDialog::NewFormat, this);
+    // Files or whole volumes: the first page asks.
+    wizard->addBackupTypePage();
     wizard->setAttribute(Qt::WA_DeleteOnClose);
     wizard->open();
 }
@@ -238,6 +246,22 @@ void MainWindow::openEditor(const QUuid& planId)
 void MainWindow::onRunOrStop()
 {
     m_control->onChangePlanStatus();
+}
+
+void MainWindow::onRestoreImage()
+{
+    const PlanListView* list = currentList();
+    const auto plans = NVB::GUI::PlanXmlList::instance();
+    if (!list || list->currentPlan().isNull() || !plans)
+        return;
+    const NVB::Info::Plan::Base* plan = plans->plan(list->currentPlan());
+    if (!plan || plan->type() != int(NVB::Info::Plan::SubType::DiskImage)) {
+        QMessageBox::information(this, tr("Restore image"), tr("Choose a disk image backup plan to restore from."));
+        return;
+    }
+    auto* dialog = new RestoreImageDialog(plan->id(), plan->storage(), plan->name(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
 }
 
 void MainWindow::onDeletePlan()

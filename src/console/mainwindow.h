@@ -45,6 +45,8 @@ public slots:
     void onEditPlan();
     void onRunOrStop();
     void onDeletePlan();
+    // Restores the selected disk image plan's newest image.
+    void onRestoreImage();
 
 private slots:
     void onCurrentPlanChanged(const QUuid& id, int subtype);
@@ -65,6 +67,7 @@ private:
     QAction* m_editAction = nullptr;
     QAction* m_runAction = nullptr;
     QAction* m_deleteAction = nullptr;
+    QAction* m_restoreImageAction = nullptr;
     PlanProgressPanel* m_progressPanel;
     HistoryPanel* m_historyPanel;
     DisksPanel* m_disks = nullptr;

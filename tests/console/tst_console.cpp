@@ -12,7 +12,11 @@
 #include <QSpinBox>
 #include <QStatusBar>
 #include <QTableView>
+#include <QAbstractItemModelTester>
+#include <QProcess>
+#include <QTreeView>
 #include <QtTest>
+#include <unistd.h>
 
 #include "accounts/local/localadd.h"
 #include "accounts/storageseditlist.h"
@@ -34,7 +38,9 @@
 #include "plans/history/historygetbyplanmodel.h"
 #include "plans/progress/planfileprogress.h"
 #include "plantablecreator.h"
+#include "disks/diskinforestoremodel.h"
 #include "records/plan/planresult.h"
+#include "restoreimagedialog.h"
 #include "service/connectionmanager.h"
 #include "service/manager.h"
 #include "service/v2/command.h"
@@ -49,6 +55,9 @@
 #include "wizards/backup/backupplaneditwizard.h"
 #include "wizards/backup/pageadvancedfilter.h"
 #include "wizards/backup/pagebackupactions.h"
+#include "wizards/backup/pagebackupdiskimageadvancedoptions.h"
+#include "wizards/backup/pagebackupdiskimagesourceview.h"
+#include "wizards/backup/pagebackuptype.h"
 #include "wizards/backup/pagecompressionendencryption.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pageretentionpolicy.h"
@@ -72,6 +81,17 @@ void keepPicture(QWidget* widget, const char* name)
     const QString dir = qEnvironmentVariable("NVB_SCREENSHOT_DIR");
     if (!dir.isEmpty())
         widget->grab().save(dir + QLatin1Char('/') + QLatin1String(name) + QStringLiteral(".png"));
+}
+
+bool command(const QString& program, const QStringList& arguments, QString* output = nullptr)
+{
+    QProcess process;
+    process.start(program, arguments);
+    const bool ok = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit
+        && process.exitCode() == 0;
+    if (output)
+        *output = QString::fromLocal8Bit(process.readAllStandardOutput()).trimmed();
+    return ok;
 }
 
 bool sameIcon(const QVariant& shown, IconManager::Type type)
@@ -176,6 +196,8 @@ private slots:
         auto* wizard = window.findChild<BackupPlanEditWizard*>();
         QVERIFY(wizard);
         QVERIFY(QTest::qWaitForWindowExposed(wizard));
+        QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageBackupTypeId));
+        wizard->next(); // files, as offered
         QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageCloudId));
         auto* cloud = qobject_cast<NVB::GUI::PlanWizardBase::PageCloud*>(wizard->currentPage());
         QVERIFY(cloud);
@@ -397,6 +419,7 @@ private slots:
         auto* legacy = window.findChild<BackupPlanEditWizard*>();
         QVERIFY(legacy);
         QVERIFY(QTest::qWaitForWindowExposed(legacy));
+        legacy->next();
         auto* storagePage = qobject_cast<NVB::GUI::PlanWizardBase::PageCloud*>(legacy->currentPage());
         QVERIFY(storagePage);
         const QModelIndex account = storagePage->list()->model()->index(0, 0);
@@ -454,6 +477,161 @@ private slots:
             QVERIFY(!bytes.contains("a.txt") && !bytes.contains("b.txt"));
         }
         QCOMPARE(sealed, 3); // the two text files and the picture, no filter here
+    }
+
+    // A disk image plan made through the image pages, run, and restored over
+    // the volume from the Restore image dialog; the files come back.
+    void shouldImageAndRestoreVolumeFromTheWindow()
+    {
+        if (!QFile::exists(QStringLiteral("/dev/loop-control")) || ::geteuid() != 0)
+            QSKIP("Loop devices are missing or the test does not run as root");
+        const QString image = m_volume.filePath(QStringLiteral("volume.img"));
+        QString device;
+        QVERIFY(command(QStringLiteral("truncate"), {QStringLiteral("-s"), QStringLiteral("32M"), image}));
+        QVERIFY(command(QStringLiteral("losetup"), {QStringLiteral("-f"), QStringLiteral("--show"), image}, &device));
+        const auto detach = qScopeGuard([&] { command(QStringLiteral("losetup"), {QStringLiteral("-d"), device}); });
+        QVERIFY(command(QStringLiteral("mkfs.ext4"), {QStringLiteral("-q"), device}));
+        const QString mnt = m_volume.filePath(QStringLiteral("mnt"));
+        QVERIFY(QDir().mkpath(mnt));
+        const auto writeFile = [&](const QByteArray& bytes) {
+            if (!command(QStringLiteral("mount"), {device, mnt}))
+                return false;
+            QFile file(mnt + QStringLiteral("/kept.txt"));
+            const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+            file.close();
+            return command(QStringLiteral("umount"), {mnt}) && written;
+        };
+        const QByteArray original = QByteArray("imaged\n").repeated(20000);
+        QVERIFY(writeFile(original));
+        const QString name = QFileInfo(device).fileName();
+
+        MainWindow window;
+        window.show();
+        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
+        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
+        QTRY_VERIFY(!window.findChild<BackupPlanEditWizard*>());
+        whenModal<NVB::GUI::TryNewBackupFormatDialog>(
+            [](NVB::GUI::TryNewBackupFormatDialog* dialog) { dialog->tryNewButton()->click(); });
+        window.findChild<QAction*>(QStringLiteral("newPlan"))->trigger();
+        auto* wizard = window.findChild<BackupPlanEditWizard*>();
+        QVERIFY(wizard && QTest::qWaitForWindowExposed(wizard));
+        auto* type = qobject_cast<BackupPlanEditWizard::PageBackupType*>(wizard->currentPage());
+        QVERIFY(type);
+        type->imageButton()->setChecked(true);
+        wizard->next();
+        auto* storagePage = qobject_cast<NVB::GUI::PlanWizardBase::PageCloud*>(wizard->currentPage());
+        QVERIFY(storagePage);
+        const QModelIndex account = storagePage->list()->model()->index(0, 0);
+        QVERIFY(account.isValid());
+        storagePage->list()->setCurrentIndex(account);
+        QVERIFY(QMetaObject::invokeMethod(storagePage, "onCurrentItem", Q_ARG(QModelIndex, account)));
+        wizard->next();
+        qobject_cast<BackupPlanEditWizard::PageName*>(wizard->currentPage())
+            ->nameEdit()
+            ->setText(QStringLiteral("Volume plan"));
+        wizard->next();
+        QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageBackupDiskImageSourceId));
+        // A new image plan takes all drives; this one only the loop volume.
+        QVERIFY(wizard->field(QStringLiteral("Field_AllDrives")).toBool());
+        wizard->setField(QStringLiteral("Field_SelectedOnly"), true);
+        wizard->next();
+        auto* view = qobject_cast<BackupPlanEditWizard::PageBackupDiskImageSourceView*>(wizard->currentPage());
+        QVERIFY(view);
+        auto* disks = view->model();
+        QVERIFY(QTest::qWaitFor([&] { return disks->isLoad() && view->isEnabled(); }, 10000));
+        QVERIFY(!view->isComplete());
+        QModelIndex volume;
+        for (int row = 0; row < disks->rowCount() && !volume.isValid(); ++row) {
+            const QModelIndex disk = disks->index(row, 0);
+            if (disks->diskInfo()->disks().at(row).deviceName() == name) {
+                QVERIFY(disks->setData(disk, 2, NVB::GUI::DiskInfoModel::EnabledRole));
+                volume = disks->index(0, 0, disk);
+            }
+        }
+        QVERIFY(volume.isValid());
+        QVERIFY(disks->setData(volume, true, NVB::GUI::DiskInfoModel::EnabledRole));
+        QVERIFY(view->isComplete());
+        // No snapshot here: the page says so and reads the volume directly.
+        auto* options = qobject_cast<BackupPlanEditWizard::PageBackupDiskImageAdvancedOptions*>(
+            wizard->page(BackupPlanEditWizard::PageBackupDiskImageAdvancedOptionsId));
+        QVERIFY(options);
+        options->setInstallCheck([] { return false; });
+        options->setInstallQuestion([](QWidget*) { return false; });
+        wizard->next();
+        QCOMPARE(wizard->currentPage(), options);
+        QVERIFY(options->disableSnapshotBox()->isChecked() && !options->disableSnapshotBox()->isEnabled());
+        options->blockSizeBox()->setCurrentIndex(options->blockSizeBox()->findText(QStringLiteral("256 KB")));
+        for (int steps = 0; steps < 12 && wizard->currentId() != BackupPlanEditWizard::PageSummaryId; ++steps)
+            wizard->next();
+        QCOMPARE(wizard->currentId(), int(BackupPlanEditWizard::PageSummaryId));
+        wizard->button(QWizard::FinishButton)->click();
+
+        NVB::Console::PlanListView* list = window.backupPlans();
+        int row = -1;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                for (int i = 0; i < list->model()->rowCount(); ++i) {
+                    if (list->model()->index(i, Column::Name).data().toString() == QLatin1String("Volume plan"))
+                        row = i;
+                }
+                return row >= 0;
+            },
+            15000));
+        list->selectRow(row);
+        window.findChild<QAction*>(QStringLiteral("runPlan"))->trigger();
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return list->model()->index(row, Column::LastRunStatus).data().toInt()
+                    == int(NVB::Info::Plan::PlanResult::Success);
+            },
+            60000));
+        QVERIFY(writeFile("changed after the image"));
+
+        QAction* restore = window.findChild<QAction*>(QStringLiteral("restoreImage"));
+        QVERIFY(restore->isEnabled());
+        restore->trigger();
+        auto* dialog = window.findChild<NVB::Console::RestoreImageDialog*>();
+        QVERIFY(dialog);
+        NVB::GUI::DiskInfoRestoreModel* content = dialog->imageModel();
+        QAbstractItemModelTester tester(content, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QVERIFY(QTest::qWaitFor([&] { return content->isLoad() && dialog->targetBox()->count() > 0; }, 10000));
+        // Only the imaged volume can be chosen; the image holds just that one.
+        QModelIndex imaged;
+        for (int i = 0; i < content->rowCount(); ++i) {
+            const QModelIndex disk = content->index(i, 0);
+            const bool taken = content->diskInfo()->disks().at(i).deviceName() == name;
+            QCOMPARE(bool(content->flags(disk) & Qt::ItemIsUserCheckable), taken);
+            if (taken)
+                imaged = content->index(0, 0, disk);
+        }
+        QVERIFY(imaged.isValid());
+        QCOMPARE(imaged.data(NVB::GUI::DiskInfoModel::EnabledRole).toInt(), 2);
+        const int target = dialog->targetBox()->findText(QStringLiteral("/dev/%1 ").arg(name), Qt::MatchStartsWith);
+        QVERIFY(target >= 0);
+        dialog->targetBox()->setCurrentIndex(target);
+        QVERIFY(dialog->restoreButton()->isEnabled());
+        QTest::mouseClick(dialog->restoreButton(), Qt::LeftButton);
+
+        NVB::Console::PlanListView* restores = window.restorePlans();
+        namespace RestoreColumn = NVB::GUI::Models::Table::NvbPlanRestoreModelInfo::Column;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                const auto* model = restores->model();
+                for (int i = 0; i < model->rowCount(); ++i) {
+                    if (model->index(i, RestoreColumn::Name).data().toString() == QLatin1String("Restore Volume plan"))
+                        return model->index(i, RestoreColumn::LastRunStatus).data().toInt()
+                            == int(NVB::Info::Plan::PlanResult::Success);
+                }
+                return false;
+            },
+            60000));
+        QVERIFY(command(QStringLiteral("mount"), {device, mnt}));
+        QFile kept(mnt + QStringLiteral("/kept.txt"));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        const QByteArray back = kept.readAll();
+        kept.close();
+        QVERIFY(command(QStringLiteral("umount"), {mnt}));
+        QCOMPARE(back, original);
     }
 };
 

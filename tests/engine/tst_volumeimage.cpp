@@ -3,12 +3,20 @@
 #include <QCryptographicHash>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QtTest>
 
+#include "disks/diskscanner.h"
 #include "images/volumeimage.h"
+#include "records/plan/backupdiskimage.h"
+#include "records/plan/planresult.h"
+#include "records/plan/restorediskimage.h"
+#include "runs/runmanager.h"
+#include "store/enginestore.h"
 #include "testmain.h"
 
-using NVB::Engine::VolumeImage;
+using namespace NVB::Engine;
+using NVB::Info::Plan::PlanResult;
 
 namespace {
 
@@ -123,6 +131,130 @@ private slots:
         QVERIFY(cut.resize(cut.size() - 9));
         const auto broken = VolumeImage::restore(image, volume.device, stop);
         QVERIFY(!broken.ok && broken.error.contains(QStringLiteral("damaged")));
+    }
+
+    // A disk image plan and its restore plan, run by the run manager against
+    // a File System account, as the console starts them.
+    void shouldRunDiskImagePlansBackAndRestore()
+    {
+        if (!QFile::exists(QStringLiteral("/dev/loop-control")) || ::geteuid() != 0)
+            QSKIP("Loop devices are missing or the test does not run as root");
+        QTemporaryDir dir;
+        Loop volume;
+        QVERIFY(volume.attach(dir.filePath(QStringLiteral("volume.img")), QStringLiteral("32M")));
+        QVERIFY(run(QStringLiteral("mkfs.ext4"), {QStringLiteral("-q"), volume.device}));
+        const QString mnt = dir.filePath(QStringLiteral("mnt"));
+        QVERIFY(QDir().mkpath(mnt));
+        const auto write = [&](const QString& name, const QByteArray& bytes) {
+            QFile file(mnt + QLatin1Char('/') + name);
+            return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        };
+        QVERIFY(run(QStringLiteral("mount"), {volume.device, mnt}));
+        QVERIFY(write(QStringLiteral("kept.txt"), QByteArray("kept\n").repeated(10000)));
+        // Random bytes left behind in free blocks: only the file system's
+        // bitmap tells that the image needs none of them.
+        QByteArray noise(8 << 20, Qt::Uninitialized);
+        QRandomGenerator(18).fillRange(reinterpret_cast<quint32*>(noise.data()), noise.size() / 4);
+        QVERIFY(write(QStringLiteral("gone.bin"), noise));
+        QVERIFY(run(QStringLiteral("sync"), {}));
+        QVERIFY(QFile::remove(mnt + QStringLiteral("/gone.bin")));
+        QVERIFY(run(QStringLiteral("umount"), {mnt}));
+
+        EngineStore store;
+        QVERIFY(store.open(dir.filePath(QStringLiteral("engine.db"))));
+        QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("storage"))));
+        StoredAccount account {QUuid::createUuid(), {}, QStringLiteral("Disk"), 1, QStringLiteral("img"),
+            QJsonObject {{QStringLiteral("Path"), dir.filePath(QStringLiteral("storage"))}}};
+        QVERIFY(store.saveAccount(account));
+        const auto save = [&](const NVB::Info::Plan::Base& record) {
+            StoredPlan plan;
+            plan.id = record.id();
+            plan.name = record.name();
+            plan.xml = record.toXml();
+            plan.type = record.type();
+            plan.subtype = record.subtype();
+            plan.storageId = account.id;
+            return store.savePlan(plan);
+        };
+        const QString name = QFileInfo(volume.device).fileName();
+        auto disks = DiskScanner().scan();
+        NVB::Info::DiskInfo::Volume chosen;
+        for (auto& disk : disks->disks()) {
+            for (auto& candidate : disk.volumes()) {
+                candidate.setEnabled(candidate.deviceName() == name);
+                if (candidate.isEnabled())
+                    chosen = candidate;
+            }
+        }
+        QCOMPARE(chosen.deviceName(), name);
+        NVB::Info::Plan::BackupDiskImage backup;
+        backup.setId(QUuid::createUuid());
+        backup.setName(QStringLiteral("Image"));
+        backup.setStorage(account.id);
+        backup.setBackupVolumesType(NVB::Info::Plan::BackupDiskImage::SelectedPartitions);
+        backup.setDiskInfo(disks);
+        backup.setDifferentialBlockSize(256 << 10);
+        QVERIFY(save(backup));
+
+        RunManager runs(&store);
+        QSignalSpy finished(&runs, &RunManager::finished);
+        QSignalSpy progressed(&runs, &RunManager::progressed);
+        QCOMPARE(runs.start(backup.id(), false), QString());
+        QVERIFY(finished.wait(60000));
+        QVERIFY2(finished.first().at(2).toInt() == int(PlanResult::Success),
+            qPrintable(store.runs(HistoryQuery {}).first().errorMessage));
+        const auto point = store.latestRestorePoint(account.id, backup.id());
+        QVERIFY(point.has_value());
+        const QList<StoredContent> images = store.content(point->rowId);
+        QCOMPARE(images.size(), 1);
+        QCOMPARE(images.first().path, volume.device);
+        QCOMPARE(images.first().size, qint64(32) << 20);
+        QVERIFY(QFileInfo(dir.filePath(QStringLiteral("storage/") + images.first().object)).size() < (2 << 20));
+        QVERIFY(!progressed.isEmpty());
+        const auto last = progressed.last().at(2).value<RunProgress>();
+        QCOMPARE(last.volumes.size(), 1);
+        QCOMPARE(last.volumes.first().read, 100);
+
+        QVERIFY(run(QStringLiteral("mount"), {volume.device, mnt}));
+        QVERIFY(write(QStringLiteral("kept.txt"), "overwritten"));
+        QVERIFY(write(QStringLiteral("later.txt"), "made after the image"));
+
+        NVB::Info::Plan::RestoreDiskImage restore;
+        restore.setId(QUuid::createUuid());
+        restore.setName(QStringLiteral("Image back"));
+        restore.setStorage(account.id);
+        restore.setRestorePoint(
+            QStringLiteral("NVB_Archive\\%1\\latest").arg(backup.id().toString(QUuid::WithoutBraces)));
+        auto configuration = NVB::Info::RestoreDiskConfiguration::createFromDiskInfo(disks);
+        for (auto& disk : configuration->disks()) {
+            for (auto& target : disk.volumes()) {
+                target.setDestinationDiskId(chosen.diskId());
+                target.setDestinationIdentity(chosen.identity());
+                target.setDestinationEnable(true);
+            }
+        }
+        restore.setRestoreDiskConfiguration(configuration);
+        QVERIFY(save(restore));
+        // A mounted target is refused and left as it is.
+        finished.clear();
+        QCOMPARE(runs.start(restore.id(), false), QString());
+        QVERIFY(finished.wait(60000));
+        QCOMPARE(finished.first().at(2).toInt(), int(PlanResult::Failed));
+        QVERIFY(QFile::exists(mnt + QStringLiteral("/later.txt")));
+        QVERIFY(run(QStringLiteral("umount"), {mnt}));
+
+        finished.clear();
+        QCOMPARE(runs.start(restore.id(), false), QString());
+        QVERIFY(finished.wait(60000));
+        QCOMPARE(finished.first().at(2).toInt(), int(PlanResult::Success));
+        QVERIFY(run(QStringLiteral("mount"), {volume.device, mnt}));
+        {
+            QFile kept(mnt + QStringLiteral("/kept.txt"));
+            QVERIFY(kept.open(QIODevice::ReadOnly));
+            QCOMPARE(kept.readAll(), QByteArray("kept\n").repeated(10000));
+        }
+        QVERIFY(!QFile::exists(mnt + QStringLiteral("/later.txt")));
+        QVERIFY(run(QStringLiteral("umount"), {mnt}));
     }
 };
 

@@ -14,6 +14,7 @@
 
 #include <QFile>
 
+#include "usedblocks.h"
 #include "volumesnapshot.h"
 
 namespace NVB::Engine {
@@ -163,7 +164,11 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
         return result;
     }
     bool readOnly = false;
-    if (!VolumeSnapshot::mountPoints(device, &readOnly).isEmpty() && !readOnly) {
+    const bool writable = !VolumeSnapshot::mountPoints(device, &readOnly).isEmpty() && !readOnly;
+    // The bitmap of a file system mounted read-write lags behind its writes;
+    // trusting it could leave out blocks just written.
+    const std::optional<UsedBlocks> used = writable ? std::nullopt : UsedBlocks::read(device);
+    if (writable) {
         const VolumeSnapshot::Answer snapshot = VolumeSnapshot::forDevice(device);
         // Taking the snapshot itself is not done yet, even on LVM.
         result.warnings << QStringLiteral("%1 is mounted read-write and was imaged without a snapshot; files "
@@ -195,6 +200,12 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
             return fail(QStringLiteral("The run was stopped"));
         const off_t offset = off_t(index * options.blockSize);
         const size_t wanted = size_t(qMin<qint64>(options.blockSize, result.volumeSize - offset));
+        if (used && !used->anyUsed(offset, qint64(wanted))) {
+            ++result.blocksSkipped;
+            if (progress)
+                progress(offset + qint64(wanted), result.volumeSize);
+            continue;
+        }
         size_t got = 0;
         if (!readFull(source.fd, block.data(), wanted, offset, &got)) {
             if (errno == ENXIO || errno == ENODEV || errno == ENOENT)
@@ -209,6 +220,8 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
         }
         if (got < wanted)
             return fail(QStringLiteral("The volume %1 became shorter during the run").arg(device));
+        if (used)
+            used->clearFree(block.data(), offset, qint64(wanted));
         if (isZero(block.data(), wanted)) {
             ++result.blocksSkipped;
         } else {

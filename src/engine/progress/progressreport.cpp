@@ -1,5 +1,6 @@
 #include "progressreport.h"
 
+#include <QHash>
 #include <QJsonArray>
 
 #include "core/timeduraton.h"
@@ -35,6 +36,8 @@ QJsonObject ProgressReport::reportProgress() const
 {
     namespace Keys = Format::Worker::ReportProgress;
     const ProgressFigures figures = ProgressFigures::of(m_progress);
+    if (!m_progress.volumes.isEmpty())
+        return diskImageProgress(figures.bytesPerSecond);
     const bool restore = m_subtype == 2;
     QString status;
     if (!m_progress.scanning)
@@ -62,6 +65,52 @@ QJsonObject ProgressReport::reportProgress() const
         {QLatin1String(Keys::TimeLeft), QStringLiteral("Time left:")},
         {QLatin1String(Keys::TimeLeftValue), timeLeftText(figures.secondsLeft)},
         {QLatin1String(Keys::ProgressBar), figures.percent},
+    };
+}
+
+QJsonObject ProgressReport::diskImageProgress(qint64 bytesPerSecond) const
+{
+    namespace Keys = Format::Worker::ReportProgress::DiskImage;
+    // Volumes grouped under their disks, in the order the run takes them; a
+    // disk's figures are those of its volumes together.
+    QJsonArray disks;
+    QList<QUuid> order;
+    QHash<QUuid, QList<RunProgress::Volume>> byDisk;
+    for (const RunProgress::Volume& volume : m_progress.volumes) {
+        if (!byDisk.contains(volume.diskId))
+            order << volume.diskId;
+        byDisk[volume.diskId] << volume;
+    }
+    for (const QUuid& diskId : order) {
+        const QList<RunProgress::Volume> volumes = byDisk.value(diskId);
+        QJsonArray shown;
+        int read = 0;
+        int upload = 0;
+        for (const RunProgress::Volume& volume : volumes) {
+            read += volume.read;
+            upload += volume.upload;
+            shown.append(QJsonObject {{QLatin1String(Keys::Disk::Volume::Id), volume.volumeId.toString()},
+                {QLatin1String(Keys::Disk::Volume::Name), volume.volumeName},
+                {QLatin1String(Keys::Disk::Volume::ProgressRead), volume.read},
+                {QLatin1String(Keys::Disk::Volume::ProgressUpload), volume.upload}});
+        }
+        disks.append(QJsonObject {{QLatin1String(Keys::Disk::Id), diskId.toString()},
+            {QLatin1String(Keys::Disk::Name), volumes.first().diskName},
+            {QLatin1String(Keys::Disk::ProgressRead), read / volumes.size()},
+            {QLatin1String(Keys::Disk::ProgressUpload), upload / volumes.size()},
+            {QLatin1String(Keys::Disk::Volumes), shown}});
+    }
+    const bool restore = m_subtype == 2;
+    const QString status = !m_progress.scanning ? QStringLiteral("Finishing")
+        : restore                              ? QStringLiteral("Restoring %1").arg(m_progress.currentFile)
+                                               : QStringLiteral("Imaging %1").arg(m_progress.currentFile);
+    return {
+        {QLatin1String(Format::Worker::ReportProgress::PlanID), m_planId.toString()},
+        {QLatin1String(Keys::Status::Key), status},
+        {QLatin1String(Keys::Size), double(m_progress.copiedSize)},
+        {QLatin1String(Keys::Speed), double(bytesPerSecond)},
+        {QLatin1String(Keys::Elapsed), double(m_progress.elapsedMs / 1000)},
+        {QLatin1String(Keys::Disks), disks},
     };
 }
 

@@ -21,6 +21,10 @@ public:
     NVB::Common::Communication::V2::Notification::PlanProgress planProgress() const;
 
 private:
+    // The form the disk image widgets read: per disk and volume, read and
+    // stored percent.
+    QJsonObject diskImageProgress(qint64 bytesPerSecond) const;
+
     QUuid m_planId;
     int m_subtype;
     RunProgress m_progress;

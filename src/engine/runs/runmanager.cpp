@@ -9,32 +9,26 @@
 #include <QtConcurrent>
 
 #include "accountfolder.h"
-#include "actions/consistencycheck.h"
 #include "actions/planactions.h"
-#include "archive/archivebackupjob.h"
-#include "archive/archiveconsistencycheck.h"
 #include "archive/archiveretentionjob.h"
-#include "archive/archiverestorejob.h"
-#include "core/bytename.h"
+#include "archiverun.h"
 #include "core/nvldebug.h"
-#include "encryption/objectkey.h"
-#include "encryption/objectopener.h"
+#include "diskimagerun.h"
 #include "filebackupjob.h"
-#include "filerestorejob.h"
-#include "fileverifyjob.h"
+#include "legacyfilerun.h"
 #include "notify/runnotifier.h"
 #include "planoptions.h"
+#include "records/plan/backupdiskimage.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/planstatus.h"
+#include "records/plan/restorediskimage.h"
 #include "records/plan/restorefile.h"
-#include "repository/repository.h"
 #include "retention/retentionjob.h"
+#include "runpreparation.h"
 #include "schedule/fullbackuprule.h"
-#include "storage/filesystemdriver.h"
 #include "store/enginestore.h"
-#include "store/repositorystore.h"
 #include "store/runstore.h"
 #include "store/storedatabase.h"
 #include "stores/defaultsettings.h"
@@ -43,64 +37,6 @@ namespace NVB::Engine {
 
 using NVB::Info::Plan::PlanResult;
 using NVB::Info::Plan::PlanStatus;
-
-namespace {
-
-QString noBraces(const QUuid& id)
-{
-    return id.toString(QUuid::WithoutBraces);
-}
-
-// The account's folder, ending in a slash, or an empty text with the reason.
-// A restore point's content, read on the calling worker's own connection: a
-// point of many files takes a while to read, and the serving thread's
-// connection must stay free. Empty, with `error` set, when the store fails.
-QList<StoredContent> loadContent(const QString& storeFile, qint64 row, QString* error)
-{
-    StoreDatabase database;
-    if (!database.open(storeFile)) {
-        *error = database.lastError();
-        return {};
-    }
-    QList<StoredContent> content = RepositoryStore(database).content(row);
-    database.close();
-    return content;
-}
-
-template<typename JobResult> RunOutcome outcomeOf(JobResult&& result)
-{
-    RunOutcome outcome;
-    outcome.planResult = result.planResult;
-    outcome.message = result.message;
-    outcome.files = std::move(result.files);
-    outcome.totals = result.totals;
-    return outcome;
-}
-
-// The new format's repository of a plan, as a key below the account's folder.
-QString archiveRoot(const QString& prefix, const QUuid& planId)
-{
-    return QStringLiteral("NVB_%1/%2/archive").arg(prefix, noBraces(planId));
-}
-
-// A point of the new format is known by its tree on the storage.
-bool isArchivePoint(const QString& folder, const QString& prefix, const StoredRestorePoint& point)
-{
-    const Repository repository(nullptr, archiveRoot(prefix, point.bunchId));
-    return FileSystemDriver(QDir::cleanPath(folder))
-        .stat(repository.treeKey(point.generationId, point.sequenceNumber))
-        .exists;
-}
-
-RunOutcome failedOutcome(const QString& message)
-{
-    RunOutcome outcome;
-    outcome.planResult = PlanResult::Failed;
-    outcome.message = message;
-    return outcome;
-}
-
-} // namespace
 
 RunManager::RunManager(EngineStore* store, QObject* parent)
     : QObject(parent)
@@ -143,6 +79,9 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
     QString reason;
     if (!record)
         reason = QStringLiteral("The stored plan cannot be read");
+    else if (verify && dynamic_cast<const NVB::Info::Plan::BackupDiskImage*>(record.data()))
+        reason = QStringLiteral("Disk image plans have no verify run: an image is checked block by block when it is "
+                                "restored");
     else if (stored->subtype == 1 && verify)
         reason = prepareVerify(active, &work);
     else if (verify)
@@ -182,9 +121,11 @@ QString RunManager::start(const QUuid& planId, bool forceFull, bool verify)
 QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base& record, bool forceFull,
     std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
+    if (const auto* image = dynamic_cast<const NVB::Info::Plan::BackupDiskImage*>(&record))
+        return DiskImageRun::prepareBackup(m_store, active, *image, reporter(active.plan.id), work);
     const auto* plan = dynamic_cast<const NVB::Info::Plan::BackupFile*>(&record);
     if (!plan)
-        return QStringLiteral("Only file backup plans can run on this engine");
+        return QStringLiteral("Only file and disk image backup plans can run on this engine");
     const QString option = PlanOptions::unperformed(*plan);
     if (!option.isEmpty()) {
         return QStringLiteral("The plan asks for %1, which this engine does not perform yet; turn it off to run the "
@@ -242,27 +183,14 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     parameters.planId = active.plan.id;
     parameters.planName = active.plan.name;
     parameters.storageRoot = QDir::cleanPath(folder);
-    parameters.objectPrefix = QStringLiteral("NVB_%1/%2/%3/%4")
-                                  .arg(prefix, noBraces(active.plan.id), noBraces(point.generationId))
-                                  .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
+    parameters.objectPrefix
+        = QStringLiteral("NVB_%1/%2/%3/%4")
+              .arg(prefix, RunPreparation::noBraces(active.plan.id), RunPreparation::noBraces(point.generationId))
+              .arg(point.sequenceNumber, 6, 10, QLatin1Char('0'));
     parameters.reBackupModifiedSince = plan->reBackupModifiedSince();
     parameters.backupEmptyFolders = plan->backupEmptyFolders();
     parameters.compress = plan->useCompression();
     parameters.skipInUseFiles = plan->skipInUseFiles();
-    QString password;
-    int keyBytes = 0;
-    bool keyChanged = false;
-    if (encryption.isEnabled()) {
-        password = encryption.password();
-        keyBytes = 16 + 8 * int(encryption.encryptionType());
-        // Copies made under an earlier password would need that password to
-        // restore; a new password makes every file be copied again.
-        const auto before = m_store->bunch(active.plan.storageId, active.plan.id);
-        const auto earlier = before ? NVB::Info::Plan::Factory::create(before->planXml) : nullptr;
-        const auto* earlierPlan = dynamic_cast<const NVB::Info::Plan::Backup*>(earlier.data());
-        keyChanged = !earlierPlan || earlierPlan->encryption().password() != password
-            || earlierPlan->encryption().encryptionType() != encryption.encryptionType();
-    }
     parameters.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
     // "StayOnOneFileSystem": "true" or "false" for every root; unset, only
     // the root "/" stays on its file system.
@@ -270,29 +198,20 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     if (oneFileSystem == QLatin1String("true") || oneFileSystem == QLatin1String("false"))
         parameters.oneFileSystem = oneFileSystem == QLatin1String("true");
     parameters.neverTaken = QStringList {parameters.storageRoot, QFileInfo(m_store->filePath()).absolutePath()};
-    // Run folders that no restore point names are what killed or failed runs
-    // left behind; they are removed before this run starts.
-    QSet<QString> kept;
-    for (const StoredRestorePoint& recorded : m_store->restorePoints(active.plan.storageId, active.plan.id))
-        kept.insert(QStringLiteral("%1/%2")
-                        .arg(noBraces(recorded.generationId))
-                        .arg(recorded.sequenceNumber, 6, 10, QLatin1Char('0')));
-    const QString planFolder
-        = QStringLiteral("%1/NVB_%2/%3").arg(parameters.storageRoot, prefix, noBraces(active.plan.id));
     const QUuid previousGeneration = previous ? previous->generationId : QUuid();
-    const QString storeFile = m_store->filePath();
-    const QString storageRoot = parameters.storageRoot;
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
     const RetentionRules rules = RetentionRules::fromPlan(*plan, NVB::DefaultSettings::instance());
+    const QString password = encryption.isEnabled() ? encryption.password() : QString();
+    const int keyBytes = encryption.isEnabled() ? 16 + 8 * int(encryption.encryptionType()) : 0;
     if (!rules.isEmpty()) {
         ArchiveRetentionJob::Parameters archived;
         if (plan->isArchive()) {
             archived.connectionId = active.plan.storageId;
             archived.bunchId = active.plan.id;
             archived.storageRoot = parameters.storageRoot;
-            archived.repositoryRoot = archiveRoot(prefix, active.plan.id);
+            archived.repositoryRoot = RunPreparation::archiveRoot(prefix, active.plan.id);
             archived.password = password;
             archived.rules = rules;
         }
@@ -326,145 +245,26 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                                      .arg(bunch.toString(), database.lastError());
         };
     }
-    const QUuid planId = active.plan.id;
+    const ProgressSink report = reporter(active.plan.id);
     if (plan->isArchive()) {
-        ArchiveBackupJob::Parameters archive;
-        archive.planId = planId;
-        archive.planName = parameters.planName;
-        archive.storageRoot = parameters.storageRoot;
-        archive.repositoryRoot = archiveRoot(prefix, planId);
-        archive.generation = point.generationId;
-        archive.sequence = point.sequenceNumber;
-        archive.newGeneration = active.newGeneration;
-        archive.previousSequence = previous ? previous->sequenceNumber : 0;
-        archive.startUtc = point.startUtc;
-        archive.reBackupModifiedSince = parameters.reBackupModifiedSince;
-        archive.backupEmptyFolders = parameters.backupEmptyFolders;
-        archive.compress = parameters.compress;
-        archive.password = password;
-        archive.keyBytes = keyBytes;
-        archive.followFileSymlinks = parameters.followFileSymlinks;
-        archive.neverTaken = parameters.neverTaken;
-        archive.oneFileSystem = parameters.oneFileSystem;
-        archive.storeFile = m_store->filePath();
-        *work = [this, planId, archive = std::move(archive), selection = std::move(selection)](
-                    const std::atomic_bool& stop) {
-            ArchiveBackupJob job(archive, selection);
-            auto result
-                = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
-            RunOutcome outcome = outcomeOf(result);
-            outcome.content = std::move(result.content);
-            outcome.bytesRead = result.bytesRead;
-            outcome.bytesNew = result.bytesNew;
-            outcome.bytesStored = result.bytesStored;
-            return outcome;
-        };
-        *work = ArchiveConsistencyCheck::around(parameters.storageRoot, archiveRoot(prefix, planId),
-            point.generationId, plan->useConsistencyCheck(), std::move(*work), password);
+        *work = ArchiveRun::backup(active, parameters, std::move(selection), prefix,
+            previous ? previous->sequenceNumber : 0, plan->useConsistencyCheck(), m_store->filePath(), report,
+            password, keyBytes);
         return {};
     }
-    *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
-                previousGeneration, storeFile, password, keyBytes, keyChanged](const std::atomic_bool& stop) mutable {
-        sweepRunFolders(planFolder, kept);
-        // The previous point is read a folder at a time, on this worker's
-        // own connection. Unreadable, every file is copied again: slow, but
-        // nothing is lost.
-        StoreDatabase database;
-        std::optional<RepositoryStore> repository;
-        bool replacesAll = false;
-        if (!previousGeneration.isNull()) {
-            std::optional<QStringList> parents;
-            if (database.open(storeFile)) {
-                repository.emplace(database);
-                parents = repository->currentParents(previousGeneration);
-            }
-            if (parents) {
-                parameters.previousParents = *parents;
-                parameters.previousChildren = [&repository, previousGeneration, keyChanged](const QString& folder) {
-                    auto children = repository->currentChildren(previousGeneration, folder);
-                    if (children && keyChanged) {
-                        // Copies under another key are never reused, yet the
-                        // entries stay so that files gone since are recorded
-                        // as removed: an entry without an object is copied anew.
-                        for (StoredContent& child : *children) {
-                            if (isEnciphered(ObjectEncoding(child.encoding)))
-                                child.object.clear();
-                        }
-                    }
-                    return children;
-                };
-            } else {
-                replacesAll = true;
-                NVL::NvlDebug(QStringLiteral("NVB")).warning()
-                    << QStringLiteral("The previous restore point could not be read: %1").arg(database.lastError());
-            }
-        }
-        if (keyBytes > 0 && !keyChanged && repository) {
-            // The plan keeps the salt of its earlier copies, so restoring a
-            // point derives one key, not one for every run it draws from.
-            const auto sealed = repository->currentObjectEncoded(previousGeneration, int(ObjectEncoding::Enciphered));
-            if (sealed) {
-                QFile object(
-                    QFile::decodeName(NVL::ByteName::encode(parameters.storageRoot + QLatin1Char('/') + *sealed)));
-                if (object.open(QIODevice::ReadOnly)) {
-                    const auto key = ObjectOpener::keyOf(object.handle(), password);
-                    if (key && key->key().size() == keyBytes)
-                        parameters.key = key;
-                }
-            }
-        }
-        if (keyBytes > 0 && !parameters.key) {
-            // Derived here, on the worker: the derivation is slow on purpose.
-            parameters.key = ObjectKey::create(password, keyBytes);
-            if (!parameters.key)
-                return failedOutcome(QStringLiteral("The encryption key cannot be made"));
-        }
-        FileBackupJob job(parameters, selection);
-        auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
-        RunOutcome outcome = outcomeOf(result);
-        outcome.changes = ContentChanges {
-            std::move(result.content), std::move(result.removed), std::move(result.emptiedFolders), replacesAll};
-        return outcome;
-    };
-    QList<qint64> earlierPoints;
-    if (plan->useConsistencyCheck()) {
-        for (const StoredRestorePoint& recorded : m_store->restorePoints(active.plan.storageId, active.plan.id))
-            earlierPoints << recorded.rowId;
-    }
-    *work = ConsistencyCheck::around(storageRoot, storeFile, earlierPoints, std::move(*work));
+    *work = LegacyFileRun::backup(
+        m_store, active, *plan, prefix, previousGeneration, std::move(parameters), std::move(selection), report);
     return {};
-}
-
-template<typename Job>
-RunManager::Work RunManager::pointJob(const QUuid& planId, typename Job::Parameters parameters, qint64 row)
-{
-    const QString storeFile = m_store->filePath();
-    return [this, planId, parameters = std::move(parameters), row, storeFile](const std::atomic_bool& stop) mutable {
-        QString error;
-        parameters.content = loadContent(storeFile, row, &error);
-        if (!error.isEmpty())
-            return failedOutcome(error);
-        Job job(parameters);
-        return outcomeOf(
-            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
-    };
-}
-
-RunManager::Work RunManager::archiveJob(const QUuid& planId, ArchiveRestoreJob::Parameters parameters)
-{
-    return [this, planId, parameters = std::move(parameters)](const std::atomic_bool& stop) {
-        ArchiveRestoreJob job(parameters);
-        return outcomeOf(
-            job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); }));
-    };
 }
 
 QString RunManager::prepareRestore(
     ActiveRun& active, const NVB::Info::Plan::Base& record, std::function<RunOutcome(const std::atomic_bool&)>* work)
 {
+    if (const auto* image = dynamic_cast<const NVB::Info::Plan::RestoreDiskImage*>(&record))
+        return DiskImageRun::prepareRestore(m_store, active, *image, reporter(active.plan.id), work);
     const auto* plan = dynamic_cast<const NVB::Info::Plan::RestoreFile*>(&record);
     if (!plan)
-        return QStringLiteral("Only file restore plans can run on this engine");
+        return QStringLiteral("Only file and disk image restore plans can run on this engine");
 
     QString prefix;
     QString error;
@@ -482,32 +282,11 @@ QString RunManager::prepareRestore(
     if (!point)
         return QStringLiteral("There is no restore point of that backup at the chosen time");
 
-    if (isArchivePoint(folder, prefix, *point)) {
-        ArchiveRestoreJob::Parameters parameters;
-        parameters.planId = active.plan.id;
-        parameters.planName = active.plan.name;
-        parameters.storageRoot = QDir::cleanPath(folder);
-        parameters.repositoryRoot = archiveRoot(prefix, bunchId);
-        parameters.generation = point->generationId;
-        parameters.sequence = point->sequenceNumber;
-        parameters.items = plan->restoreItems();
-        parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
-        parameters.skipExistingFiles = plan->skipExistingFiles();
-        parameters.onlyNewFiles = plan->onlyNewFiles();
-        parameters.password = plan->encryptionPassword();
-        *work = archiveJob(active.plan.id, std::move(parameters));
-        return {};
-    }
-    FileRestoreJob::Parameters parameters;
-    parameters.planId = active.plan.id;
-    parameters.planName = active.plan.name;
-    parameters.storageRoot = QDir::cleanPath(folder);
-    parameters.items = plan->restoreItems();
-    parameters.destination = plan->restoreToOriginalLocation() ? QString() : plan->destination();
-    parameters.skipExistingFiles = plan->skipExistingFiles();
-    parameters.onlyNewFiles = plan->onlyNewFiles();
-    parameters.password = plan->encryptionPassword();
-    *work = pointJob<FileRestoreJob>(active.plan.id, std::move(parameters), point->rowId);
+    const ProgressSink report = reporter(active.plan.id);
+    if (RunPreparation::isArchivePoint(folder, prefix, *point))
+        *work = ArchiveRun::restore(active, *plan, folder, prefix, *point, report);
+    else
+        *work = LegacyFileRun::restore(active, *plan, folder, *point, m_store->filePath(), report);
     return {};
 }
 
@@ -521,29 +300,11 @@ QString RunManager::prepareVerify(ActiveRun& active, Work* work)
     const auto point = m_store->latestRestorePoint(active.plan.storageId, active.plan.id);
     if (!point)
         return QStringLiteral("The plan has no restore point to verify");
-    if (isArchivePoint(folder, prefix, *point)) {
-        ArchiveRestoreJob::Parameters parameters;
-        parameters.planId = active.plan.id;
-        parameters.planName = active.plan.name;
-        parameters.storageRoot = QDir::cleanPath(folder);
-        parameters.repositoryRoot = archiveRoot(prefix, active.plan.id);
-        parameters.generation = point->generationId;
-        parameters.sequence = point->sequenceNumber;
-        parameters.verifyOnly = true;
-        if (const auto record = NVB::Info::Plan::Factory::create(active.plan.xml);
-            const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data()))
-            parameters.password = backup->encryption().password();
-        *work = archiveJob(active.plan.id, std::move(parameters));
-        return {};
-    }
-    FileVerifyJob::Parameters parameters;
-    parameters.planId = active.plan.id;
-    parameters.planName = active.plan.name;
-    parameters.storageRoot = QDir::cleanPath(folder);
-    const auto record = NVB::Info::Plan::Factory::create(active.plan.xml);
-    if (const auto* backup = dynamic_cast<const NVB::Info::Plan::Backup*>(record.data()))
-        parameters.password = backup->encryption().password();
-    *work = pointJob<FileVerifyJob>(active.plan.id, std::move(parameters), point->rowId);
+    const ProgressSink report = reporter(active.plan.id);
+    if (RunPreparation::isArchivePoint(folder, prefix, *point))
+        *work = ArchiveRun::verify(active, folder, prefix, *point, report);
+    else
+        *work = LegacyFileRun::verify(active, folder, point->rowId, m_store->filePath(), report);
     return {};
 }
 
@@ -661,6 +422,11 @@ void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOu
     outcome->recordError = error.isEmpty() ? QStringLiteral("unknown") : error;
 }
 
+ProgressSink RunManager::reporter(const QUuid& planId)
+{
+    return [this, planId](const RunProgress& progress) { reportProgress(planId, progress); };
+}
+
 void RunManager::reportProgress(const QUuid& planId, const RunProgress& progress)
 {
     // Called on the worker: hand the figures to the engine's thread.
@@ -729,22 +495,6 @@ void RunManager::finish(const QUuid& planId, const RunOutcome& outcome)
         emit restorePointsRemoved(outcome.prunedPoints);
     if (!outcome.prunedGenerations.isEmpty())
         emit generationsRemoved(active.plan.storageId, active.plan.id, outcome.prunedGenerations);
-}
-
-void RunManager::sweepRunFolders(const QString& planFolder, const QSet<QString>& kept)
-{
-    QDir plan(planFolder);
-    for (const QString& generation : plan.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
-        if (QUuid(generation).isNull())
-            continue; // the new format's repository, or nothing of ours
-        QDir folder(plan.filePath(generation));
-        for (const QString& run : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden)) {
-            if (!kept.contains(generation + QLatin1Char('/') + run))
-                QDir(folder.filePath(run)).removeRecursively();
-        }
-        folder.rmdir(QStringLiteral("."));
-        plan.rmdir(generation);
-    }
 }
 
 } // namespace NVB::Engine

@@ -12,12 +12,7 @@
 #include <QTimer>
 #include <QUuid>
 
-#include "archive/archiverestorejob.h"
-#include "runoutcome.h"
-#include "runprogress.h"
-#include "store/runrecord.h"
-#include "store/storedbunch.h"
-#include "store/storedplan.h"
+#include "activerun.h"
 #include "store/storedrestorepoint.h"
 
 namespace NVB::Info::Plan {
@@ -64,40 +59,17 @@ signals:
     void generationsRemoved(const QUuid& connectionId, const QUuid& bunchId, const QList<QUuid>& generations);
 
 private:
-    struct ActiveRun
-    {
-        StoredPlan plan;
-        RunRecord run;
-        std::shared_ptr<std::atomic_bool> stop;
-        QElapsedTimer clock;
-        QFutureWatcher<RunOutcome>* watcher = nullptr;
-        QTimer* stopAfter = nullptr;
-        qint64 stopAfterSeconds = 0;
-        // Set for a backup that makes a restore point.
-        bool makesPoint = false;
-        StoredBunch bunch;
-        StoredRestorePoint point;
-        bool newBunch = false;
-        bool newGeneration = false;
-        // On the worker, once the run's restore point is in the store (the
-        // legacy format's retention).
-        std::function<void(const QString& storeFile, RunOutcome* outcome)> afterPoint;
-    };
-
-    using Work = std::function<RunOutcome(const std::atomic_bool&)>;
+    using Work = RunWork;
     QString prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base& record, bool forceFull, Work* work);
     QString prepareRestore(ActiveRun& active, const NVB::Info::Plan::Base& record, Work* work);
     QString prepareVerify(ActiveRun& active, Work* work);
-    // The work of a job that reads one recorded restore point (a restore or
-    // a verify run); the point is loaded on the worker.
-    template<typename Job> Work pointJob(const QUuid& planId, typename Job::Parameters parameters, qint64 row);
-    Work archiveJob(const QUuid& planId, ArchiveRestoreJob::Parameters parameters);
     void launch(const QUuid& planId, std::function<RunOutcome(const std::atomic_bool&)> work);
     void finish(const QUuid& planId, const RunOutcome& outcome);
     // On the worker: writes the run's end (and restore point) to the store.
     static void record(const QString& storeFile, const ActiveRun& active, RunOutcome* outcome);
-    static void sweepRunFolders(const QString& planFolder, const QSet<QString>& kept);
     void reportProgress(const QUuid& planId, const RunProgress& progress);
+    // Hands a worker's figures to reportProgress for the plan.
+    ProgressSink reporter(const QUuid& planId);
 
     EngineStore* m_store;
     QHash<QUuid, ActiveRun> m_runs;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QUuid>
 
 namespace NVB::Engine {
 
@@ -20,6 +22,17 @@ struct RunProgress
     qint64 totalCount = -1;
     qint64 totalSize = -1;
     qint64 transferStartMs = 0;
+    // Disk image runs: each volume's share read and stored, in percent.
+    struct Volume
+    {
+        QUuid diskId;
+        QString diskName;
+        QUuid volumeId;
+        QString volumeName;
+        int read = 0;
+        int upload = 0;
+    };
+    QList<Volume> volumes;
 };
 
 } // namespace NVB::Engine

@@ -6,6 +6,7 @@
 #include "app/delegates/sizedelegate.h"
 #include "disks/destinationdiskfiltermodel.h"
 #include "disks/diskinfobackupmodel.h"
+#include "disks/restorediskconfigmodel.h"
 #include "disks/restorediskconfigurationmodel.h"
 #include "models/models.h"
 #include "testmain.h"
@@ -138,6 +139,36 @@ private slots:
         QCOMPARE(model.index(0, 1).data(), QVariant());
         QVERIFY(!model.setData(model.index(0, 0), RestoreDiskConfigurationModel::Value(disk, volume)));
         QCOMPARE(RestoreDiskConfigurationModel::fromValue(QStringLiteral("only-one")), qMakePair(QUuid(), QUuid()));
+    }
+
+    void shouldShowLayoutDiskByDisk()
+    {
+        using Layout = NVB::Info::DiskImageRestoreConfiguration;
+        auto layout = QSharedPointer<Layout>::create(Layout::PhysicalDisk);
+        for (int disks = 0; disks < 2; ++disks) {
+            auto disk = QSharedPointer<Layout::Disk>::create();
+            disk->setCapacity(qint64(disks + 1) << 30);
+            disk->setBootLoader(disks == 0 ? Layout::Disk::Uefi : Layout::Disk::None);
+            for (int volumes = 0; volumes < disks + 1; ++volumes) {
+                auto volume = QSharedPointer<Layout::Volume>::create();
+                volume->setLength(qint64(volumes + 1) << 20);
+                volume->setFileSystem(QStringLiteral("ext4"));
+                volume->setIsBoot(volumes == 0);
+                disk->addVolume(volume);
+            }
+            layout->addDisk(disk);
+        }
+        RestoreDiskConfigModel model(layout);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(model.diskConfiguration(), layout);
+        QCOMPARE(model.rowCount(), 2);
+        const QModelIndex second = model.index(1, 0);
+        QCOMPARE(model.rowCount(second), 2);
+        const QModelIndex volume = model.index(1, RestoreDiskConfigModel::FileSystem, second);
+        QCOMPARE(model.parent(volume), second);
+        QCOMPARE(volume.data().toString(), QStringLiteral("ext4"));
+        QCOMPARE(model.index(0, RestoreDiskConfigModel::Boot).data().toString(), QStringLiteral("UEFI"));
+        QCOMPARE(RestoreDiskConfigModel(nullptr).rowCount(), 0);
     }
 };
 

@@ -172,18 +172,18 @@ void TestBackupPlanEditWizard::shouldTitleByEditState()
     QCOMPARE(namePage(*edit)->nameEdit()->text(), QStringLiteral("Photos"));
     QVERIFY(!BackupPlanEditWizard::createWizard(nullptr));
 
-    // Other content opens in the file flow, named, with no source to load.
+    // A disk image plan opens in the image flow, named, with no file source.
     BackupDiskImage image;
     image.setIsArchive(false);
     image.setName(QStringLiteral("System"));
     QScopedPointer<BackupPlanEditWizard> other(BackupPlanEditWizard::createWizard(&image));
-    QCOMPARE(other->backupPlanType(), BackupPlanEditWizard::PlanTypeFile);
+    QCOMPARE(other->backupPlanType(), BackupPlanEditWizard::PlanTypeDiskImage);
     QVERIFY(!sourcePage(*other)->fromPlan(&image));
     QCOMPARE(namePage(*other)->nameEdit()->text(), QStringLiteral("System"));
     other->show();
     WizardStorage::pass(*other);
     other->next();
-    QCOMPARE(other->currentId(), int(BackupPlanEditWizard::PageSourceId));
+    QCOMPARE(other->currentId(), int(BackupPlanEditWizard::PageBackupDiskImageSourceId));
 }
 
 void TestBackupPlanEditWizard::shouldWalkFromSourceThroughScheduleToSummary()

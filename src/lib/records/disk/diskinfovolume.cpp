@@ -50,7 +50,8 @@ DiskInfoVolume DiskInfoVolume::readXml(const QDomElement& e)
     volume.m_biosIsActive = RecordXml::toBool(e, QStringLiteral("BiosIsActive"));
     volume.m_isBoot = RecordXml::toBool(e, QStringLiteral("IsBoot"));
     volume.m_length = RecordXml::toInt(e, QStringLiteral("Length"), 0, max);
-    volume.m_usedSpace = RecordXml::toInt(e, QStringLiteral("UsedSpace"), 0, max);
+    // -1: not known, as for a volume that is not mounted.
+    volume.m_usedSpace = RecordXml::toInt(e, QStringLiteral("UsedSpace"), -1, max);
     volume.m_extentStartOffset = RecordXml::toInt(e, QStringLiteral("ExtentStartOffset"), 0, max);
     volume.m_mountPoints = RecordXml::toList(e, QStringLiteral("MountPoints"));
     volume.m_requiredBySystem = RecordXml::toBool(e, QStringLiteral("RequiredBySystem"));

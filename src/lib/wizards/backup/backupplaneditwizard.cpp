@@ -8,6 +8,10 @@
 #include "wizards/backup/pageadvancedfilter.h"
 #include "wizards/backup/pagecompressionendencryption.h"
 #include "wizards/backup/pagebackupactions.h"
+#include "wizards/backup/pagebackupdiskimageadvancedoptions.h"
+#include "wizards/backup/pagebackupdiskimagesource.h"
+#include "wizards/backup/pagebackupdiskimagesourceview.h"
+#include "wizards/backup/pagebackuptype.h"
 #include "wizards/backup/pagefullschedule.h"
 #include "wizards/backup/pagename.h"
 #include "wizards/backup/pageretentionpolicy.h"
@@ -48,7 +52,8 @@ BackupPlanEditWizard::BackupPlanEditWizard(bool isArchive, QWidget* parent)
     else
         order << PageCloudId;
     order << PageSummaryId << PageSourceId << PageAdvancedFilterId << PageRetentionPolicyId
-          << PageCompressionEndEncryptionId << PageConsistencyCheckId;
+          << PageCompressionEndEncryptionId << PageConsistencyCheckId << PageBackupDiskImageSourceId
+          << PageBackupDiskImageSourceViewId << PageBackupDiskImageAdvancedOptionsId;
 
     for (int id : qAsConst(order)) {
         if (QWizardPage* created = createPage(id))
@@ -93,6 +98,12 @@ QWizardPage* BackupPlanEditWizard::createPage(int id)
         return new PageNotificationStandalone(this);
     case PageConsistencyCheckId:
         return new PageConsistencyCheck(this);
+    case PageBackupDiskImageSourceId:
+        return new PageBackupDiskImageSource(this);
+    case PageBackupDiskImageSourceViewId:
+        return new PageBackupDiskImageSourceView(this);
+    case PageBackupDiskImageAdvancedOptionsId:
+        return new PageBackupDiskImageAdvancedOptions(this);
     default:
         return nullptr;
     }
@@ -115,11 +126,20 @@ void BackupPlanEditWizard::init(NVB::Info::Plan::Base* plan)
         setWindowTitle(tr("Create backup plan"));
     else
         setWindowTitle(QStringLiteral("%1 %2").arg(tr("Edit backup plan:"), plan ? plan->name() : QString()));
-    setProperty(Property_BackupPlanType, QVariant::fromValue<unsigned char>(PlanTypeFile));
+    const bool image = plan && plan->type() == static_cast<int>(NVB::Info::Plan::SubType::DiskImage);
+    setProperty(Property_BackupPlanType, QVariant::fromValue<unsigned char>(image ? PlanTypeDiskImage : PlanTypeFile));
     for (int id : pageIds()) {
         if (auto* planPage = qobject_cast<PageBase*>(page(id)))
             planPage->fromPlan(plan);
     }
+}
+
+void BackupPlanEditWizard::addBackupTypePage()
+{
+    if (hasPage(PageBackupTypeId))
+        return;
+    setPage(PageBackupTypeId, new PageBackupType(m_isArchive, this));
+    setStartId(PageBackupTypeId);
 }
 
 unsigned char BackupPlanEditWizard::backupPlanType() const
@@ -152,6 +172,8 @@ int BackupPlanEditWizard::nextId() const
 int BackupPlanEditWizard::designNextId(int id) const
 {
     switch (id) {
+    case PageBackupTypeId:
+        return PageCloudId;
     case PageCloudId:
         return PageNameId;
     case PageNameId:

@@ -27,6 +27,9 @@ public:
     class PageCompressionEndEncryption;
     class PageFullSchedule;
     class PageBackupActions;
+    class PageBackupDiskImageSource;
+    class PageBackupDiskImageSourceView;
+    class PageBackupDiskImageAdvancedOptions;
 
     // Content kinds, kept in the dynamic property Property_BackupPlanType.
     static constexpr unsigned char PlanTypeFile = 0;
@@ -43,6 +46,7 @@ public:
         PageScheduleId = 7,
         PageNotificationStandaloneId = 8,
         PageSummaryId = 9,
+        PageBackupTypeId = 101,
         PageAdvancedFilterId = 102,
         PageRetentionPolicyId = 103,
         PageFullScheduleId = 104,
@@ -58,8 +62,12 @@ public:
     // the plan.
     static BackupPlanEditWizard* createWizard(NVB::Info::Plan::Base* plan, QWidget* parent = nullptr);
 
-    // Titles the wizard and lets every page fill itself from the plan.
+    // Titles the wizard and lets every page fill itself from the plan; a
+    // disk image plan takes the disk image pages.
     void init(NVB::Info::Plan::Base* plan);
+    // For a new plan: starts with the choice between a file plan and a disk
+    // image plan (the latter in the new format only).
+    void addBackupTypePage();
 
     bool isArchive() const { return m_isArchive; }
     unsigned char backupPlanType() const;
