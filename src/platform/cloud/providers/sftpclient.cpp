@@ -20,6 +20,7 @@
 #include "core/bytename.h"
 #include "listingpager.h"
 #include "listingsnapshots.h"
+#include "sftpdirectoryreader.h"
 #include "sshdeadline.h"
 
 namespace NVL::Cloud {
@@ -467,13 +468,13 @@ OperationResult SftpClient::authenticateInteractively(const QByteArray& password
                      : QStringLiteral("%1 refused the password of user \"%2\": %3").arg(m_host, m_user, sshError()));
 }
 
-OperationResult SftpClient::sftpFailure(const QString& what, const QByteArray& rawPath) const
+OperationResult SftpClient::sftpFailure(const QString& what, const QByteArray& rawPath, int status) const
 {
     const OperationResult cut = interrupted();
     if (cut.isError())
         return cut;
     const QString path = NVL::ByteName::display(NVL::ByteName::decode(rawPath));
-    const int error = m_sftp ? sftp_get_error(m_sftp) : SSH_FX_FAILURE;
+    const int error = status >= 0 ? status : m_sftp ? sftp_get_error(m_sftp) : SSH_FX_FAILURE;
     switch (error) {
     case SSH_FX_NO_SUCH_FILE:
     case SSH_FX_NO_SUCH_PATH:
@@ -517,35 +518,33 @@ OperationResult SftpClient::readFolder(const QByteArray& path, const QString& ke
         return sftpFailure(QStringLiteral("Can't list the folder"), path);
 
     QVector<QByteArray> folders;
-    for (;;) {
+    SftpDirectoryReader reader(m_sftp, dir);
+    QVector<SftpDirectoryReader::Entry> batch;
+    bool more = true;
+    while (more) {
+        batch.clear();
         beginStep(QStringLiteral("reading a folder"));
-        sftp_attributes attributes = sftp_readdir(m_sftp, dir);
+        more = reader.read(&batch);
         endStep();
-        if (!attributes)
-            break;
-        const QByteArray rawName(attributes->name);
-        if (rawName != "." && rawName != "..") {
+        for (const SftpDirectoryReader::Entry& entry : qAsConst(batch)) {
+            if (entry.name == "." || entry.name == "..")
+                continue;
             // readdir does not follow links, so a link to a folder stays a leaf
             // and a loop of links cannot trap a recursive listing.
-            const bool folder = attributes->type == SSH_FILEXFER_TYPE_DIRECTORY;
-            const QDateTime modified
-                = QDateTime::fromSecsSinceEpoch(attributes->mtime64 ? attributes->mtime64 : attributes->mtime, Qt::UTC);
-            const QString key = joinKey(keyBase, NVL::ByteName::decode(rawName));
-            entries->append(
-                Api::ListingObject(key, folder, folder ? 0 : static_cast<qint64>(attributes->size), modified));
-            if (folder && recursive)
-                folders.append(rawName);
+            const QString key = joinKey(keyBase, NVL::ByteName::decode(entry.name));
+            entries->append(Api::ListingObject(key, entry.folder, entry.folder ? 0 : qint64(entry.size),
+                QDateTime::fromSecsSinceEpoch(entry.modified, Qt::UTC)));
+            if (entry.folder && recursive)
+                folders.append(entry.name);
         }
-        sftp_attributes_free(attributes);
         if (cancel.isCancelled()) {
             sftp_closedir(dir);
             return cancelled();
         }
     }
-    const bool complete = sftp_dir_eof(dir);
     sftp_closedir(dir);
-    if (!complete)
-        return sftpFailure(QStringLiteral("Listing broke off in"), path);
+    if (reader.failed())
+        return sftpFailure(QStringLiteral("Listing broke off in"), path, reader.status());
 
     for (const QByteArray& folder : qAsConst(folders)) {
         OperationResult result = readFolder(

@@ -57,7 +57,8 @@ private:
     OperationResult checkRoot();
     OperationResult readFolder(const QByteArray& path, const QString& keyBase, bool recursive,
         QVector<Api::ListingObject>* entries, const CancelToken& cancel);
-    OperationResult sftpFailure(const QString& what, const QByteArray& path) const;
+    // status: the server's refusal when known, else libssh's last error.
+    OperationResult sftpFailure(const QString& what, const QByteArray& path, int status = -1) const;
     // Timeout or cancel when the deadline cut the connection, else no error.
     OperationResult interrupted() const;
     void beginStep(const QString& step);
