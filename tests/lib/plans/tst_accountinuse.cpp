@@ -110,7 +110,8 @@ private slots:
         QVERIFY2(refusal.contains(QStringLiteral("Documents")), qPrintable(refusal));
         QCOMPARE(storages->rowCount(), 1);
 
-        const auto removed = SyncCommand::run(QStringLiteral("PlanRemove"), {{QStringLiteral("ID"), plan.id().toString()}});
+        const auto removed
+            = SyncCommand::run(QStringLiteral("PlanRemove"), {{QStringLiteral("ID"), plan.id().toString()}});
         QVERIFY(removed.answered && !removed.isError);
         QTRY_COMPARE(m_plans.create()->rowCount(), 0);
         refusal.clear();

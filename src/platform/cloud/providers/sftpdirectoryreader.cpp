@@ -35,8 +35,7 @@ public:
     explicit Cursor(const QByteArray& data)
         : m_data(reinterpret_cast<const unsigned char*>(data.constData()))
         , m_left(uint32_t(data.size()))
-    {
-    }
+    { }
 
     bool ok() const { return m_ok; }
 
@@ -69,10 +68,7 @@ public:
         return QByteArray(reinterpret_cast<const char*>(m_data - size), int(size));
     }
 
-    void skipString()
-    {
-        take(u32());
-    }
+    void skipString() { take(u32()); }
 
 private:
     bool take(uint32_t size)
