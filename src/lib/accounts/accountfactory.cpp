@@ -38,6 +38,7 @@
 #include "sftp/sftpadd.h"
 #include "storagesadd.h"
 #include "storagesinfo.h"
+#include "storagesupdatewatcher.h"
 
 namespace NVB::GUI::Settings::Account {
 
@@ -247,6 +248,11 @@ void AccountFactory::removeDialogExec(QAbstractItemModel* model, const QModelInd
             = target->match(target->index(0, Column::ID), Qt::DisplayRole, id, 1, Qt::MatchExactly);
         if (found.isEmpty())
             return;
+        const QString refusal = Storages::UpdateWatcher::removalRefusal(QUuid(id));
+        if (!refusal.isEmpty()) {
+            QMessageBox::critical(box->parentWidget(), QObject::tr("Remove Account"), refusal);
+            return;
+        }
         NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Remove local account: %1 %2").arg(name, id);
         target->removeRow(found.first().row(), found.first().parent());
     });

@@ -186,6 +186,11 @@ void Storages::onRemoveItem(const QModelIndex& index)
     box.setDefaultButton(QMessageBox::No);
     if (box.exec() != QMessageBox::Yes)
         return;
+    const QString refusal = UpdateWatcher::removalRefusal(id);
+    if (!refusal.isEmpty()) {
+        QMessageBox::critical(this, tr("Remove Account"), refusal);
+        return;
+    }
     NVL::NvlDebug(QStringLiteral("NVB")).info()
         << QStringLiteral("Remove local account: %1 %2").arg(name, id.toString());
     if (!m_sortModel->removeRow(index.row()))

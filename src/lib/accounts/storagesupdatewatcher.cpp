@@ -14,6 +14,7 @@
 namespace NVB::GUI::Settings {
 
 namespace ConnectionInfo = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo;
+namespace PlanInfo = NVB::GUI::Models::Table::NvbPlanModelInfo;
 
 Storages::UpdateWatcher::UpdateWatcher(const QUuid& id, Type type, QWidget* parent)
     : QDialog(parent)
@@ -48,6 +49,28 @@ Storages::UpdateWatcher::UpdateWatcher(const QUuid& id, Type type, QWidget* pare
 }
 
 Storages::UpdateWatcher::~UpdateWatcher() = default;
+
+QString Storages::UpdateWatcher::removalRefusal(const QUuid& account)
+{
+    // The removal watch has no cancel and no timeout, and the engine answers
+    // a removal it refuses with no model change at all; so the refusal is
+    // found here, before anything is sent.
+    const auto manager = ModelManager::instance();
+    QAbstractItemModel* plans = manager ? manager->create(PlanInfo::Type) : nullptr;
+    if (!plans)
+        return QString();
+    QStringList names;
+    for (int row = 0; row < plans->rowCount(); ++row) {
+        if (QUuid(plans->index(row, PlanInfo::Column::StorageID).data().toString()) == account)
+            names << plans->index(row, PlanInfo::Column::Name).data().toString();
+    }
+    if (names.isEmpty())
+        return QString();
+    names.sort(Qt::CaseInsensitive);
+    // The engine's own words, then the plans it does not name.
+    return tr("The storage account is used by %1 plans; change or remove them first").arg(names.size())
+        + QStringLiteral("\n\n") + tr("Plans: %1").arg(names.join(QStringLiteral(", ")));
+}
 
 bool Storages::UpdateWatcher::holdsId(int first, int last, const QModelIndex& parent) const
 {

@@ -33,6 +33,11 @@ public:
     // error instead (the engine refused to delete an account in use, say).
     QString failure() const { return m_failure; }
 
+    // Why the engine would refuse to remove the account, from the shared
+    // plan table: the plans that keep their backups on it. Empty when none
+    // does, or when no plan table is at hand (the engine then says it).
+    static QString removalRefusal(const QUuid& account);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 

@@ -102,7 +102,7 @@ inline const QString GlobalKnownHostsFile = QStringLiteral("GlobalKnownHostsFile
 // Unlocks an encrypted PrivateKey; with a key, Password is not used for it.
 inline const QString Passphrase = QStringLiteral("Passphrase");
 // Seconds any single step may wait for the server (connect, login, each SFTP
-// request); absent or 0 means SftpClient::DefaultTimeoutSeconds.
+// request); absent or 0 means SshConnection::DefaultTimeoutSeconds.
 inline const QString Timeout = QStringLiteral("Timeout");
 // Set by a failed operation whose host key is unknown or changed, for the
 // dialog that asks the user: the key as a known_hosts line would hold it

@@ -34,8 +34,6 @@ private slots:
     void shouldFollowStorageNotifications_data();
     void shouldFollowStorageNotifications();
     void shouldLeaveRowsToTheEngineOnRemoveRows();
-    void shouldReportRefusedDeletion();
-    void shouldReportUnknownIdOnRemoveStorage();
     void shouldKeepAwaitedIdMissingFromReply();
     void shouldMarkSynchronisation();
 
@@ -237,6 +235,15 @@ void TestStorageConnectionsModel::shouldLeaveRowsToTheEngineOnRemoveRows()
     StorageConnectionsModel model;
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(load(model));
+    // A refusal (an account that plans use) keeps the row and says why.
+    m_peer->onCommand(QLatin1String(Storage::DeleteFileSystem::Name),
+        EngineTestPeer::Answer::error(QStringLiteral("The storage account is used by 1 plans")));
+    QSignalSpy failed(&model, &StorageConnectionsModel::error);
+    QVERIFY(model.removeRows(0, 1));
+    QVERIFY(failed.wait(5000));
+    QCOMPARE(failed.takeFirst().first().toString(), QStringLiteral("The storage account is used by 1 plans"));
+    QCOMPARE(model.rowCount(), 1);
+
     QJsonObject deleteRequest;
     m_peer->onCommand(QLatin1String(Storage::DeleteFileSystem::Name), [&deleteRequest](const QJsonObject& request) {
         deleteRequest = request;
@@ -253,27 +260,7 @@ void TestStorageConnectionsModel::shouldLeaveRowsToTheEngineOnRemoveRows()
     m_peer->notify(Notify::Remove::Type, {{QStringLiteral("id"), id.toString()}});
     QTRY_COMPARE(model.rowCount(), 0);
     QVERIFY(!model.removeRows(0, 1));
-}
-
-void TestStorageConnectionsModel::shouldReportRefusedDeletion()
-{
-    m_rows = {row(QUuid::createUuid(), QStringLiteral("In use"), 1)};
-    StorageConnectionsModel model;
-    QVERIFY(load(model));
-    m_peer->onCommand(QLatin1String(Storage::DeleteFileSystem::Name),
-        EngineTestPeer::Answer::error(QStringLiteral("The storage account is used by 1 plans")));
-    QSignalSpy failed(&model, &StorageConnectionsModel::error);
-    QVERIFY(model.removeRows(0, 1));
-    QVERIFY(failed.wait(5000));
-    QCOMPARE(failed.first().first().toString(), QStringLiteral("The storage account is used by 1 plans"));
-    QCOMPARE(model.rowCount(), 1);
-}
-
-void TestStorageConnectionsModel::shouldReportUnknownIdOnRemoveStorage()
-{
-    StorageConnectionsModel model;
-    QSignalSpy failed(&model, &StorageConnectionsModel::error);
-    model.removeStorage(QUuid::createUuid());
+    model.removeStorage(id);
     QCOMPARE(failed.count(), 1);
     QCOMPARE(failed.first().first().toString(), QStringLiteral("There isn't such storage account in model"));
 }

@@ -108,7 +108,6 @@ private slots:
     void shouldKeepBlockLevelOnInNewFormat();
     void shouldWriteLegacyChoicesAndSkipFullScheduleWithoutBlockLevel_data();
     void shouldWriteLegacyChoicesAndSkipFullScheduleWithoutBlockLevel();
-    void shouldHideBlockLevelForLegacyImage();
     void shouldNeverTurnBlockLevelOffWhenLoading();
     void shouldSaveEditedPlanUnderItsId();
     void shouldStayOpenWhenSaveFailsThenSaveWithRunFlag();
@@ -372,17 +371,6 @@ void TestBackupPlanEditWizard::shouldWriteLegacyChoicesAndSkipFullScheduleWithou
     QCOMPARE(plan->savePlanInCloud(), saveOnCloud);
 }
 
-void TestBackupPlanEditWizard::shouldHideBlockLevelForLegacyImage()
-{
-    // Legacy and new file plans are covered by the walks that write them.
-    BackupPlanEditWizard wizard(false);
-    BackupDiskImage image;
-    image.setIsArchive(false);
-    QVERIFY(namePage(wizard)->fromPlan(&image));
-    QVERIFY(namePage(wizard)->blockLevelBox()->isHidden());
-    QVERIFY(!namePage(wizard)->saveOnCloudBox()->isHidden());
-}
-
 void TestBackupPlanEditWizard::shouldNeverTurnBlockLevelOffWhenLoading()
 {
     BackupPlanEditWizard wizard(false);
@@ -401,6 +389,12 @@ void TestBackupPlanEditWizard::shouldNeverTurnBlockLevelOffWhenLoading()
     QVERIFY(page->saveOnCloudBox()->isChecked());
     QVERIFY(!page->fromPlan(nullptr));
     QVERIFY(!page->initPlan(nullptr));
+    // A legacy image has no block level to offer.
+    BackupDiskImage image;
+    image.setIsArchive(false);
+    QVERIFY(page->fromPlan(&image));
+    QVERIFY(page->blockLevelBox()->isHidden());
+    QVERIFY(!page->saveOnCloudBox()->isHidden());
 }
 
 void TestBackupPlanEditWizard::shouldSaveEditedPlanUnderItsId()

@@ -32,10 +32,8 @@ private slots:
     void init();
     void cleanup();
 
-    void shouldListRemotePath_data();
-    void shouldListRemotePath();
-    void shouldCheckConfigAndCompleteIt_data();
-    void shouldCheckConfigAndCompleteIt();
+    void shouldListRemotePathAndCompleteConfig_data();
+    void shouldListRemotePathAndCompleteConfig();
     void shouldPassOnServersErrorForWrongPassword();
     void shouldRefuseKeyTheServerDoesNotKnow();
     void shouldOfferUnknownHostKeyAndConnectOnceAccepted();
@@ -44,14 +42,11 @@ private slots:
     void shouldListAndEnterFolderWithLatin1Name();
     void shouldLogInWithEncryptedKeyAndItsPassphrase();
     void shouldLogInThroughKeyboardInteractive();
-    void shouldRefuseDotSegmentsInPrefix_data();
-    void shouldRefuseDotSegmentsInPrefix();
-    void shouldReportMissingRemotePath();
+    void shouldRefuseBadPrefixPathOrProxy_data();
+    void shouldRefuseBadPrefixPathOrProxy();
     void shouldListAndCreateContainers();
     void shouldFindBackupPrefixes();
-    void shouldRefuseProxyHonestly();
     void shouldDropListingRemovedWhileRunning();
-    void shouldIgnoreLateFinishOfRemovedListing();
 
 private:
     enum class Auth { Key, Password };
@@ -152,54 +147,39 @@ QSharedPointer<IOperation> TestSftpOperations::runToEnd(const QSharedPointer<IOp
     return operation;
 }
 
-void TestSftpOperations::shouldListRemotePath_data()
+void TestSftpOperations::shouldListRemotePathAndCompleteConfig_data()
 {
     QTest::addColumn<bool>("withKey");
     QTest::newRow("private key") << true;
     QTest::newRow("password") << false;
 }
 
-void TestSftpOperations::shouldListRemotePath()
+void TestSftpOperations::shouldListRemotePathAndCompleteConfig()
 {
     QFETCH(bool, withKey);
-
-    const auto operation = runToEnd(OperationManager::instance().listing(
-        config(withKey ? Auth::Key : Auth::Password), QString(), "/", QString(), 0));
-    QVERIFY(operation);
+    const CloudConfig given = config(withKey ? Auth::Key : Auth::Password);
+    const auto operation = runToEnd(OperationManager::instance().listing(given, QString(), "/", QString(), 0));
     QVERIFY2(!operation->isError(), qPrintable(operation->errorMessage()));
     QCOMPARE(operation->state(), int(IOperation::Finished));
     const auto* listing = qobject_cast<Operation::Listing*>(operation.data());
     QCOMPARE(names(listing->data()), QStringList({"NVB_laptop/", "NVB_office/", "other/", "readme.txt"}));
 
-    const auto deep = runToEnd(OperationManager::instance().listing(
-        config(withKey ? Auth::Key : Auth::Password), m_data + "/NVB_office/", QString(), QString(), 0));
+    const auto deep
+        = runToEnd(OperationManager::instance().listing(given, m_data + "/NVB_office/", QString(), QString(), 0));
     QVERIFY2(!deep->isError(), qPrintable(deep->errorMessage()));
     const auto* deepListing = qobject_cast<Operation::Listing*>(deep.data());
     QCOMPARE(names(deepListing->data()), QStringList({"NVB_office/sub/", "NVB_office/sub/chunk.bin"}));
     QCOMPARE(Api::ListingObject(deepListing->data().last().toObject()).size(), qint64(1000));
-}
 
-void TestSftpOperations::shouldCheckConfigAndCompleteIt_data()
-{
-    QTest::addColumn<bool>("withKey");
-    QTest::newRow("private key") << true;
-    QTest::newRow("password") << false;
-}
-
-void TestSftpOperations::shouldCheckConfigAndCompleteIt()
-{
-    QFETCH(bool, withKey);
-
-    CloudConfig given = config(withKey ? Auth::Key : Auth::Password);
-    given.insert(Config::Network::Sftp::Path, m_data + QStringLiteral("/other/../NVB_office/"));
-    given.insert(Config::Network::Port, QString::number(m_port));
-    const auto operation = runToEnd(OperationManager::instance().checkConfig(given));
-    QVERIFY2(!operation->isError(), qPrintable(operation->errorMessage()));
-    QCOMPARE(operation->type(), OperationType::CheckConfig);
-    const CloudConfig learnt = operation->cloudConfig();
+    CloudConfig roundabout = given;
+    roundabout.insert(Config::Network::Sftp::Path, m_data + QStringLiteral("/other/../NVB_office/"));
+    roundabout.insert(Config::Network::Port, QString::number(m_port));
+    const auto checked = runToEnd(OperationManager::instance().checkConfig(roundabout));
+    QVERIFY2(!checked->isError(), qPrintable(checked->errorMessage()));
+    const CloudConfig learnt = checked->cloudConfig();
     QCOMPARE(learnt.value(Config::Network::Sftp::Path).toString(), m_data + QStringLiteral("/NVB_office"));
     QCOMPARE(learnt.value(Config::Network::Port).toInt(), m_port);
-    QCOMPARE(learnt.value(Config::Id), given.value(Config::Id));
+    QCOMPARE(learnt.value(Config::Id), roundabout.value(Config::Id));
 }
 
 void TestSftpOperations::shouldPassOnServersErrorForWrongPassword()
@@ -404,30 +384,35 @@ void TestSftpOperations::shouldLogInThroughKeyboardInteractive()
     QCOMPARE(wrong->errorCode(), int(OperationError::AuthenticationFailed));
 }
 
-void TestSftpOperations::shouldRefuseDotSegmentsInPrefix_data()
+void TestSftpOperations::shouldRefuseBadPrefixPathOrProxy_data()
 {
     QTest::addColumn<QString>("prefix");
-    QTest::newRow("parent") << QStringLiteral("../");
-    QTest::newRow("parent then name") << QStringLiteral("../data/NVB_");
-    QTest::newRow("inner parent") << QStringLiteral("NVB_office/../../");
-    QTest::newRow("current") << QStringLiteral("./NVB_");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("proxy");
+    QTest::addColumn<int>("code");
+    const int invalid = int(OperationError::InvalidName);
+    QTest::newRow("parent") << QStringLiteral("../") << QString() << false << invalid;
+    QTest::newRow("parent then name") << QStringLiteral("../data/NVB_") << QString() << false << invalid;
+    QTest::newRow("inner parent") << QStringLiteral("NVB_office/../../") << QString() << false << invalid;
+    QTest::newRow("current") << QStringLiteral("./NVB_") << QString() << false << invalid;
+    QTest::newRow("missing folder") << QString() << QStringLiteral("/no-such-folder") << false
+                                    << int(OperationError::NotFound);
+    QTest::newRow("proxy") << QString() << QString() << true << int(OperationError::NotSupported);
 }
 
-void TestSftpOperations::shouldRefuseDotSegmentsInPrefix()
+void TestSftpOperations::shouldRefuseBadPrefixPathOrProxy()
 {
     QFETCH(QString, prefix);
-    const auto operation = runToEnd(OperationManager::instance().listing(config(Auth::Key), prefix, "/", QString(), 0));
-    QCOMPARE(operation->errorCode(), int(OperationError::InvalidName));
-}
-
-void TestSftpOperations::shouldReportMissingRemotePath()
-{
+    QFETCH(QString, path);
+    QFETCH(bool, proxy);
+    QFETCH(int, code);
     CloudConfig given = config(Auth::Key);
-    given.insert(Config::Network::Sftp::Path, m_data + QStringLiteral("/no-such-folder"));
-    const auto operation = runToEnd(OperationManager::instance().listing(given, QString(), "/", QString(), 0));
-    QCOMPARE(operation->errorCode(), int(OperationError::NotFound));
-    QVERIFY2(
-        operation->errorMessage().contains(QStringLiteral("no-such-folder")), qPrintable(operation->errorMessage()));
+    given.insert(Config::Network::Sftp::Path, m_data + path);
+    given.insert(Config::Network::UseProxy, proxy);
+    const auto operation = runToEnd(OperationManager::instance().listing(given, prefix, "/", QString(), 0));
+    QCOMPARE(operation->errorCode(), code);
+    if (!path.isEmpty())
+        QVERIFY2(operation->errorMessage().contains(path.mid(1)), qPrintable(operation->errorMessage()));
 }
 
 void TestSftpOperations::shouldListAndCreateContainers()
@@ -461,53 +446,30 @@ void TestSftpOperations::shouldFindBackupPrefixes()
     QCOMPARE(finished.first().at(1).toStringList(), QStringList({"laptop", "office"}));
 }
 
-void TestSftpOperations::shouldRefuseProxyHonestly()
-{
-    CloudConfig given = config(Auth::Key);
-    given.insert(Config::Network::UseProxy, true);
-    const auto operation = runToEnd(OperationManager::instance().checkConfig(given));
-    QCOMPARE(operation->errorCode(), int(OperationError::NotSupported));
-}
-
 void TestSftpOperations::shouldDropListingRemovedWhileRunning()
 {
-    QPointer<IOperation> watch;
-    {
-        QSharedPointer<IOperation> operation
-            = OperationManager::instance().listing(config(Auth::Password), QString(), QString(), QString(), 0);
-        watch = operation.data();
-        operation->run();
-        QCOMPARE(operation->state(), int(IOperation::Running));
-        operation->remove();
-        QCOMPARE(OperationManager::instance().count(), 0);
-    }
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(watch.isNull());
-    // The worker finishes its session with nobody to report to.
-    QVERIFY(OperationManager::instance().waitForDone(60000));
-    QCoreApplication::processEvents();
-}
-
-void TestSftpOperations::shouldIgnoreLateFinishOfRemovedListing()
-{
     // As a dialog does: it holds the operation, the user cancels, the pointer
-    // is cleared; a finish arriving afterwards must find nothing to do.
+    // is cleared; the worker ends its session with nobody to report to, and
+    // a finish arriving afterwards finds nothing to do.
     QSharedPointer<IOperation> held
-        = OperationManager::instance().listing(config(Auth::Key), QString(), "/", QString(), 0);
+        = OperationManager::instance().listing(config(Auth::Password), QString(), QString(), QString(), 0);
     int reactions = 0;
     connect(held.data(), &IOperation::finished, this, [&reactions]() { ++reactions; });
     const QPointer<IOperation> watch = held.data();
     held->run();
+    QCOMPARE(held->state(), int(IOperation::Running));
     held->remove();
-    const QSharedPointer<IOperation> keptAlive = held;
+    QCOMPARE(OperationManager::instance().count(), 0);
+    QSharedPointer<IOperation> keptAlive = held;
     held.reset();
-
     QVERIFY(OperationManager::instance().waitForDone(60000));
     QTest::qWait(50);
     QCOMPARE(reactions, 0);
-    QVERIFY(watch);
     QCOMPARE(keptAlive->state(), int(IOperation::Cancelled));
     QVERIFY(!keptAlive->isComplite());
+    keptAlive.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(watch.isNull());
 }
 
 NVB_TEST_GUILESS_MAIN(TestSftpOperations)

@@ -1,26 +1,13 @@
 #include "sftpclient.h"
 
-#include <fcntl.h>
-#include <netdb.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <libssh/libssh.h>
-#include <libssh/server.h>
 #include <libssh/sftp.h>
 
-#include <QDir>
-#include <QJsonArray>
-
 #include "cloud/cloudconfig.h"
-#include "cloud/knownhosts.h"
 #include "core/bytename.h"
 #include "listingpager.h"
 #include "listingsnapshots.h"
-#include "sshdeadline.h"
+#include "sftpdirectoryreader.h"
 
 namespace NVL::Cloud {
 
@@ -47,34 +34,6 @@ QString joinKey(const QString& folder, const QString& name)
     return folder.isEmpty() ? name : folder + QLatin1Char('/') + name;
 }
 
-QString fingerprintOf(ssh_key key)
-{
-    unsigned char* hash = nullptr;
-    size_t hashLength = 0;
-    QString fingerprint;
-    if (key && ssh_get_publickey_hash(key, SSH_PUBLICKEY_HASH_SHA256, &hash, &hashLength) == SSH_OK) {
-        char* text = ssh_get_fingerprint_hash(SSH_PUBLICKEY_HASH_SHA256, hash, hashLength);
-        fingerprint = QString::fromUtf8(text);
-        ssh_string_free_char(text);
-        ssh_clean_pubkey_hash(&hash);
-    }
-    return fingerprint;
-}
-
-// An idle connection that died is found by the kernel within about half a
-// minute instead of the two hours of the system default.
-void tuneTcpKeepAlive(int fd)
-{
-    const int on = 1;
-    const int idle = SftpClient::KeepAliveSeconds;
-    const int interval = 5;
-    const int count = 3;
-    setsockopt(fd, SOL_SOCKET, SO_KEEPALIVE, &on, sizeof(on));
-    setsockopt(fd, IPPROTO_TCP, TCP_KEEPIDLE, &idle, sizeof(idle));
-    setsockopt(fd, IPPROTO_TCP, TCP_KEEPINTVL, &interval, sizeof(interval));
-    setsockopt(fd, IPPROTO_TCP, TCP_KEEPCNT, &count, sizeof(count));
-}
-
 } // namespace
 
 SftpClient::SftpClient() = default;
@@ -86,399 +45,53 @@ SftpClient::~SftpClient()
 
 void SftpClient::close()
 {
-    // The watcher lets go of the descriptor before libssh closes it.
-    if (m_deadline)
-        m_deadline->watch(-1);
     if (m_sftp) {
         sftp_free(m_sftp);
         m_sftp = nullptr;
     }
-    if (m_session) {
-        if (ssh_is_connected(m_session))
-            ssh_disconnect(m_session);
-        ssh_free(m_session);
-        m_session = nullptr;
-    }
-    m_deadline.reset();
-}
-
-QString SftpClient::sshError() const
-{
-    return m_session ? QString::fromUtf8(ssh_get_error(m_session)) : QString();
-}
-
-QString SftpClient::serverName() const
-{
-    return m_port == DefaultPort ? m_host : QStringLiteral("[%1]:%2").arg(m_host).arg(m_port);
-}
-
-void SftpClient::beginStep(const QString& step)
-{
-    if (m_keepAlive && m_session && ssh_is_connected(m_session)
-        && std::chrono::steady_clock::now() - m_lastActivity > std::chrono::seconds(KeepAliveSeconds)) {
-        m_deadline->arm(m_timeout, QStringLiteral("waiting for a keepalive reply"));
-        ssh_send_keepalive(m_session);
-    }
-    m_deadline->arm(m_timeout, step);
-}
-
-void SftpClient::endStep()
-{
-    m_deadline->disarm();
-    m_lastActivity = std::chrono::steady_clock::now();
-}
-
-OperationResult SftpClient::interrupted() const
-{
-    if (!m_deadline)
-        return {};
-    switch (m_deadline->reason()) {
-    case SshDeadline::Cancelled:
-        return cancelled();
-    case SshDeadline::Expired:
-        return OperationResult::failure(OperationError::Timeout,
-            QStringLiteral("The SSH server %1 did not answer within %2 s while %3; the connection was closed")
-                .arg(serverName(), QString::number(m_deadline->seconds()), m_deadline->step()));
-    case SshDeadline::None:
-    default:
-        return {};
-    }
-}
-
-OperationResult SftpClient::connectSocket(const CancelToken& cancel, int* fd)
-{
-    addrinfo hints {};
-    hints.ai_family = AF_UNSPEC;
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo* found = nullptr;
-    const QByteArray host = m_host.toUtf8();
-    const QByteArray service = QByteArray::number(m_port);
-    const int lookup = getaddrinfo(host.constData(), service.constData(), &hints, &found);
-    if (lookup != 0)
-        return OperationResult::failure(OperationError::HostNotFound,
-            QStringLiteral("Can't resolve the SSH server \"%1\": %2")
-                .arg(m_host, QString::fromLocal8Bit(gai_strerror(lookup))));
-
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(m_timeout);
-    QString lastError = QStringLiteral("no address");
-    bool timedOut = false;
-    for (addrinfo* address = found; address; address = address->ai_next) {
-        const int sock
-            = ::socket(address->ai_family, address->ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC, address->ai_protocol);
-        if (sock < 0)
-            continue;
-        int state = ::connect(sock, address->ai_addr, address->ai_addrlen);
-        if (state != 0 && errno == EINPROGRESS) {
-            // Short slices, so that a cancel is seen while the SYN hangs.
-            for (;;) {
-                if (cancel.isCancelled()) {
-                    ::close(sock);
-                    freeaddrinfo(found);
-                    return cancelled();
-                }
-                const auto left
-                    = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now())
-                          .count();
-                if (left <= 0) {
-                    timedOut = true;
-                    break;
-                }
-                pollfd watch {sock, POLLOUT, 0};
-                const int ready = ::poll(&watch, 1, int(std::min<long long>(left, 100)));
-                if (ready > 0) {
-                    int error = 0;
-                    socklen_t length = sizeof(error);
-                    getsockopt(sock, SOL_SOCKET, SO_ERROR, &error, &length);
-                    state = error == 0 ? 0 : -1;
-                    errno = error;
-                    break;
-                }
-            }
-        }
-        if (state == 0) {
-            const int flags = fcntl(sock, F_GETFL);
-            fcntl(sock, F_SETFL, flags & ~O_NONBLOCK);
-            const int on = 1;
-            setsockopt(sock, IPPROTO_TCP, TCP_NODELAY, &on, sizeof(on));
-            freeaddrinfo(found);
-            *fd = sock;
-            return {};
-        }
-        lastError = timedOut ? QStringLiteral("no answer within %1 s").arg(m_timeout)
-                             : QString::fromLocal8Bit(strerror(errno));
-        ::close(sock);
-        if (timedOut)
-            break;
-    }
-    freeaddrinfo(found);
-    return OperationResult::failure(timedOut ? OperationError::Timeout : OperationError::ConnectionFailed,
-        QStringLiteral("Can't connect to %1 port %2: %3").arg(m_host, QString::number(m_port), lastError));
+    m_ssh.close();
 }
 
 OperationResult SftpClient::open(const QMap<QString, QVariant>& config, const CancelToken& cancel)
 {
     close();
-    m_host = config.value(Net::Address).toString().trimmed();
-    m_user = config.value(Net::Sftp::User).toString().trimmed();
     const QString root = config.value(Net::Sftp::Path).toString().trimmed();
     m_root = NVL::ByteName::encode(root);
-    if (m_host.isEmpty())
-        return OperationResult::failure(OperationError::InvalidConfig, QStringLiteral("SFTP server is empty"));
-    if (m_user.isEmpty())
-        return OperationResult::failure(OperationError::InvalidConfig, QStringLiteral("SFTP user is empty"));
+    OperationResult result = m_ssh.configure(config);
+    if (result.isError())
+        return result;
     if (root.isEmpty())
         return OperationResult::failure(OperationError::InvalidConfig, QStringLiteral("SFTP path is empty"));
-    if (config.value(Net::UseProxy).toBool())
-        return OperationResult::failure(
-            OperationError::NotSupported, QStringLiteral("SFTP through a proxy is not supported yet"));
-    m_port = DefaultPort;
-    if (config.contains(Net::Port) && !config.value(Net::Port).toString().trimmed().isEmpty()) {
-        bool ok = false;
-        m_port = config.value(Net::Port).toString().trimmed().toInt(&ok);
-        if (!ok || m_port < 1 || m_port > 65535)
-            return OperationResult::failure(OperationError::InvalidConfig,
-                QStringLiteral("SFTP port \"%1\" is not valid").arg(config.value(Net::Port).toString()));
-    }
-    m_timeout = config.value(Net::Sftp::Timeout).toInt();
-    if (m_timeout <= 0)
-        m_timeout = DefaultTimeoutSeconds;
-    m_keepAlive = config.value(Net::KeepAlive).toBool();
-    const QString knownHosts = KnownHosts::userFile(config);
-    const QString globalKnownHosts = KnownHosts::globalFile(config);
-
-    m_deadline = std::make_unique<SshDeadline>(cancel);
-    int fd = -1;
-    OperationResult result = connectSocket(cancel, &fd);
+    result = m_ssh.connect(config, cancel);
     if (result.isError())
         return result;
 
-    m_session = ssh_new();
-    if (!m_session) {
-        ::close(fd);
-        return OperationResult::failure(OperationError::InternalError, QStringLiteral("Can't make an SSH session"));
-    }
-    // From here libssh owns the descriptor and closes it with the session.
-    const socket_t socket = fd;
-    ssh_options_set(m_session, SSH_OPTIONS_FD, &socket);
-    m_deadline->watch(fd);
-    if (m_keepAlive)
-        tuneTcpKeepAlive(fd);
-
-    const QByteArray host = m_host.toUtf8();
-    const QByteArray user = m_user.toUtf8();
-    const QByteArray hostsFile = QFile::encodeName(knownHosts);
-    const QByteArray globalHostsFile = QFile::encodeName(globalKnownHosts);
-    const unsigned int port = static_cast<unsigned int>(m_port);
-    const long timeout = m_timeout;
-    // Only what the account says counts, not the user's ~/.ssh/config.
-    const bool processConfig = false;
-    if (ssh_options_set(m_session, SSH_OPTIONS_HOST, host.constData()) != SSH_OK
-        || ssh_options_set(m_session, SSH_OPTIONS_PORT, &port) != SSH_OK
-        || ssh_options_set(m_session, SSH_OPTIONS_USER, user.constData()) != SSH_OK
-        || ssh_options_set(m_session, SSH_OPTIONS_TIMEOUT, &timeout) != SSH_OK
-        || ssh_options_set(m_session, SSH_OPTIONS_PROCESS_CONFIG, &processConfig) != SSH_OK
-        || ssh_options_set(m_session, SSH_OPTIONS_KNOWNHOSTS, hostsFile.constData()) != SSH_OK
-        || ssh_options_set(m_session, SSH_OPTIONS_GLOBAL_KNOWNHOSTS, globalHostsFile.constData()) != SSH_OK)
-        return OperationResult::failure(
-            OperationError::InvalidConfig, QStringLiteral("Invalid SSH settings: %1").arg(sshError()));
-
-    beginStep(QStringLiteral("exchanging keys"));
-    const int connected = ssh_connect(m_session);
-    endStep();
-    if (connected != SSH_OK) {
-        result = interrupted();
-        if (result.isError())
-            return result;
-        return OperationResult::failure(OperationError::ConnectionFailed,
-            QStringLiteral("Can't connect to %1 port %2: %3").arg(m_host, QString::number(m_port), sshError()));
-    }
-
-    result = verifyHostKey(config, knownHosts);
-    if (result.isError())
-        return result;
-    result = authenticate(config);
-    if (result.isError()) {
-        const OperationResult cut = interrupted();
-        return cut.isError() ? cut : result;
-    }
-
-    beginStep(QStringLiteral("starting SFTP"));
-    m_sftp = sftp_new(m_session);
+    m_ssh.beginStep(QStringLiteral("starting SFTP"));
+    m_sftp = sftp_new(m_ssh.session());
     const bool started = m_sftp && sftp_init(m_sftp) == SSH_OK;
-    endStep();
+    m_ssh.endStep();
     if (!started) {
-        result = interrupted();
+        result = m_ssh.interrupted();
         if (result.isError())
             return result;
         return OperationResult::failure(OperationError::ConnectionFailed,
-            QStringLiteral("SFTP is not available on %1: %2").arg(m_host, sshError()));
+            QStringLiteral("SFTP is not available on %1: %2").arg(m_ssh.host(), m_ssh.sshError()));
     }
     return {};
 }
 
-OperationResult SftpClient::verifyHostKey(const QMap<QString, QVariant>& config, const QString& knownHostsFile)
+OperationResult SftpClient::sftpFailure(const QString& what, const QByteArray& rawPath, int status) const
 {
-    const QString server = serverName();
-    ssh_key key = nullptr;
-    if (ssh_get_server_publickey(m_session, &key) != SSH_OK)
-        return OperationResult::failure(
-            OperationError::ConnectionFailed, QStringLiteral("%1 sent no host key: %2").arg(server, sshError()));
-    const QString fingerprint = fingerprintOf(key);
-    const QString keyType = QString::fromUtf8(ssh_key_type_to_char(ssh_key_type(key)));
-    QString keyLine;
-    char* base64 = nullptr;
-    if (ssh_pki_export_pubkey_base64(key, &base64) == SSH_OK) {
-        keyLine = keyType + QLatin1Char(' ') + QString::fromLatin1(base64);
-        ssh_string_free_char(base64);
-    }
-    ssh_key_free(key);
-
-    // What the dialog needs to ask the user about exactly this key.
-    OperationResult refusal;
-    refusal.config = config;
-    refusal.config.insert(Net::Sftp::OfferedHostKey, keyLine);
-    refusal.config.insert(Net::Sftp::OfferedHostKeyFingerprint, fingerprint);
-    refusal.errorCode = OperationError::HostKeyNotTrusted;
-
-    // libssh hands out the entry of a matching key only, so the key on
-    // record for a changed one is looked up in the files themselves.
-    const auto knownFingerprint = [&]() {
-        const QByteArray pattern = KnownHosts::hostPattern(m_host, m_port).toUtf8();
-        for (const QString& path : {knownHostsFile, KnownHosts::globalFile(config)}) {
-            QFile file(path);
-            if (!file.open(QIODevice::ReadOnly))
-                continue;
-            while (!file.atEnd()) {
-                const QByteArray line = file.readLine(64 * 1024).trimmed();
-                ssh_knownhosts_entry* entry = nullptr;
-                QString found;
-                if (!line.isEmpty() && !line.startsWith('#')
-                    && ssh_known_hosts_parse_line(pattern.constData(), line.constData(), &entry) == SSH_OK && entry)
-                    found = fingerprintOf(entry->publickey);
-                SSH_KNOWNHOSTS_ENTRY_FREE(entry);
-                if (!found.isEmpty())
-                    return found;
-            }
-        }
-        return QString();
-    };
-
-    switch (ssh_session_is_known_server(m_session)) {
-    case SSH_KNOWN_HOSTS_OK:
-        return {};
-    case SSH_KNOWN_HOSTS_CHANGED:
-    case SSH_KNOWN_HOSTS_OTHER: {
-        const QString known = knownFingerprint();
-        refusal.config.insert(Net::Sftp::KnownHostKeyFingerprint, known);
-        refusal.errorMessage
-            = QStringLiteral("WARNING: the host key of %1 has changed. It now sends the %2 key %3, but the key on "
-                             "record is %4. Someone may be intercepting the connection. If the server's key was "
-                             "replaced on purpose, remove its old line from %5 and connect again.")
-                  .arg(server, keyType, fingerprint, known.isEmpty() ? QStringLiteral("of another type") : known,
-                      knownHostsFile);
-        return refusal;
-    }
-    case SSH_KNOWN_HOSTS_UNKNOWN:
-    case SSH_KNOWN_HOSTS_NOT_FOUND:
-        refusal.errorMessage = QStringLiteral("The host key of %1 is unknown. Its %2 key fingerprint is %3. "
-                                              "Accept it only if the server's administrator confirms it.")
-                                   .arg(server, keyType, fingerprint);
-        return refusal;
-    case SSH_KNOWN_HOSTS_ERROR:
-    default:
-        return OperationResult::failure(OperationError::HostKeyNotTrusted,
-            QStringLiteral("Can't check the host key of %1 against %2: %3").arg(server, knownHostsFile, sshError()));
-    }
-}
-
-OperationResult SftpClient::authenticate(const QMap<QString, QVariant>& config)
-{
-    const QString privateKey = config.value(Net::Sftp::PrivateKey).toString();
-    const QString password = config.value(Net::Sftp::Password).toString();
-    // Older records kept a key's passphrase in the password field.
-    const QString passphrase
-        = config.contains(Net::Sftp::Passphrase) ? config.value(Net::Sftp::Passphrase).toString() : password;
-
-    if (!privateKey.trimmed().isEmpty()) {
-        ssh_key key = nullptr;
-        const QByteArray keyText = privateKey.toUtf8();
-        const QByteArray secret = passphrase.toUtf8();
-        if (ssh_pki_import_privkey_base64(
-                keyText.constData(), passphrase.isEmpty() ? nullptr : secret.constData(), nullptr, nullptr, &key)
-            != SSH_OK)
-            return OperationResult::failure(OperationError::InvalidConfig,
-                passphrase.isEmpty() ? QStringLiteral("The private key can't be read: it is damaged, of an unknown "
-                                                      "format, or encrypted and needs its passphrase")
-                                     : QStringLiteral("The private key can't be read: the passphrase is wrong, or "
-                                                      "the key is damaged or of an unknown format"));
-        beginStep(QStringLiteral("logging in"));
-        const int state = ssh_userauth_publickey(m_session, nullptr, key);
-        endStep();
-        ssh_key_free(key);
-        if (state != SSH_AUTH_SUCCESS)
-            return OperationResult::failure(OperationError::AuthenticationFailed,
-                QStringLiteral("%1 refused the private key of user \"%2\": %3").arg(m_host, m_user, sshError()));
-        return {};
-    }
-    if (password.isEmpty())
-        return OperationResult::failure(
-            OperationError::InvalidConfig, QStringLiteral("Neither a password nor a private key was given"));
-
-    const QByteArray secret = password.toUtf8();
-    beginStep(QStringLiteral("logging in"));
-    ssh_userauth_none(m_session, nullptr);
-    const int methods = ssh_userauth_list(m_session, nullptr);
-    endStep();
-    if (!(methods & SSH_AUTH_METHOD_PASSWORD) && (methods & SSH_AUTH_METHOD_INTERACTIVE))
-        return authenticateInteractively(secret);
-    beginStep(QStringLiteral("logging in"));
-    const int state = ssh_userauth_password(m_session, nullptr, secret.constData());
-    endStep();
-    if (state != SSH_AUTH_SUCCESS)
-        return OperationResult::failure(OperationError::AuthenticationFailed,
-            QStringLiteral("%1 refused the password of user \"%2\": %3").arg(m_host, m_user, sshError()));
-    return {};
-}
-
-OperationResult SftpClient::authenticateInteractively(const QByteArray& password)
-{
-    // The usual PAM conversation asks once for the password; a server that
-    // asks for more than that (a one-time code) can't be served unattended.
-    beginStep(QStringLiteral("logging in"));
-    int state = ssh_userauth_kbdint(m_session, nullptr, nullptr);
-    int rounds = 0;
-    bool unanswerable = false;
-    while (state == SSH_AUTH_INFO && rounds++ < 5) {
-        const int prompts = ssh_userauth_kbdint_getnprompts(m_session);
-        for (int i = 0; i < prompts; ++i) {
-            char echo = 0;
-            ssh_userauth_kbdint_getprompt(m_session, unsigned(i), &echo);
-            if (echo || prompts > 1)
-                unanswerable = true;
-            ssh_userauth_kbdint_setanswer(m_session, unsigned(i), password.constData());
-        }
-        state = ssh_userauth_kbdint(m_session, nullptr, nullptr);
-    }
-    endStep();
-    if (state == SSH_AUTH_SUCCESS)
-        return {};
-    return OperationResult::failure(OperationError::AuthenticationFailed,
-        unanswerable ? QStringLiteral("%1 asked user \"%2\" for more than a password").arg(m_host, m_user)
-                     : QStringLiteral("%1 refused the password of user \"%2\": %3").arg(m_host, m_user, sshError()));
-}
-
-OperationResult SftpClient::sftpFailure(const QString& what, const QByteArray& rawPath) const
-{
-    const OperationResult cut = interrupted();
+    const OperationResult cut = m_ssh.interrupted();
     if (cut.isError())
         return cut;
     const QString path = NVL::ByteName::display(NVL::ByteName::decode(rawPath));
-    const int error = m_sftp ? sftp_get_error(m_sftp) : SSH_FX_FAILURE;
+    const int error = status >= 0 ? status : m_sftp ? sftp_get_error(m_sftp) : SSH_FX_FAILURE;
     switch (error) {
     case SSH_FX_NO_SUCH_FILE:
     case SSH_FX_NO_SUCH_PATH:
         return OperationResult::failure(
-            OperationError::NotFound, QStringLiteral("%1: \"%2\" does not exist on %3").arg(what, path, m_host));
+            OperationError::NotFound, QStringLiteral("%1: \"%2\" does not exist on %3").arg(what, path, m_ssh.host()));
     case SSH_FX_PERMISSION_DENIED:
         return OperationResult::failure(
             OperationError::AccessDenied, QStringLiteral("%1: permission denied on \"%2\"").arg(what, path));
@@ -487,15 +100,15 @@ OperationResult SftpClient::sftpFailure(const QString& what, const QByteArray& r
             OperationError::AlreadyExists, QStringLiteral("%1: \"%2\" already exists").arg(what, path));
     default:
         return OperationResult::failure(
-            OperationError::IoError, QStringLiteral("%1 \"%2\": %3").arg(what, path, sshError()));
+            OperationError::IoError, QStringLiteral("%1 \"%2\": %3").arg(what, path, m_ssh.sshError()));
     }
 }
 
 OperationResult SftpClient::checkRoot()
 {
-    beginStep(QStringLiteral("reading the folder"));
+    m_ssh.beginStep(QStringLiteral("reading the folder"));
     sftp_attributes attributes = sftp_stat(m_sftp, m_root.constData());
-    endStep();
+    m_ssh.endStep();
     if (!attributes)
         return sftpFailure(QStringLiteral("Can't open the folder"), m_root);
     const bool folder = attributes->type == SSH_FILEXFER_TYPE_DIRECTORY;
@@ -503,49 +116,47 @@ OperationResult SftpClient::checkRoot()
     if (!folder)
         return OperationResult::failure(OperationError::InvalidConfig,
             QStringLiteral("\"%1\" on %2 is not a folder")
-                .arg(NVL::ByteName::display(NVL::ByteName::decode(m_root)), m_host));
+                .arg(NVL::ByteName::display(NVL::ByteName::decode(m_root)), m_ssh.host()));
     return {};
 }
 
 OperationResult SftpClient::readFolder(const QByteArray& path, const QString& keyBase, bool recursive,
     QVector<Api::ListingObject>* entries, const CancelToken& cancel)
 {
-    beginStep(QStringLiteral("opening a folder"));
+    m_ssh.beginStep(QStringLiteral("opening a folder"));
     sftp_dir dir = sftp_opendir(m_sftp, path.constData());
-    endStep();
+    m_ssh.endStep();
     if (!dir)
         return sftpFailure(QStringLiteral("Can't list the folder"), path);
 
     QVector<QByteArray> folders;
-    for (;;) {
-        beginStep(QStringLiteral("reading a folder"));
-        sftp_attributes attributes = sftp_readdir(m_sftp, dir);
-        endStep();
-        if (!attributes)
-            break;
-        const QByteArray rawName(attributes->name);
-        if (rawName != "." && rawName != "..") {
+    SftpDirectoryReader reader(m_sftp, dir);
+    QVector<SftpDirectoryReader::Entry> batch;
+    bool more = true;
+    while (more) {
+        batch.clear();
+        m_ssh.beginStep(QStringLiteral("reading a folder"));
+        more = reader.read(&batch);
+        m_ssh.endStep();
+        for (const SftpDirectoryReader::Entry& entry : qAsConst(batch)) {
+            if (entry.name == "." || entry.name == "..")
+                continue;
             // readdir does not follow links, so a link to a folder stays a leaf
             // and a loop of links cannot trap a recursive listing.
-            const bool folder = attributes->type == SSH_FILEXFER_TYPE_DIRECTORY;
-            const QDateTime modified
-                = QDateTime::fromSecsSinceEpoch(attributes->mtime64 ? attributes->mtime64 : attributes->mtime, Qt::UTC);
-            const QString key = joinKey(keyBase, NVL::ByteName::decode(rawName));
-            entries->append(
-                Api::ListingObject(key, folder, folder ? 0 : static_cast<qint64>(attributes->size), modified));
-            if (folder && recursive)
-                folders.append(rawName);
+            const QString key = joinKey(keyBase, NVL::ByteName::decode(entry.name));
+            entries->append(Api::ListingObject(key, entry.folder, entry.folder ? 0 : qint64(entry.size),
+                QDateTime::fromSecsSinceEpoch(entry.modified, Qt::UTC)));
+            if (entry.folder && recursive)
+                folders.append(entry.name);
         }
-        sftp_attributes_free(attributes);
         if (cancel.isCancelled()) {
             sftp_closedir(dir);
             return cancelled();
         }
     }
-    const bool complete = sftp_dir_eof(dir);
     sftp_closedir(dir);
-    if (!complete)
-        return sftpFailure(QStringLiteral("Listing broke off in"), path);
+    if (reader.failed())
+        return sftpFailure(QStringLiteral("Listing broke off in"), path, reader.status());
 
     for (const QByteArray& folder : qAsConst(folders)) {
         OperationResult result = readFolder(
@@ -566,15 +177,15 @@ OperationResult SftpClient::checkConfig(const QMap<QString, QVariant>& config, c
         return result;
 
     result.config = config;
-    result.config.insert(Net::Port, m_port);
-    beginStep(QStringLiteral("reading the folder"));
+    result.config.insert(Net::Port, m_ssh.port());
+    m_ssh.beginStep(QStringLiteral("reading the folder"));
     char* canonical = sftp_canonicalize_path(m_sftp, m_root.constData());
-    endStep();
+    m_ssh.endStep();
     if (canonical) {
         result.config.insert(Net::Sftp::Path, NVL::ByteName::decode(QByteArray(canonical)));
         ssh_string_free_char(canonical);
     }
-    const OperationResult cut = interrupted();
+    const OperationResult cut = m_ssh.interrupted();
     return cut.isError() ? cut : result;
 }
 
@@ -610,9 +221,9 @@ OperationResult SftpClient::createContainer(
     if (result.isError())
         return result;
     const QByteArray folder = joinPath(m_root, NVL::ByteName::encode(name));
-    beginStep(QStringLiteral("creating a folder"));
+    m_ssh.beginStep(QStringLiteral("creating a folder"));
     const int made = sftp_mkdir(m_sftp, folder.constData(), 0755);
-    endStep();
+    m_ssh.endStep();
     if (made != SSH_OK)
         return sftpFailure(QStringLiteral("Can't create the folder"), folder);
     return result;
@@ -646,13 +257,13 @@ OperationResult SftpClient::listing(
     const QByteArray base = folder.isEmpty() ? m_root : joinPath(m_root, NVL::ByteName::encode(folder));
 
     QVector<Api::ListingObject> entries;
-    beginStep(QStringLiteral("reading the folder"));
+    m_ssh.beginStep(QStringLiteral("reading the folder"));
     sftp_attributes attributes = sftp_stat(m_sftp, base.constData());
-    endStep();
+    m_ssh.endStep();
     const bool exists = attributes && attributes->type == SSH_FILEXFER_TYPE_DIRECTORY;
     if (attributes)
         sftp_attributes_free(attributes);
-    result = interrupted();
+    result = m_ssh.interrupted();
     if (result.isError())
         return result;
     // Like an object store, a prefix below no existing folder lists nothing.
