@@ -17,6 +17,8 @@
 #include "server/instancelock.h"
 #include "server/notifier.h"
 #include "server/signalwatcher.h"
+#include "settings/settingswatcher.h"
+#include "stores/defaultsettings.h"
 #include "store/datafolderguard.h"
 #include "store/enginestore.h"
 
@@ -72,6 +74,8 @@ int main(int argc, char* argv[])
             router.handle(request, reply);
         });
     notifier.setSink([&server](const QJsonObject& frame) { server.broadcast(frame); });
+    NVB::Engine::SettingsWatcher settingsWatcher(NVB::DefaultSettings::instance(), &notifier);
+    settingsWatcher.applyAll();
     if (!server.listen(socketPath, &error))
         return fail(error);
 

@@ -15,6 +15,8 @@
 #include <QRandomGenerator>
 #include <QStringList>
 
+#include "settings/transferthrottle.h"
+
 namespace NVB::Engine {
 
 // Closes a descriptor on every path out of a function.
@@ -201,6 +203,7 @@ StorageRead FileSystemDriver::read(const QString& key, qint64 offset, qint64 len
         done += got;
     }
     result.data.truncate(int(done));
+    TransferThrottle::local().take(done);
     return result;
 }
 
@@ -213,6 +216,7 @@ StorageStatus FileSystemDriver::write(const QString& key, const QByteArray& data
     Descriptor folder(openParent(key, true, &leaf));
     if (folder.get() < 0)
         return {failure(QStringLiteral("write"), key)};
+    TransferThrottle::local().take(data.size());
     const QByteArray temporary
         = nameOf(QStringLiteral(".tmp-%1").arg(QRandomGenerator::system()->generate64(), 16, 16, QLatin1Char('0')));
     Descriptor file(

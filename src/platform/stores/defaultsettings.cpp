@@ -88,6 +88,16 @@ QMap<QString, QString> DefaultSettings::defaultValues()
         {QStringLiteral("SMTP sender"), QString()},
         // Seconds a plan's pre or post action may run before it is killed.
         {QStringLiteral("Action time limit"), QStringLiteral("3600")},
+        // The engine's store file; empty: "nvbackup.db" in its data folder.
+        {QStringLiteral("DatabasePath"), QString()},
+        // The proxy of cloud transfers: "none", "system" (the environment's),
+        // "http" or "socks5"; the password is enciphered.
+        {QStringLiteral("Proxy type"), QStringLiteral("none")},
+        {QStringLiteral("Proxy host"), QString()},
+        {QStringLiteral("Proxy port"), QStringLiteral("8080")},
+        {QStringLiteral("Proxy use authentication"), QStringLiteral("false")},
+        {QStringLiteral("Proxy user"), QString()},
+        {QStringLiteral("Proxy password"), QString()},
     };
 }
 
@@ -116,7 +126,7 @@ void DefaultSettings::load(const QMap<QString, QString>& defaults)
         }
     }
 
-    const auto onChange = [this](const Property&) { return save(); };
+    const auto onChange = [this](const Property&) { return m_reloading || save(); };
     for (auto it = defaults.cbegin(); it != defaults.cend(); ++it) {
         QString value = it.value();
         const QJsonValue storedValue = stored.value(it.key());
@@ -162,6 +172,32 @@ bool DefaultSettings::setValue(const QString& key, const QString& value)
     if (it == m_items.cend())
         return false;
     return it.value()->setValue(value);
+}
+
+QStringList DefaultSettings::reload()
+{
+    QFile file(m_filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (!document.isObject()) {
+        warning() << QStringLiteral("Settings file %1 is damaged (%2); the values in use stay")
+                         .arg(m_filePath, error.errorString());
+        return {};
+    }
+    const QJsonObject stored = document.object();
+    QStringList changed;
+    m_reloading = true;
+    for (auto it = m_items.begin(); it != m_items.end(); ++it) {
+        const QJsonValue storedValue = stored.value(it.key());
+        if (storedValue.isString() && storedValue.toString() != it.value()->value()) {
+            it.value()->setValue(storedValue.toString());
+            changed.append(it.key());
+        }
+    }
+    m_reloading = false;
+    return changed;
 }
 
 void DefaultSettings::setBeforeCommitHookForTest(std::function<void()> hook)
