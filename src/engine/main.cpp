@@ -19,6 +19,7 @@
 #include "server/signalwatcher.h"
 #include "settings/settingswatcher.h"
 #include "stores/defaultsettings.h"
+#include "web/webaccess.h"
 #include "store/datafolderguard.h"
 #include "store/enginestore.h"
 
@@ -91,6 +92,10 @@ int main(int argc, char* argv[])
     });
 
     engine.start();
+    NVB::Engine::WebAccess webAccess(&engine, NVB::DefaultSettings::instance(), dataDirectory);
+    QObject::connect(&settingsWatcher, &NVB::Engine::SettingsWatcher::changed, &webAccess,
+                     &NVB::Engine::WebAccess::onSettingsChanged);
+    webAccess.apply();
     NVL::NvlDebug(QStringLiteral("NVB")).info()
         << QStringLiteral("Engine %1 serving %2 with the store in %3")
                .arg(NVB::defines::ProviderDefines::BuildVersion(), socketPath, dataDirectory);
