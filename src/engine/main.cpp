@@ -22,6 +22,7 @@
 #include "web/webaccess.h"
 #include "store/datafolderguard.h"
 #include "store/enginestore.h"
+#include "store/storefile.h"
 
 namespace {
 
@@ -63,8 +64,12 @@ int main(int argc, char* argv[])
     if (!lock.acquire(&error))
         return fail(error);
 
+    if (!NVB::Engine::StoreFile::adoptOldName(dataDirectory, &error))
+        return fail(error);
     NVB::Engine::EngineStore store;
-    if (!store.open(dataDirectory + QStringLiteral("/engine.db")))
+    const QString storePath = NVB::Engine::StoreFile::location(
+        dataDirectory, NVB::DefaultSettings::instance()->value(QStringLiteral("DatabasePath")));
+    if (!store.open(storePath))
         return fail(store.lastError());
 
     NVB::Engine::Notifier notifier;
@@ -97,7 +102,7 @@ int main(int argc, char* argv[])
                      &NVB::Engine::WebAccess::onSettingsChanged);
     webAccess.apply();
     NVL::NvlDebug(QStringLiteral("NVB")).info()
-        << QStringLiteral("Engine %1 serving %2 with the store in %3")
-               .arg(NVB::defines::ProviderDefines::BuildVersion(), socketPath, dataDirectory);
+        << QStringLiteral("Engine %1 serving %2 with the store %3")
+               .arg(NVB::defines::ProviderDefines::BuildVersion(), socketPath, store.filePath());
     return app.exec();
 }

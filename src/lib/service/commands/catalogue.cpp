@@ -42,6 +42,7 @@ const QStringList& Catalogue::names()
         QLatin1String(Format::System::GetAndApplyRemoteDeployConfigurations::Name),
         QLatin1String(Format::System::GetPeerSslCertificate::Name), QLatin1String(Format::System::GetSettings::Name),
         QLatin1String(Format::System::ImportConfiguration::Name),
+        QLatin1String(Format::System::MoveDatabase::Name),
         QLatin1String(Format::System::ReadFromSslStorage::Name),
         QLatin1String(Format::System::RemoveFromSslStorage::Name),
         QLatin1String(Format::System::SendDiagnosticLog::Name), QLatin1String(Format::System::UninstallClient::Name),

@@ -111,6 +111,12 @@ inline constexpr char Profile[] = "profile";
 inline constexpr char ReplaceBackupPrefix[] = "replaceBackupPrefix";
 } // namespace Request
 } // namespace ImportConfiguration
+namespace MoveDatabase {
+inline constexpr char Name[] = "MoveDatabase";
+namespace Request {
+inline constexpr char Path[] = "Path";
+} // namespace Request
+} // namespace MoveDatabase
 namespace ReadFromSslStorage {
 inline constexpr char Name[] = "ReadFromSslStorage";
 namespace Reply {
