@@ -94,6 +94,43 @@ private slots:
         delete m_engine;
     }
 
+    void shouldTreatSymlinksAsTheSettingSays_data()
+    {
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<int>("files"); // links kept as links are no files
+        QTest::newRow("originals instead of links") << QStringLiteral("2") << 2;
+        QTest::newRow("links only") << QStringLiteral("3") << 1;
+    }
+
+    void shouldTreatSymlinksAsTheSettingSays()
+    {
+        QFETCH(QString, setting);
+        QFETCH(int, files);
+        QTemporaryDir source;
+        QFile original(source.filePath(QStringLiteral("original.txt")));
+        QVERIFY(original.open(QIODevice::WriteOnly));
+        original.write("the original");
+        original.close();
+        QVERIFY(QFile::link(original.fileName(), source.filePath(QStringLiteral("shortcut.txt"))));
+        m_notifications.clear();
+        QVERIFY(NVB::DefaultSettings::instance()->setBackupSymlink(setting));
+        QVERIFY(waitForSettingNote(QStringLiteral("BackupSymlink")));
+
+        NVB::Info::Plan::BackupFile plan;
+        plan.setId(QUuid::createUuid());
+        plan.setName(QStringLiteral("Links"));
+        plan.setIsArchive(false);
+        plan.setStorage(m_account);
+        plan.setItems({source.path()});
+        plan.setUseCompression(false);
+        QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
+            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}}).isError);
+        QVERIFY(runToEnd(plan.id()));
+        const QJsonObject info = SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.id().toString()}})
+                                     .data.value(QStringLiteral("planInfo")).toObject();
+        QCOMPARE(info.value(QStringLiteral("LastFileCount")).toInt(), files);
+    }
+
     void shouldHoldBackupsToTheLocalBandwidthSetWhileRunning()
     {
         QTemporaryDir source;

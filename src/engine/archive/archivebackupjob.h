@@ -59,6 +59,7 @@ public:
         bool backupEmptyFolders = false;
         bool compress = false;
         bool followFileSymlinks = false;
+        bool skipSymlinks = false;
         QStringList neverTaken;
         std::optional<bool> oneFileSystem;
         // Tests give a driver of their own; otherwise a File System driver

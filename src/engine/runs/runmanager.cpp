@@ -31,6 +31,7 @@
 #include "repository/repository.h"
 #include "retention/retentionjob.h"
 #include "schedule/fullbackuprule.h"
+#include "settings/symlinkpolicy.h"
 #include "storage/filesystemdriver.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
@@ -257,7 +258,9 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         keyChanged = !earlierPlan || earlierPlan->encryption().password() != password
             || earlierPlan->encryption().encryptionType() != encryption.encryptionType();
     }
-    parameters.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
+    const SymlinkPolicy symlinks = SymlinkPolicy::fromSetting(NVB::DefaultSettings::instance()->getBackupSymlink());
+    parameters.followFileSymlinks = symlinks.followFileLinks;
+    parameters.skipSymlinks = !symlinks.keepLinks;
     // "StayOnOneFileSystem": "true" or "false" for every root; unset, only
     // the root "/" stays on its file system.
     const QString oneFileSystem = NVB::DefaultSettings::instance()->value(QStringLiteral("StayOnOneFileSystem"));
@@ -312,6 +315,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         archive.backupEmptyFolders = parameters.backupEmptyFolders;
         archive.compress = parameters.compress;
         archive.followFileSymlinks = parameters.followFileSymlinks;
+        archive.skipSymlinks = parameters.skipSymlinks;
         archive.neverTaken = parameters.neverTaken;
         archive.oneFileSystem = parameters.oneFileSystem;
         archive.storeFile = m_store->filePath();
