@@ -75,7 +75,8 @@ private:
     bool runToEnd(const QUuid& plan)
     {
         m_notifications.clear();
-        const auto reply = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
+        const auto reply
+            = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
         return reply.answered && !reply.isError && noted(Format::Plan::StateChange::Type, QStringLiteral("state"), 2);
     }
 
@@ -97,8 +98,8 @@ private:
     static QByteArray curl(const QStringList& arguments, const QString& jar)
     {
         QProcess process;
-        process.start(QStringLiteral("curl"), QStringList {QStringLiteral("-sk"), QStringLiteral("-b"), jar,
-                                                  QStringLiteral("-c"), jar} + arguments);
+        process.start(QStringLiteral("curl"),
+            QStringList {QStringLiteral("-sk"), QStringLiteral("-b"), jar, QStringLiteral("-c"), jar} + arguments);
         process.waitForFinished(20000);
         return process.readAllStandardOutput();
     }
@@ -129,7 +130,8 @@ private slots:
         const auto saved = SyncCommand::run(QStringLiteral("SaveStorage"),
             {{QStringLiteral("ID"), m_account.toString()}, {QStringLiteral("displayName"), QStringLiteral("Disk")},
                 {QStringLiteral("type"), 1}, {QStringLiteral("prefix"), QStringLiteral("tester")},
-                {QStringLiteral("params"), QJsonObject {{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
+                {QStringLiteral("params"),
+                    QJsonObject {{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
         QVERIFY2(saved.answered && !saved.isError, qPrintable(saved.errorString));
     }
 
@@ -154,12 +156,15 @@ private slots:
         QFETCH(int, files);
         QTemporaryDir source;
         write(source.filePath(QStringLiteral("original.txt")), "the original");
-        QVERIFY(QFile::link(source.filePath(QStringLiteral("original.txt")), source.filePath(QStringLiteral("link.txt"))));
+        QVERIFY(
+            QFile::link(source.filePath(QStringLiteral("original.txt")), source.filePath(QStringLiteral("link.txt"))));
         QVERIFY(set(QStringLiteral("BackupSymlink"), setting));
         const QUuid plan = savePlan(QStringLiteral("Links"), source.path());
         QVERIFY(runToEnd(plan));
-        const QJsonObject info = SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.toString()}})
-                                     .data.value(QStringLiteral("planInfo")).toObject();
+        const QJsonObject info
+            = SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.toString()}})
+                  .data.value(QStringLiteral("planInfo"))
+                  .toObject();
         QCOMPARE(info.value(QStringLiteral("LastFileCount")).toInt(), files);
     }
 
@@ -167,7 +172,8 @@ private slots:
     {
         QTemporaryDir source;
         QByteArray data(5 << 20, Qt::Uninitialized);
-        QRandomGenerator(19).generate(reinterpret_cast<quint32*>(data.data()), reinterpret_cast<quint32*>(data.data() + data.size()));
+        QRandomGenerator(19).generate(
+            reinterpret_cast<quint32*>(data.data()), reinterpret_cast<quint32*>(data.data() + data.size()));
         write(source.filePath(QStringLiteral("five.bin")), data);
         const QUuid plan = savePlan(QStringLiteral("Throttled"), source.path());
         // 1024 KByte/s: five MiB need about five seconds.
@@ -196,28 +202,44 @@ private slots:
         QTemporaryDir client;
         const QString jar = client.filePath(QStringLiteral("cookies"));
         const QString base = QStringLiteral("https://127.0.0.1:%1").arg(port);
-        QVERIFY(curl({QStringLiteral("-d"), QStringLiteral("password=wrong"), base + QStringLiteral("/api/login")}, jar).contains("wrong"));
+        QVERIFY(curl({QStringLiteral("-d"), QStringLiteral("password=wrong"), base + QStringLiteral("/api/login")}, jar)
+                    .contains("wrong"));
         QVERIFY(curl({base + QStringLiteral("/api/plans")}, jar).contains("Log in first"));
         // The browser gets a session of its own from a one-time login link.
-        const QString ticket = QJsonDocument::fromJson(curl({QStringLiteral("--data-urlencode"),
-            QStringLiteral("password=open sesame"), base + QStringLiteral("/api/login")}, jar)).object().value(QStringLiteral("ticket")).toString();
+        const QString ticket
+            = QJsonDocument::fromJson(curl({QStringLiteral("--data-urlencode"), QStringLiteral("password=open sesame"),
+                                               base + QStringLiteral("/api/login")},
+                                          jar))
+                  .object()
+                  .value(QStringLiteral("ticket"))
+                  .toString();
         QVERIFY(!ticket.isEmpty());
         QProcess chromium;
         chromium.start(QStringLiteral("/usr/bin/chromium"),
             {QStringLiteral("--headless"), QStringLiteral("--no-sandbox"), QStringLiteral("--disable-gpu"),
-                QStringLiteral("--ignore-certificate-errors"), QStringLiteral("--user-data-dir=") + client.filePath(QStringLiteral("profile")),
+                QStringLiteral("--ignore-certificate-errors"),
+                QStringLiteral("--user-data-dir=") + client.filePath(QStringLiteral("profile")),
                 QStringLiteral("--dump-dom"), base + QStringLiteral("/login?ticket=") + ticket});
         QVERIFY(chromium.waitForFinished(90000));
         const QByteArray dom = chromium.readAllStandardOutput();
-        QVERIFY2(dom.contains("id=\"plans\"") && dom.contains("Nightly documents") && dom.contains("Idle"), dom.constData());
+        QVERIFY2(
+            dom.contains("id=\"plans\"") && dom.contains("Nightly documents") && dom.contains("Idle"), dom.constData());
 
         // Started through the JSON endpoint, the run is in the history.
         const QString id = plan.toString(QUuid::WithoutBraces);
-        QVERIFY(curl({QStringLiteral("-X"), QStringLiteral("POST"), base + QStringLiteral("/api/plans/%1/start").arg(id)}, jar).contains("\"ok\":true"));
-        QVERIFY(QTest::qWaitFor([&] {
-            return QJsonDocument::fromJson(curl({base + QStringLiteral("/api/plans/%1/history").arg(id)}, jar))
-                       .object().value(QStringLiteral("runs")).toArray().size() == 1;
-        }, 30000));
+        QVERIFY(curl(
+            {QStringLiteral("-X"), QStringLiteral("POST"), base + QStringLiteral("/api/plans/%1/start").arg(id)}, jar)
+                    .contains("\"ok\":true"));
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return QJsonDocument::fromJson(curl({base + QStringLiteral("/api/plans/%1/history").arg(id)}, jar))
+                           .object()
+                           .value(QStringLiteral("runs"))
+                           .toArray()
+                           .size()
+                    == 1;
+            },
+            30000));
         QVERIFY(m_settings->setWebAccessUseHttps(QStringLiteral("false")));
         QVERIFY(QTest::qWaitFor([&] { return !isOpen(port); }, 10000));
 
@@ -245,11 +267,15 @@ private slots:
         QFETCH(QString, reason);
         const QString folder = m_places.filePath(QStringLiteral("unfit"));
         QDir().mkpath(folder);
-        if (::geteuid() != 0 || QProcess::execute(QStringLiteral("mount"), {QStringLiteral("-t"), QStringLiteral("tmpfs"),
-                QStringLiteral("-o"), mountOptions, QStringLiteral("nvbtest"), folder}) != 0)
+        if (::geteuid() != 0
+            || QProcess::execute(QStringLiteral("mount"),
+                   {QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("-o"), mountOptions,
+                       QStringLiteral("nvbtest"), folder})
+                != 0)
             QSKIP("a read-only or full file system needs root and tmpfs");
         const QByteArray before = snapshot();
-        const auto refused = SyncCommand::run(QStringLiteral("MoveDatabase"), {{QStringLiteral("Path"), folder + QStringLiteral("/nvbackup.db")}});
+        const auto refused = SyncCommand::run(
+            QStringLiteral("MoveDatabase"), {{QStringLiteral("Path"), folder + QStringLiteral("/nvbackup.db")}});
         QProcess::execute(QStringLiteral("umount"), {folder});
         QVERIFY2(refused.isError && refused.errorString.contains(reason), qPrintable(refused.errorString));
         QCOMPARE(snapshot(), before);
@@ -271,10 +297,12 @@ private slots:
         // The engine opens the moved store at its next start.
         QVERIFY(m_engine->stop());
         QVERIFY2(m_engine->start(), m_engine->output().constData());
-        QVERIFY(QTest::qWaitFor([] {
-            const auto reply = SyncCommand::run(QStringLiteral("PlanGetList"), {}, 1000);
-            return reply.answered && !reply.isError;
-        }, 20000));
+        QVERIFY(QTest::qWaitFor(
+            [] {
+                const auto reply = SyncCommand::run(QStringLiteral("PlanGetList"), {}, 1000);
+                return reply.answered && !reply.isError;
+            },
+            20000));
         QCOMPARE(snapshot(), before);
     }
 };

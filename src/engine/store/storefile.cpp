@@ -55,7 +55,8 @@ bool StoreFile::adoptOldName(const QString& dataFolder, QString* error)
             continue;
         QFile::remove(now + suffix);
         if (::rename(QFile::encodeName(old + suffix).constData(), QFile::encodeName(now + suffix).constData()) != 0) {
-            *error = QStringLiteral("Cannot rename the store %1 to %2: %3").arg(old + suffix, now + suffix, systemError());
+            *error
+                = QStringLiteral("Cannot rename the store %1 to %2: %3").arg(old + suffix, now + suffix, systemError());
             return false;
         }
     }
@@ -172,8 +173,8 @@ void StoreFile::removeWithCompanions(const QString& path)
     QFile::remove(path);
 }
 
-bool StoreFile::move(EngineStore* store, const QString& target, const std::function<bool(const QString&)>& remember,
-    QString* error)
+bool StoreFile::move(
+    EngineStore* store, const QString& target, const std::function<bool(const QString&)>& remember, QString* error)
 {
     const QString source = store->filePath();
     const QFileInfo targetInfo(target);
@@ -217,9 +218,11 @@ bool StoreFile::move(EngineStore* store, const QString& target, const std::funct
         return reopen(QStringLiteral("The database is not moved: %1").arg(copyError));
     const Census after = censusOfFile(destination);
     if (!after.problem.isEmpty())
-        return reopen(QStringLiteral("The database is not moved: the copy at %1 is damaged (%2)").arg(destination, after.problem));
+        return reopen(QStringLiteral("The database is not moved: the copy at %1 is damaged (%2)")
+                          .arg(destination, after.problem));
     if (after.version != before.version || after.rows != before.rows)
-        return reopen(QStringLiteral("The database is not moved: the copy at %1 differs from the original").arg(destination));
+        return reopen(
+            QStringLiteral("The database is not moved: the copy at %1 differs from the original").arg(destination));
     if (!store->open(destination)) {
         const QString why = store->lastError();
         return reopen(QStringLiteral("The database is not moved: %1").arg(why));

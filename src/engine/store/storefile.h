@@ -28,8 +28,8 @@ public:
     // the rows of every table) before `remember` records the new place, and
     // the old file goes last. On any failure the store is open on its old
     // file again, unchanged, and `error` says why.
-    static bool move(EngineStore* store, const QString& target, const std::function<bool(const QString&)>& remember,
-        QString* error);
+    static bool move(
+        EngineStore* store, const QString& target, const std::function<bool(const QString&)>& remember, QString* error);
 
 private:
     struct Census

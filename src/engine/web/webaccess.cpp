@@ -29,8 +29,7 @@ WebAccess::WebAccess(Engine* engine, NVB::DefaultSettings* settings, const QStri
     , m_interface(engine, [settings] { return settings->getMasterPassword(); })
     , m_http([this](const WebRequest& request) { return m_interface.answer(request, m_https.port()); })
     , m_https([this](const WebRequest& request) { return m_interface.answer(request, m_https.port()); })
-{
-}
+{ }
 
 void WebAccess::onSettingsChanged(const QStringList& keys)
 {

@@ -15,8 +15,7 @@ namespace NVB::Engine {
 
 namespace {
 
-template<typename T, void (*Free)(T*)>
-struct Deleter
+template<typename T, void (*Free)(T*)> struct Deleter
 {
     void operator()(T* value) const { Free(value); }
 };

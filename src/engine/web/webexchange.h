@@ -17,7 +17,7 @@ struct WebRequest
     QMap<QString, QString> query;
     QMap<QByteArray, QByteArray> headers; // lower-case names
     QByteArray body;
-    bool secure = false;   // came over HTTPS
+    bool secure = false; // came over HTTPS
     bool loopback = false; // from this machine
 
     QByteArray header(const QByteArray& name) const { return headers.value(name.toLower()); }

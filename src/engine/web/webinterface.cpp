@@ -53,8 +53,7 @@ WebResponse html(int status, const QByteArray& body)
 WebInterface::WebInterface(Engine* engine, std::function<QString()> masterPassword)
     : m_engine(engine)
     , m_masterPassword(std::move(masterPassword))
-{
-}
+{ }
 
 WebResponse WebInterface::answer(const WebRequest& request, quint16 httpsPort)
 {
@@ -119,7 +118,8 @@ WebResponse WebInterface::route(const WebRequest& request, const QString& sessio
         const auto info = id.isNull() ? std::nullopt : m_engine->planInfo(id);
         if (!info) {
             const QString text = QStringLiteral("There is no plan \"%1\"").arg(rest.value(1));
-            return api ? json(404, {{QStringLiteral("error"), text}}) : html(404, WebPages::message(QStringLiteral("Not found"), text));
+            return api ? json(404, {{QStringLiteral("error"), text}})
+                       : html(404, WebPages::message(QStringLiteral("Not found"), text));
         }
         if (rest.size() == 3 && rest.at(2) == QLatin1String("history") && get) {
             if (api)
@@ -130,15 +130,16 @@ WebResponse WebInterface::route(const WebRequest& request, const QString& sessio
             return planAction(id, rest.at(2), api);
     }
     const QString text = QStringLiteral("Nothing is at %1 %2").arg(QString::fromLatin1(request.method), request.path);
-    return api ? json(404, {{QStringLiteral("error"), text}}) : html(404, WebPages::message(QStringLiteral("Not found"), text));
+    return api ? json(404, {{QStringLiteral("error"), text}})
+               : html(404, WebPages::message(QStringLiteral("Not found"), text));
 }
 
 WebResponse WebInterface::login(const WebRequest& request, bool api)
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     if (m_pausedUntil.isValid() && now < m_pausedUntil) {
-        const QString text = QStringLiteral("Too many wrong passwords. Try again in %1 seconds.")
-                                 .arg(now.secsTo(m_pausedUntil) + 1);
+        const QString text
+            = QStringLiteral("Too many wrong passwords. Try again in %1 seconds.").arg(now.secsTo(m_pausedUntil) + 1);
         return api ? json(429, {{QStringLiteral("error"), text}}) : html(429, WebPages::login(text));
     }
     if (!passwordMatches(formValue(request, QStringLiteral("password")))) {
@@ -146,7 +147,8 @@ WebResponse WebInterface::login(const WebRequest& request, bool api)
             m_failures = 0;
             m_pausedUntil = now.addSecs(PauseSeconds);
         }
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << QStringLiteral("Web access: a wrong master password was given");
+        NVL::NvlDebug(QStringLiteral("NVB")).warning()
+            << QStringLiteral("Web access: a wrong master password was given");
         const QString text = QStringLiteral("The password is wrong.");
         return api ? json(401, {{QStringLiteral("error"), text}}) : html(401, WebPages::login(text));
     }
@@ -177,11 +179,13 @@ QJsonArray WebInterface::plans() const
     for (const QJsonValue& value : m_engine->planList()) {
         const QJsonObject info = value.toObject();
         const int result = info.value(QStringLiteral("LastRunStatus")).toInt(-1);
-        list.append(QJsonObject {{QStringLiteral("id"), QUuid(info.value(QStringLiteral("ID")).toString()).toString(QUuid::WithoutBraces)},
+        list.append(QJsonObject {
+            {QStringLiteral("id"), QUuid(info.value(QStringLiteral("ID")).toString()).toString(QUuid::WithoutBraces)},
             {QStringLiteral("name"), info.value(QStringLiteral("Name"))},
             {QStringLiteral("state"), stateText(info.value(QStringLiteral("Status")).toInt())},
             {QStringLiteral("lastResult"), result},
-            {QStringLiteral("lastResultText"), result < 0 ? QStringLiteral("Never run") : PlanResult(result).displayName()},
+            {QStringLiteral("lastResultText"),
+                result < 0 ? QStringLiteral("Never run") : PlanResult(result).displayName()},
             {QStringLiteral("lastRun"), info.value(QStringLiteral("LastRunTime"))},
             {QStringLiteral("lastMessage"), info.value(QStringLiteral("LastRunMessage"))},
             {QStringLiteral("nextRun"), info.value(QStringLiteral("NextRun"))}});
@@ -196,10 +200,11 @@ QJsonArray WebInterface::history(const QUuid& id) const
     query.limit = RecentRuns;
     QJsonArray runs;
     for (const RunRecord& run : m_engine->store()->runs(query)) {
-        runs.append(QJsonObject {{QStringLiteral("start"), isoUtc(run.startUtc)},
-            {QStringLiteral("result"), run.result}, {QStringLiteral("resultText"), PlanResult(run.result).displayName()},
-            {QStringLiteral("duration"), double(run.durationSeconds)}, {QStringLiteral("size"), double(run.size)},
-            {QStringLiteral("files"), double(run.fileCount)}, {QStringLiteral("message"), run.errorMessage}});
+        runs.append(
+            QJsonObject {{QStringLiteral("start"), isoUtc(run.startUtc)}, {QStringLiteral("result"), run.result},
+                {QStringLiteral("resultText"), PlanResult(run.result).displayName()},
+                {QStringLiteral("duration"), double(run.durationSeconds)}, {QStringLiteral("size"), double(run.size)},
+                {QStringLiteral("files"), double(run.fileCount)}, {QStringLiteral("message"), run.errorMessage}});
     }
     return runs;
 }

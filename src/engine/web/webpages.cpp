@@ -30,8 +30,9 @@ QString WebPages::when(const QString& isoUtc)
 QByteArray WebPages::frame(const QString& title, const QString& body, bool loggedIn)
 {
     const QString product = escaped(NVB::defines::ProviderDefines::DisplayName());
-    const QString logout = loggedIn ? QStringLiteral(R"(<form method="post" action="/logout"><button>Log out</button></form>)")
-                                    : QString();
+    const QString logout = loggedIn
+        ? QStringLiteral(R"(<form method="post" action="/logout"><button>Log out</button></form>)")
+        : QString();
     return QStringLiteral(R"(<!DOCTYPE html><html><head><meta charset="utf-8"><title>%1 - %2</title><style>%3</style>
 </head><body><header><h1>%2</h1>%4</header>%5</body></html>)")
         .arg(escaped(title), product, QString::fromLatin1(Style), logout, body)
@@ -40,7 +41,8 @@ QByteArray WebPages::frame(const QString& title, const QString& body, bool logge
 
 QByteArray WebPages::login(const QString& message)
 {
-    const QString note = message.isEmpty() ? QString() : QStringLiteral("<p class=\"note\">%1</p>").arg(escaped(message));
+    const QString note
+        = message.isEmpty() ? QString() : QStringLiteral("<p class=\"note\">%1</p>").arg(escaped(message));
     return frame(QStringLiteral("Log in"),
         QStringLiteral(R"(<h2>Log in</h2>%1<form method="post" action="/login">
 <label>Master password: <input type="password" name="password" autofocus></label> <button>Log in</button></form>)")
@@ -67,7 +69,8 @@ QByteArray WebPages::plans(const QJsonArray& plans, const QString& message)
     }
     if (plans.isEmpty())
         rows = QStringLiteral("<tr><td colspan=\"6\">No plans yet.</td></tr>");
-    const QString note = message.isEmpty() ? QString() : QStringLiteral("<p class=\"note\">%1</p>").arg(escaped(message));
+    const QString note
+        = message.isEmpty() ? QString() : QStringLiteral("<p class=\"note\">%1</p>").arg(escaped(message));
     return frame(QStringLiteral("Plans"),
         QStringLiteral(R"(<h2>Plans</h2>%1<table id="plans"><tr><th>Plan</th><th>State</th><th>Last result</th>
 <th>Last run</th><th>Next run</th><th></th></tr>%2</table>)")
@@ -80,7 +83,8 @@ QByteArray WebPages::history(const QString& planName, const QJsonArray& runs)
     QString rows;
     for (const QJsonValue& value : runs) {
         const QJsonObject run = value.toObject();
-        rows += QStringLiteral("<tr class=\"run\"><td>%1</td><td>%2</td><td>%3 s</td><td>%4</td><td>%5</td><td>%6</td></tr>")
+        rows += QStringLiteral(
+            "<tr class=\"run\"><td>%1</td><td>%2</td><td>%3 s</td><td>%4</td><td>%5</td><td>%6</td></tr>")
                     .arg(when(run.value(QStringLiteral("start")).toString()),
                         escaped(run.value(QStringLiteral("resultText")).toString()))
                     .arg(qint64(run.value(QStringLiteral("duration")).toDouble()))

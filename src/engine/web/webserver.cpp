@@ -102,8 +102,8 @@ WebServer::~WebServer()
     stop();
 }
 
-bool WebServer::start(const QString& address, quint16 port, const QByteArray& certificatePem,
-    const QByteArray& keyPem, QString* error)
+bool WebServer::start(
+    const QString& address, quint16 port, const QByteArray& certificatePem, const QByteArray& keyPem, QString* error)
 {
     stop();
     m_secure = !certificatePem.isEmpty();

@@ -8,9 +8,8 @@ QString WebSessions::randomToken()
 {
     quint32 words[8];
     QRandomGenerator::system()->fillRange(words);
-    return QString::fromLatin1(
-        QByteArray(reinterpret_cast<const char*>(words), sizeof words).toBase64(QByteArray::Base64UrlEncoding
-            | QByteArray::OmitTrailingEquals));
+    return QString::fromLatin1(QByteArray(reinterpret_cast<const char*>(words), sizeof words)
+                                   .toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals));
 }
 
 void WebSessions::dropLapsed()

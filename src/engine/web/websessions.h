@@ -31,7 +31,7 @@ private:
     void dropLapsed();
 
     QHash<QString, QDateTime> m_sessions; // token: last use, UTC
-    QHash<QString, QDateTime> m_tickets;  // token: made, UTC
+    QHash<QString, QDateTime> m_tickets; // token: made, UTC
 };
 
 } // namespace NVB::Engine

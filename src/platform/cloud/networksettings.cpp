@@ -2,7 +2,6 @@
 
 #include <curl/curl.h>
 
-
 #include "core/nvldebug.h"
 #include "crypt/cryptns.h"
 #include "stores/defaultsettings.h"
