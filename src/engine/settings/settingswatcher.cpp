@@ -72,8 +72,16 @@ void SettingsWatcher::applyAll()
 
 void SettingsWatcher::apply(const QStringList& keys)
 {
-    if (keys.contains(LocalBandwidth))
-        TransferThrottle::local().setRate(bytesPerSecond(m_settings->getLocalBandwidth()));
+    if (keys.contains(LocalBandwidth)) {
+        const QString text = m_settings->getLocalBandwidth();
+        const qint64 rate = bytesPerSecond(text);
+        if (rate == 0 && text.trimmed() != QLatin1String("-1")) {
+            NVL::NvlDebug(QStringLiteral("NVB")).warning()
+                << QStringLiteral("\"Local Bandwidth\" is \"%1\", no KByte/s from 1 to 999999; no limit applies")
+                       .arg(text);
+        }
+        TransferThrottle::local().setRate(rate);
+    }
 }
 
 qint64 SettingsWatcher::bytesPerSecond(const QString& kiloBytesPerSecond)

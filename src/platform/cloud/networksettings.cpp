@@ -64,6 +64,15 @@ QString NetworkSettings::proxyUrl() const
     return QStringLiteral("%1://%2:%3").arg(scheme, host).arg(proxyPort);
 }
 
+QString NetworkSettings::proxyProblem(bool accountUsesProxy) const
+{
+    if (!accountUsesProxy || (proxyType != ProxyType::Http && proxyType != ProxyType::Socks5) || !proxyUrl().isEmpty())
+        return {};
+    return QStringLiteral("The proxy setting is incomplete: it needs a host and a port from 1 to 65535 (\"%1\", %2)")
+        .arg(proxyHost)
+        .arg(proxyPort);
+}
+
 void NetworkSettings::applyTo(void* handle, bool accountUsesProxy, qint64 sendLimit, qint64 receiveLimit) const
 {
     CURL* curl = handle;

@@ -25,6 +25,9 @@ struct NetworkSettings
     // The proxy as libcurl takes it ("socks5h://host:port"), or empty for
     // none; ProxyType::System leaves the choice to the environment.
     QString proxyUrl() const;
+    // Why no request may go out: a manual proxy without a host or a valid
+    // port. Going around a proxy the user asked for would be worse than failing.
+    QString proxyProblem(bool accountUsesProxy) const;
 
     // Sets the proxy and speed options of a libcurl easy handle. The
     // account's own switch decides whether its transfers use a proxy at all;

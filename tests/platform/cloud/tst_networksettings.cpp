@@ -106,6 +106,11 @@ private slots:
                      + QString::fromLatin1(QByteArray("walker:s3cret").toBase64())),
             qPrintable(log()));
 
+        // A proxy without a valid port stops the request rather than going around it.
+        QVERIFY(settings->setValue(QStringLiteral("Proxy port"), QStringLiteral("0")));
+        QVERIFY(get(true).transportError.contains(QStringLiteral("proxy setting is incomplete")));
+        QVERIFY(settings->setValue(QStringLiteral("Proxy port"), QString::number(m_port)));
+
         // An account that wants no proxy, and the setting "none", go direct.
         QVERIFY(get(false).curlCode != 0);
         QVERIFY(settings->setValue(QStringLiteral("Proxy type"), QStringLiteral("none")));

@@ -185,6 +185,11 @@ bool CurlHttp::perform(HttpExchange& exchange, const CancelToken& cancel)
     curl_easy_setopt(curl, CURLOPT_TCP_KEEPIDLE, 15L);
     curl_easy_setopt(curl, CURLOPT_TCP_KEEPINTVL, 5L);
     const NetworkSettings network = NetworkSettings::current();
+    exchange.transportError = network.proxyProblem(m_options.useProxy);
+    if (!exchange.transportError.isEmpty()) {
+        exchange.curlCode = CURLE_COULDNT_RESOLVE_PROXY;
+        return false;
+    }
     network.applyTo(curl, m_options.useProxy, m_options.maxSendSpeed, m_options.maxReceiveSpeed);
     m_handle->tls.ignoreErrors = network.ignoreSslErrors;
     // Our own verification (system authorities, then the host:port pin)
