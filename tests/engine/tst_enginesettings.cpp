@@ -14,6 +14,7 @@
 #include "service/connectionmanager.h"
 #include "service/notification/format.h"
 #include "service/notificationcenter.h"
+#include "settings/retrypolicy.h"
 #include "stores/defaultsettings.h"
 #include "synccommand.h"
 #include "testenvironment.h"
@@ -140,6 +141,21 @@ private slots:
         if (m_engine)
             QVERIFY(m_engine->stop());
         delete m_engine;
+    }
+
+    void shouldRetryPassingStorageFailuresOnly()
+    {
+        NVB::Engine::RetryPolicy policy;
+        policy.set(3, 10);
+        int calls = 0;
+        QCOMPARE(policy.run([&] { return ++calls < 3 ? ETIMEDOUT : 0; }), 0);
+        QCOMPARE(calls, 3);
+        calls = 0;
+        QCOMPARE(policy.run([&] { return ++calls, ESTALE; }), ESTALE);
+        QCOMPARE(calls, 3);
+        calls = 0;
+        QCOMPARE(policy.run([&] { return ++calls, ENOSPC; }), ENOSPC);
+        QCOMPARE(calls, 1);
     }
 
     void shouldTreatSymlinksAsTheSettingSays_data()

@@ -4,6 +4,7 @@
 #include <QJsonObject>
 
 #include "core/nvldebug.h"
+#include "retrypolicy.h"
 #include "server/notifier.h"
 #include "service/notification/format.h"
 #include "stores/defaultsettings.h"
@@ -17,6 +18,8 @@ namespace {
 
 constexpr int PauseMs = 150;
 const QString LocalBandwidth = QStringLiteral("Local Bandwidth");
+const QString RetryAttempts = QStringLiteral("RetryAttempts");
+const QString RetryInterval = QStringLiteral("RetryInterval");
 
 } // namespace
 
@@ -67,7 +70,7 @@ void SettingsWatcher::reload()
 
 void SettingsWatcher::applyAll()
 {
-    apply({LocalBandwidth});
+    apply({LocalBandwidth, RetryAttempts});
 }
 
 void SettingsWatcher::apply(const QStringList& keys)
@@ -81,6 +84,10 @@ void SettingsWatcher::apply(const QStringList& keys)
                        .arg(text);
         }
         TransferThrottle::local().setRate(rate);
+    }
+    if (keys.contains(RetryAttempts) || keys.contains(RetryInterval)) {
+        RetryPolicy::storage().set(
+            m_settings->getConnectionRetryAttempts().toInt(), m_settings->getConnectionRetryInterval().toInt());
     }
 }
 

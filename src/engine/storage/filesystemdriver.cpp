@@ -15,6 +15,7 @@
 #include <QRandomGenerator>
 #include <QStringList>
 
+#include "settings/retrypolicy.h"
 #include "settings/transferthrottle.h"
 
 namespace NVB::Engine {
@@ -47,6 +48,9 @@ private:
 };
 
 namespace {
+
+// The errno of this thread's last failure, which decides whether to try again.
+thread_local int lastFailure = 0;
 
 constexpr int FolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
@@ -96,6 +100,7 @@ QString FileSystemDriver::rootError() const
 QString FileSystemDriver::failure(const QString& action, const QString& key) const
 {
     const int code = errno;
+    lastFailure = code;
     QString reason = QString::fromLocal8Bit(std::strerror(code));
     if (code == ELOOP || code == ENOTDIR)
         reason = QStringLiteral("a part of its path is a link or not a folder");
@@ -156,6 +161,17 @@ StorageStat FileSystemDriver::stat(const QString& key) const
 StorageRead FileSystemDriver::read(const QString& key, qint64 offset, qint64 length) const
 {
     StorageRead result;
+    RetryPolicy::storage().run([&] {
+        lastFailure = 0;
+        result = readOnce(key, offset, length);
+        return result.ok() ? 0 : lastFailure;
+    });
+    return result;
+}
+
+StorageRead FileSystemDriver::readOnce(const QString& key, qint64 offset, qint64 length) const
+{
+    StorageRead result;
     result.error = keyError(key);
     if (!result.ok())
         return result;
@@ -208,6 +224,17 @@ StorageRead FileSystemDriver::read(const QString& key, qint64 offset, qint64 len
 }
 
 StorageStatus FileSystemDriver::write(const QString& key, const QByteArray& data)
+{
+    StorageStatus status;
+    RetryPolicy::storage().run([&] {
+        lastFailure = 0;
+        status = writeOnce(key, data);
+        return status.ok() ? 0 : lastFailure;
+    });
+    return status;
+}
+
+StorageStatus FileSystemDriver::writeOnce(const QString& key, const QByteArray& data)
 {
     StorageStatus status {keyError(key)};
     if (!status.ok())
