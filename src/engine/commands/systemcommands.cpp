@@ -13,6 +13,8 @@
 #include "core/engine.h"
 #include "core/nvldebug.h"
 #include "paramreader.h"
+#include "server/notifier.h"
+#include "service/notification/format.h"
 #include "service/commands/system.h"
 #include "store/certificatepinstore.h"
 #include "store/enginestore.h"
@@ -155,6 +157,10 @@ Outcome moveDatabase(Engine* engine, std::unique_ptr<CertificatePinStore>* pins,
     if (!moved)
         return Outcome::failure(error);
     NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("The database moved from %1 to %2").arg(from, store->filePath());
+    // The engine wrote the key itself, so the settings watcher sees no change
+    // to announce; consoles still need to read it again.
+    namespace Note = NVB::Common::Communication::Notification::Format::System::DefaultSettingsChanged;
+    engine->notifier()->notify(Note::Type, {{QLatin1String(Note::Property), QStringLiteral("DatabasePath")}});
     return Outcome::success();
 }
 

@@ -126,7 +126,7 @@ void DefaultSettings::load(const QMap<QString, QString>& defaults)
         }
     }
 
-    const auto onChange = [this](const Property&) { return m_reloading || save(); };
+    const auto onChange = [this](const Property& property) { return m_reloading || save(&property); };
     for (auto it = defaults.cbegin(); it != defaults.cend(); ++it) {
         QString value = it.value();
         const QJsonValue storedValue = stored.value(it.key());
@@ -138,11 +138,23 @@ void DefaultSettings::load(const QMap<QString, QString>& defaults)
     }
 }
 
-bool DefaultSettings::save() const
+bool DefaultSettings::save(const Property* changed) const
 {
     QJsonObject object;
-    for (auto it = m_items.cbegin(); it != m_items.cend(); ++it)
-        object.insert(it.key(), it.value()->value());
+    if (changed) {
+        // The console and the engine both write this file: keys the other
+        // wrote since this process loaded it stay as they are.
+        QFile current(m_filePath);
+        if (current.open(QIODevice::ReadOnly)) {
+            const QJsonDocument document = QJsonDocument::fromJson(current.readAll());
+            if (document.isObject())
+                object = document.object();
+        }
+    }
+    for (auto it = m_items.cbegin(); it != m_items.cend(); ++it) {
+        if (!object.contains(it.key()) || it.value() == changed)
+            object.insert(it.key(), it.value()->value());
+    }
 
     QDir().mkpath(QFileInfo(m_filePath).absolutePath());
     QSaveFile file(m_filePath);

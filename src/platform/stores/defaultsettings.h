@@ -94,7 +94,8 @@ public:
 
 private:
     void load(const QMap<QString, QString>& defaults);
-    bool save() const;
+    // With `changed`, only that key is written over what the file holds now.
+    bool save(const Property* changed = nullptr) const;
 
     QString m_filePath;
     QMap<QString, Property*> m_items;
