@@ -92,7 +92,7 @@ QMap<QString, QString> DefaultSettings::defaultValues()
         {QStringLiteral("DatabasePath"), QString()},
         // The proxy of cloud transfers: "none", "system" (the environment's),
         // "http" or "socks5"; the password is enciphered.
-        {QStringLiteral("Proxy type"), QStringLiteral("none")},
+        {QStringLiteral("Proxy type"), QStringLiteral("system")},
         {QStringLiteral("Proxy host"), QString()},
         {QStringLiteral("Proxy port"), QStringLiteral("8080")},
         {QStringLiteral("Proxy use authentication"), QStringLiteral("false")},
