@@ -18,8 +18,12 @@
 #include "server/instancelock.h"
 #include "server/notifier.h"
 #include "server/signalwatcher.h"
+#include "settings/settingswatcher.h"
+#include "stores/defaultsettings.h"
+#include "web/webaccess.h"
 #include "store/datafolderguard.h"
 #include "store/enginestore.h"
+#include "store/storefile.h"
 
 namespace {
 
@@ -62,8 +66,12 @@ int main(int argc, char* argv[])
     if (!lock.acquire(&error))
         return fail(error);
 
+    if (!NVB::Engine::StoreFile::adoptOldName(dataDirectory, &error))
+        return fail(error);
     NVB::Engine::EngineStore store;
-    if (!store.open(dataDirectory + QStringLiteral("/engine.db")))
+    const QString storePath = NVB::Engine::StoreFile::location(
+        dataDirectory, NVB::DefaultSettings::instance()->value(QStringLiteral("DatabasePath")));
+    if (!store.open(storePath))
         return fail(store.lastError());
 
     NVB::Engine::Notifier notifier;
@@ -74,6 +82,8 @@ int main(int argc, char* argv[])
             router.handle(request, reply);
         });
     notifier.setSink([&server](const QJsonObject& frame) { server.broadcast(frame); });
+    NVB::Engine::SettingsWatcher settingsWatcher(NVB::DefaultSettings::instance(), &notifier);
+    settingsWatcher.applyAll();
     if (!server.listen(socketPath, &error))
         return fail(error);
 
@@ -89,8 +99,12 @@ int main(int argc, char* argv[])
     });
 
     engine.start();
+    NVB::Engine::WebAccess webAccess(&engine, NVB::DefaultSettings::instance(), dataDirectory);
+    QObject::connect(&settingsWatcher, &NVB::Engine::SettingsWatcher::changed, &webAccess,
+                     &NVB::Engine::WebAccess::onSettingsChanged);
+    webAccess.apply();
     NVL::NvlDebug(QStringLiteral("NVB")).info()
-        << QStringLiteral("Engine %1 serving %2 with the store in %3")
-               .arg(NVB::defines::ProviderDefines::BuildVersion(), socketPath, dataDirectory);
+        << QStringLiteral("Engine %1 serving %2 with the store %3")
+               .arg(NVB::defines::ProviderDefines::BuildVersion(), socketPath, store.filePath());
     return app.exec();
 }

@@ -179,7 +179,7 @@ private slots:
         };
         const auto listedPoints = [&] {
             EngineStore store;
-            return store.open(engine->dataDirectory() + QStringLiteral("/engine.db"))
+            return store.open(engine->dataDirectory() + QStringLiteral("/nvbackup.db"))
                 ? store.restorePoints(m_account, m_plan).size()
                 : -1;
         };
@@ -210,7 +210,7 @@ private slots:
             QVERIFY(QTest::qWaitFor(connected, 10000));
 
             EngineStore store;
-            QVERIFY2(store.open(engine->dataDirectory() + QStringLiteral("/engine.db")), qPrintable(store.lastError()));
+            QVERIFY2(store.open(engine->dataDirectory() + QStringLiteral("/nvbackup.db")), qPrintable(store.lastError()));
             const QList<StoredRestorePoint> listed = store.restorePoints(m_account, m_plan);
             points = listed.size();
             for (const StoredRestorePoint& point : listed) {

@@ -164,7 +164,7 @@ private slots:
 
         // The earlier point is listed alone and restores as it was.
         EngineStore store;
-        QVERIFY(store.open(m_engine->dataDirectory() + QStringLiteral("/engine.db")));
+        QVERIFY(store.open(m_engine->dataDirectory() + QStringLiteral("/nvbackup.db")));
         const auto points = store.restorePoints(account, plan.id());
         QCOMPARE(points.size(), 1);
         FileRestoreJob::Parameters parameters;

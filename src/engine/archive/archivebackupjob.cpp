@@ -314,6 +314,8 @@ void ArchiveBackupJob::walk(const QString& folder, dev_t device, const std::atom
         if (m_selection.isExcludedPath(path) || isNeverTaken(path))
             continue;
         bool followLink = false;
+        if (S_ISLNK(info.st_mode) && m_parameters.skipSymlinks)
+            continue;
         if (S_ISLNK(info.st_mode)) {
             // As in the legacy format: folders behind links are never
             // entered, links are kept as links unless links to files are to

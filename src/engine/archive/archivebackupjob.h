@@ -63,6 +63,7 @@ public:
         QString password;
         int keyBytes = 32;
         bool followFileSymlinks = false;
+        bool skipSymlinks = false;
         QStringList neverTaken;
         std::optional<bool> oneFileSystem;
         // Tests give a driver of their own; otherwise a File System driver

@@ -13,9 +13,13 @@
 #include "core/engine.h"
 #include "core/nvldebug.h"
 #include "paramreader.h"
+#include "server/notifier.h"
+#include "service/notification/format.h"
 #include "service/commands/system.h"
 #include "store/certificatepinstore.h"
 #include "store/enginestore.h"
+#include "store/storefile.h"
+#include "stores/defaultsettings.h"
 
 namespace NVB::Engine {
 
@@ -133,6 +137,33 @@ Outcome removePins(CertificatePinStore* store, const QString& pems)
     return Outcome::success({{key(System::RemoveFromSslStorage::Reply::Success), true}});
 }
 
+Outcome moveDatabase(Engine* engine, std::unique_ptr<CertificatePinStore>* pins, const QString& path)
+{
+    EngineStore* store = engine->store();
+    for (const StoredPlan& plan : store->plans()) {
+        if (engine->isRunning(plan.id)) {
+            return Outcome::failure(
+                QStringLiteral("The database cannot be moved while the plan \"%1\" runs; stop it or wait for it to end")
+                    .arg(plan.name));
+        }
+    }
+    const QString from = store->filePath();
+    pins->reset();
+    QString error;
+    const bool moved = StoreFile::move(store, path, [](const QString& file) {
+        return NVB::DefaultSettings::instance()->setValue(QStringLiteral("DatabasePath"), file);
+    }, &error);
+    *pins = std::make_unique<CertificatePinStore>(store->filePath());
+    if (!moved)
+        return Outcome::failure(error);
+    NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("The database moved from %1 to %2").arg(from, store->filePath());
+    // The engine wrote the key itself, so the settings watcher sees no change
+    // to announce; consoles still need to read it again.
+    namespace Note = NVB::Common::Communication::Notification::Format::System::DefaultSettingsChanged;
+    engine->notifier()->notify(Note::Type, {{QLatin1String(Note::Property), QStringLiteral("DatabasePath")}});
+    return Outcome::success();
+}
+
 } // namespace
 
 void SystemCommands::add(Engine* engine, V1Handlers* handlers, V1DeferredHandlers* deferred)
@@ -154,24 +185,33 @@ void SystemCommands::add(Engine* engine, V1Handlers* handlers, V1DeferredHandler
         watcher->setFuture(QtConcurrent::run(&peerCertificate, endpoint));
     });
     // One store for all handlers; its pins are this process's from the start.
-    auto store = std::make_shared<CertificatePinStore>(engine->store()->filePath());
-    reloadPins(store.get());
-    handlers->insert(key(System::AppendToSslStorage::Name), [store](const QJsonObject& params) {
+    // It has a connection of its own, which follows the database when it moves.
+    auto pins = std::make_shared<std::unique_ptr<CertificatePinStore>>(
+        std::make_unique<CertificatePinStore>(engine->store()->filePath()));
+    reloadPins(pins->get());
+    handlers->insert(key(System::AppendToSslStorage::Name), [pins](const QJsonObject& params) {
         ParamReader args(params);
         const QString pem = args.string(System::AppendToSslStorage::Request::Pem);
         const QString endpoint = args.string(System::AppendToSslStorage::Request::EndPoint);
         if (!args.ok())
             return Outcome::failure(args.error());
-        return pinCertificate(store.get(), endpoint, pem);
+        return pinCertificate(pins->get(), endpoint, pem);
     });
     handlers->insert(
-        key(System::ReadFromSslStorage::Name), [store](const QJsonObject&) { return listPins(store.get()); });
-    handlers->insert(key(System::RemoveFromSslStorage::Name), [store](const QJsonObject& params) {
+        key(System::ReadFromSslStorage::Name), [pins](const QJsonObject&) { return listPins(pins->get()); });
+    handlers->insert(key(System::RemoveFromSslStorage::Name), [pins](const QJsonObject& params) {
         ParamReader args(params);
         const QString pems = args.string(System::RemoveFromSslStorage::Request::Pems);
         if (!args.ok())
             return Outcome::failure(args.error());
-        return removePins(store.get(), pems);
+        return removePins(pins->get(), pems);
+    });
+    handlers->insert(key(System::MoveDatabase::Name), [engine, pins](const QJsonObject& params) {
+        ParamReader args(params);
+        const QString path = args.string(System::MoveDatabase::Request::Path);
+        if (!args.ok())
+            return Outcome::failure(args.error());
+        return moveDatabase(engine, pins.get(), path);
     });
 }
 

@@ -39,6 +39,7 @@ public:
     void shutdown();
 
     EngineStore* store() const { return m_store; }
+    Notifier* notifier() const { return m_notifier; }
 
     // Plans
     Outcome savePlan(const QUuid& id, const QString& xml, const QString& profile);

@@ -46,6 +46,7 @@ RunWork ArchiveRun::backup(const ActiveRun& active, const FileBackupJob::Paramet
     archive.password = password;
     archive.keyBytes = keyBytes;
     archive.followFileSymlinks = parameters.followFileSymlinks;
+    archive.skipSymlinks = parameters.skipSymlinks;
     archive.neverTaken = parameters.neverTaken;
     archive.oneFileSystem = parameters.oneFileSystem;
     archive.storeFile = storeFile;

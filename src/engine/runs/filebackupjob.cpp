@@ -235,6 +235,8 @@ void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_
         if (m_selection.isExcludedPath(path) || isNeverTaken(path))
             continue;
         bool followLink = false;
+        if (S_ISLNK(info.st_mode) && m_parameters.skipSymlinks)
+            continue;
         if (S_ISLNK(info.st_mode)) {
             // Folders behind links are never entered: that is how loops and
             // surprise trees stay out of a backup. A link is kept as a link,

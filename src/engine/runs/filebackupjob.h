@@ -50,6 +50,7 @@ public:
         // Set: new copies are enciphered with this key.
         std::shared_ptr<const ObjectKey> key;
         bool followFileSymlinks = false;
+        bool skipSymlinks = false; // links are left out altogether
         // Files another process writes or locks are left out, with a warning;
         // so is a file that changes under both reads.
         bool skipInUseFiles = false;

@@ -16,6 +16,7 @@
 #include "folderhandle.h"
 #include "objectdecoder.h"
 #include "objectencoder.h"
+#include "settings/transferthrottle.h"
 
 namespace NVB::Engine {
 
@@ -201,6 +202,10 @@ FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const 
             return result;
         }
         result.size += got;
+        if (!TransferThrottle::local().take(got, stop)) {
+            result.status = Status::Stopped;
+            return result;
+        }
     }
     if (!encoder.finish()) {
         result.error = systemError(QStringLiteral("Cannot write"), target);

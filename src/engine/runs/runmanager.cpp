@@ -28,6 +28,7 @@
 #include "retention/retentionjob.h"
 #include "runpreparation.h"
 #include "schedule/fullbackuprule.h"
+#include "settings/symlinkpolicy.h"
 #include "store/enginestore.h"
 #include "store/runstore.h"
 #include "store/storedatabase.h"
@@ -191,7 +192,9 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     parameters.backupEmptyFolders = plan->backupEmptyFolders();
     parameters.compress = plan->useCompression();
     parameters.skipInUseFiles = plan->skipInUseFiles();
-    parameters.followFileSymlinks = NVB::DefaultSettings::instance()->getBackupSymlink() == QLatin1String("true");
+    const SymlinkPolicy symlinks = SymlinkPolicy::fromSetting(NVB::DefaultSettings::instance()->getBackupSymlink());
+    parameters.followFileSymlinks = symlinks.followFileLinks;
+    parameters.skipSymlinks = !symlinks.keepLinks;
     // "StayOnOneFileSystem": "true" or "false" for every root; unset, only
     // the root "/" stays on its file system.
     const QString oneFileSystem = NVB::DefaultSettings::instance()->value(QStringLiteral("StayOnOneFileSystem"));

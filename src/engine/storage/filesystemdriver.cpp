@@ -15,6 +15,9 @@
 #include <QRandomGenerator>
 #include <QStringList>
 
+#include "settings/retrypolicy.h"
+#include "settings/transferthrottle.h"
+
 namespace NVB::Engine {
 
 // Closes a descriptor on every path out of a function.
@@ -45,6 +48,9 @@ private:
 };
 
 namespace {
+
+// The errno of this thread's last failure, which decides whether to try again.
+thread_local int lastFailure = 0;
 
 constexpr int FolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
@@ -94,6 +100,7 @@ QString FileSystemDriver::rootError() const
 QString FileSystemDriver::failure(const QString& action, const QString& key) const
 {
     const int code = errno;
+    lastFailure = code;
     QString reason = QString::fromLocal8Bit(std::strerror(code));
     if (code == ELOOP || code == ENOTDIR)
         reason = QStringLiteral("a part of its path is a link or not a folder");
@@ -154,6 +161,17 @@ StorageStat FileSystemDriver::stat(const QString& key) const
 StorageRead FileSystemDriver::read(const QString& key, qint64 offset, qint64 length) const
 {
     StorageRead result;
+    RetryPolicy::storage().run([&] {
+        lastFailure = 0;
+        result = readOnce(key, offset, length);
+        return result.ok() ? 0 : lastFailure;
+    });
+    return result;
+}
+
+StorageRead FileSystemDriver::readOnce(const QString& key, qint64 offset, qint64 length) const
+{
+    StorageRead result;
     result.error = keyError(key);
     if (!result.ok())
         return result;
@@ -201,10 +219,22 @@ StorageRead FileSystemDriver::read(const QString& key, qint64 offset, qint64 len
         done += got;
     }
     result.data.truncate(int(done));
+    TransferThrottle::local().take(done);
     return result;
 }
 
 StorageStatus FileSystemDriver::write(const QString& key, const QByteArray& data)
+{
+    StorageStatus status;
+    RetryPolicy::storage().run([&] {
+        lastFailure = 0;
+        status = writeOnce(key, data);
+        return status.ok() ? 0 : lastFailure;
+    });
+    return status;
+}
+
+StorageStatus FileSystemDriver::writeOnce(const QString& key, const QByteArray& data)
 {
     StorageStatus status {keyError(key)};
     if (!status.ok())
@@ -213,6 +243,7 @@ StorageStatus FileSystemDriver::write(const QString& key, const QByteArray& data
     Descriptor folder(openParent(key, true, &leaf));
     if (folder.get() < 0)
         return {failure(QStringLiteral("write"), key)};
+    TransferThrottle::local().take(data.size());
     const QByteArray temporary
         = nameOf(QStringLiteral(".tmp-%1").arg(QRandomGenerator::system()->generate64(), 16, 16, QLatin1Char('0')));
     Descriptor file(

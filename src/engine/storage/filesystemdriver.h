@@ -35,6 +35,8 @@ private:
     bool listFolder(int folder, const QString& path, StorageListing* listing) const;
     QString rootError() const;
     QString failure(const QString& action, const QString& key) const;
+    StorageRead readOnce(const QString& key, qint64 offset, qint64 length) const;
+    StorageStatus writeOnce(const QString& key, const QByteArray& data);
 
     QString m_root;
 };

@@ -65,7 +65,7 @@ QMap<QString, QString> DefaultSettings::defaultValues()
         {QStringLiteral("WebAccessUseHttps"), QStringLiteral("false")},
         {QStringLiteral("WebAccessHttpsPort"), QStringLiteral("43211")},
         {QStringLiteral("BackUpOnBattery"), QStringLiteral("true")},
-        {QStringLiteral("BackupSymlink"), QStringLiteral("false")},
+        {QStringLiteral("BackupSymlink"), QStringLiteral("0")},
         {QStringLiteral("Cloud Bandwidth"), QStringLiteral("-1")},
         {QStringLiteral("Local Bandwidth"), QStringLiteral("-1")},
         {QStringLiteral("RetryAttempts"), QStringLiteral("5")},

@@ -4,6 +4,7 @@
 
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
 #include "property.h"
 
@@ -36,6 +37,9 @@ public:
     QString value(const QString& key) const;
     // False when the key is unknown or the file could not be written.
     bool setValue(const QString& key, const QString& value);
+    // Takes the values another process wrote to the file since; answers the
+    // keys that changed. Writes nothing, and an unreadable file changes nothing.
+    QStringList reload();
 
     QString getChunkSize() const;
     bool setChunkSize(const QString& value);
@@ -90,10 +94,12 @@ public:
 
 private:
     void load(const QMap<QString, QString>& defaults);
-    bool save() const;
+    // With `changed`, only that key is written over what the file holds now.
+    bool save(const Property* changed = nullptr) const;
 
     QString m_filePath;
     QMap<QString, Property*> m_items;
+    bool m_reloading = false;
 };
 
 } // namespace NVB

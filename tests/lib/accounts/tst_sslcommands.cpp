@@ -211,7 +211,7 @@ void TestSslCommands::shouldPinOneLeafPerEndpoint()
         QLatin1String(System::RemoveFromSslStorage::Name), {{QStringLiteral("pem"), QString::fromLatin1(m_pem)}})
                  .isError);
     QCOMPARE(pins().size(), 1);
-    QFile database(m_engine->dataDirectory() + QStringLiteral("/engine.db"));
+    QFile database(m_engine->dataDirectory() + QStringLiteral("/nvbackup.db"));
     QCOMPARE(database.permissions() & (QFileDevice::ReadOther | QFileDevice::ReadGroup), QFileDevice::Permissions());
 }
 

@@ -21,8 +21,10 @@ public:
         // Seconds for connecting, and for a stall: less than one byte a second
         // for this long ends the request.
         int timeoutSeconds = 30;
-        // Use the proxy of the environment (http_proxy, https_proxy); without
-        // it, no proxy at all.
+        // Use the proxy of the default settings (the environment's,
+        // http_proxy and https_proxy, unless one is set there); without it,
+        // no proxy at all. The settings' cloud bandwidth and ignore-SSL apply
+        // to every request.
         bool useProxy = false;
         // Bytes per second, 0 for no limit.
         qint64 maxSendSpeed = 0;
