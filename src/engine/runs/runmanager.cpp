@@ -1,6 +1,7 @@
 #include "runmanager.h"
 
 #include <limits>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -14,6 +15,8 @@
 #include "archive/archivebackupjob.h"
 #include "archive/archiveconsistencycheck.h"
 #include "archive/archiverestorejob.h"
+#include "blocks/blockstore.h"
+#include "blocks/incrementheader.h"
 #include "core/bytename.h"
 #include "core/nvldebug.h"
 #include "encryption/objectkey.h"
@@ -243,6 +246,11 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     parameters.backupEmptyFolders = plan->backupEmptyFolders();
     parameters.compress = plan->useCompression();
     parameters.skipInUseFiles = plan->skipInUseFiles();
+    if (plan->useDifferentialUpload()) {
+        parameters.blockSize = BlockBase::blockSizeOf(plan->differentialBlockSize());
+        if (plan->forceFullDiffSizeConditionEnable())
+            parameters.fullAbovePercent = plan->forceFullDiffSizeCondition();
+    }
     QString password;
     int keyBytes = 0;
     bool keyChanged = false;
@@ -375,6 +383,10 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
                 QFile object(
                     QFile::decodeName(NVL::ByteName::encode(parameters.storageRoot + QLatin1Char('/') + *sealed)));
                 if (object.open(QIODevice::ReadOnly)) {
+                    // A block increment keeps its cipher header behind its own.
+                    QString notIncrement;
+                    if (!IncrementHeader::read(object.handle(), &notIncrement))
+                        ::lseek(object.handle(), 0, SEEK_SET);
                     const auto key = ObjectOpener::keyOf(object.handle(), password);
                     if (key && key->key().size() == keyBytes)
                         parameters.key = key;
@@ -387,8 +399,17 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
             if (!parameters.key)
                 return failedOutcome(QStringLiteral("The encryption key cannot be made"));
         }
+        if (parameters.blockSize > 0 && (database.isOpen() || database.open(storeFile)))
+            parameters.blockMap = [&database](const QString& object) { return BlockStore(database).map(object); };
         FileBackupJob job(parameters, selection);
         auto result = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
+        // Recorded ahead of the point: a map whose point never commits names
+        // an object no point names, and is never looked up.
+        if (!result.blockMaps.isEmpty() && !(database.isOpen() && BlockStore(database).save(result.blockMaps)))
+            NVL::NvlDebug(QStringLiteral("NVB")).warning()
+                << QStringLiteral("Block maps of the plan %1 were not recorded; its changed files will be stored "
+                                  "whole once more: %2")
+                       .arg(planId.toString(), database.lastError());
         RunOutcome outcome = outcomeOf(result);
         outcome.changes = ContentChanges {
             std::move(result.content), std::move(result.removed), std::move(result.emptiedFolders), replacesAll};
