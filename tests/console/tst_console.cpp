@@ -633,6 +633,87 @@ private slots:
         QVERIFY(command(QStringLiteral("umount"), {mnt}));
         QCOMPARE(back, original);
     }
+
+    // A legacy plan with block level backup: the history shows that the run
+    // after a small change stored about one block, not the whole file.
+    void shouldShowTheSmallSecondRunOfABlockLevelPlan()
+    {
+        const QString folder = m_volume.path() + QStringLiteral("/images");
+        QDir().mkpath(folder);
+        QFile image(folder + QStringLiteral("/disk.img"));
+        QVERIFY(image.open(QIODevice::WriteOnly));
+        for (int block = 0; block < 8 * 16; ++block)
+            image.write(QByteArray(64 * 1024, char(block)));
+        image.close();
+        MainWindow window;
+        window.show();
+        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
+        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
+        window.onEngineConnected();
+        whenModal<NVB::GUI::TryNewBackupFormatDialog>(
+            [](NVB::GUI::TryNewBackupFormatDialog* dialog) { dialog->useCurrentButton()->click(); });
+        window.findChild<QAction*>(QStringLiteral("newPlan"))->trigger();
+        auto* wizard = window.findChild<BackupPlanEditWizard*>();
+        QVERIFY(wizard && QTest::qWaitForWindowExposed(wizard));
+        wizard->next(); // files, as offered
+        auto* cloud = qobject_cast<NVB::GUI::PlanWizardBase::PageCloud*>(wizard->currentPage());
+        QVERIFY(cloud);
+        const QModelIndex account = cloud->list()->model()->index(0, 0);
+        cloud->list()->setCurrentIndex(account);
+        QVERIFY(QMetaObject::invokeMethod(cloud, "onCurrentItem", Q_ARG(QModelIndex, account)));
+        wizard->next();
+        auto* name = qobject_cast<BackupPlanEditWizard::PageName*>(wizard->currentPage());
+        QVERIFY(name);
+        name->nameEdit()->setText(QStringLiteral("Block plan"));
+        name->blockLevelBox()->setChecked(true);
+        wizard->next();
+        auto* page = qobject_cast<BackupPlanEditWizard::PageSource*>(wizard->currentPage());
+        QVERIFY(page && expand(page->model(), m_volume.path()));
+        QVERIFY(page->model()->setData(page->model()->indexByPath(folder), 2, Qt::CheckStateRole));
+        QVERIFY(QTest::qWaitFor([&] { return page->isComplete(); }));
+        for (int steps = 0; steps < 12 && wizard->currentId() != BackupPlanEditWizard::PageSummaryId; ++steps)
+            wizard->next();
+        wizard->button(QWizard::FinishButton)->click();
+
+        NVB::Console::PlanListView* list = window.backupPlans();
+        int row = -1;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                for (int r = 0; r < list->model()->rowCount(); ++r)
+                    row = list->model()->index(r, Column::Name).data() == QStringLiteral("Block plan") ? r : row;
+                return row >= 0;
+            },
+            15000));
+        list->selectRow(row);
+        NVB::Console::HistoryPanel* history = window.historyPanel();
+        for (int runs = 1; runs <= 2; ++runs) {
+            if (runs == 2) {
+                QVERIFY(image.open(QIODevice::ReadWrite) && image.seek(3 << 20));
+                image.write("a small change");
+                image.close();
+            }
+            window.findChild<QAction*>(QStringLiteral("runPlan"))->trigger();
+            QVERIFY(QTest::qWaitFor([&] { return list->model()->index(row, Column::Status).data().toInt() == 1; }));
+            QVERIFY(QTest::qWaitFor(
+                [&] {
+                    return list->model()->index(row, Column::Status).data().toInt() != 1
+                        && list->model()->index(row, Column::LastRunStatus).data().toInt()
+                        == int(NVB::Info::Plan::PlanResult::Success);
+                },
+                30000));
+            history->reload();
+            QVERIFY(QTest::qWaitFor([&] { return history->planModel()->rowCount() >= runs; }, 10000));
+        }
+        // Newest first: the block of 1 MiB around the change, then the file.
+        QList<qint64> sizes;
+        for (int r = 0; r < history->planModel()->rowCount(); ++r) {
+            if (history->planModel()->index(r, 0).data() == QStringLiteral("Block plan"))
+                sizes << history->planModel()->index(r, 2).data().toLongLong();
+        }
+        QCOMPARE(sizes.size(), 2);
+        QCOMPARE(sizes.at(1), qint64(8 << 20));
+        QVERIFY2(sizes.at(0) > 0 && sizes.at(0) < (1 << 20) + 4096, qPrintable(QString::number(sizes.at(0))));
+    }
 };
 
 NVB_TEST_MAIN(TestConsole)

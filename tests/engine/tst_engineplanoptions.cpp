@@ -61,12 +61,71 @@ private:
         return reply.answered && !reply.isError;
     }
 
-    bool run(const QUuid& plan)
+    bool run(const QUuid& plan, bool forceFull = false, bool verify = false)
     {
         m_notifications.clear();
-        const auto reply
-            = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
+        QJsonObject params {{QStringLiteral("ID"), plan.toString()}};
+        if (forceFull)
+            params.insert(QStringLiteral("force_full"), true);
+        if (verify)
+            params.insert(QStringLiteral("verify"), true);
+        const auto reply = SyncCommand::run(QStringLiteral("PlanExecuteStart"), params);
         return reply.answered && !reply.isError && waitForState(plan, 2);
+    }
+
+    // Bytes of every object a plan's runs stored, by "generation/sequence".
+    QMap<QString, qint64> storedRuns(const QUuid& plan) const
+    {
+        const QString folder = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces);
+        QMap<QString, qint64> runs;
+        QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            it.next();
+            runs[it.filePath().mid(folder.size() + 1).section(QLatin1Char('/'), 0, 1)] += it.fileInfo().size();
+        }
+        return runs;
+    }
+
+    static QByteArray randomBytes(int size)
+    {
+        QByteArray data(size, Qt::Uninitialized);
+        QRandomGenerator generator {quint32(size)};
+        generator.fillRange(reinterpret_cast<quint32*>(data.data()), size / 4);
+        return data;
+    }
+
+    static void overwrite(const QString& path, qint64 offset, const QByteArray& data)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.seek(offset));
+        QCOMPARE(file.write(data), qint64(data.size()));
+    }
+
+    NVB::Info::Plan::BackupFile blockPlan(const QString& source, const QString& name)
+    {
+        NVB::Info::Plan::BackupFile plan;
+        plan.setId(QUuid::createUuid());
+        plan.setName(name);
+        plan.setIsArchive(false);
+        plan.setStorage(m_account);
+        plan.setItems({source});
+        plan.setUseCompression(false);
+        plan.setUseDifferentialUpload(true);
+        plan.setDifferentialBlockSize(64 * 1024);
+        return plan;
+    }
+
+    QDateTime lastStart(const QUuid& plan)
+    {
+        const QJsonArray runs = SyncCommand::run(
+            QStringLiteral("HistoryListByPlan"), {{QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces)}})
+                                    .data.value(QStringLiteral("HistoryListByPlan"))
+                                    .toArray();
+        QDateTime start = QDateTime::fromString(
+            runs.first().toObject().value(QStringLiteral("StartTimeUTC")).toString(), QStringLiteral("yyyyMMddhhmmss"));
+        start.setTimeSpec(Qt::UTC);
+        return start;
     }
 
     QJsonObject info(const QUuid& plan)
@@ -315,6 +374,173 @@ private slots:
         for (auto it = all.cbegin(); it != all.cend(); ++it)
             back.insert(it.key().mid(m_source.path().size()), it.value());
         QCOMPARE(back, tree(m_source.path()));
+    }
+
+    void shouldStoreOnlyChangedBlocksAndRestoreEveryPoint_data()
+    {
+        QTest::addColumn<bool>("sealed");
+        QTest::newRow("plain") << false;
+        QTest::newRow("zstd and AES 256") << true;
+    }
+
+    void shouldStoreOnlyChangedBlocksAndRestoreEveryPoint()
+    {
+        QFETCH(bool, sealed);
+        QTemporaryDir source;
+        const QString file = source.path() + QStringLiteral("/disk.img");
+        write(file, randomBytes(32 << 20));
+        write(source.path() + QStringLiteral("/small.txt"), Sentence);
+        NVB::Info::Plan::BackupFile plan = blockPlan(source.path(), QStringLiteral("Blocks"));
+        plan.setUseCompression(sealed);
+        plan.encryption().setEnabled(sealed);
+        plan.encryption().setEncryptionType(NVB::Info::Plan::BackupEncyption::AES256);
+        plan.encryption().setPassword(QStringLiteral("s3cret"));
+        QVERIFY(save(plan));
+        const QString password = sealed ? QStringLiteral("s3cret") : QString();
+
+        QList<QPair<QDateTime, QByteArray>> points;
+        // 192 KiB overwritten in the middle, then 4 KiB near the start: each
+        // increment holds every block changed since the full version.
+        const QList<QPair<qint64, int>> changes {{-1, 0}, {(9 << 20) + 100, 192 << 10}, {4096 * 3, 4096}};
+        for (const auto& [offset, size] : changes) {
+            if (offset >= 0)
+                overwrite(file, offset, randomBytes(size + 4).mid(4));
+            QVERIFY(run(plan.id()));
+            QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+            QFile content(file);
+            QVERIFY(content.open(QIODevice::ReadOnly));
+            points.append({lastStart(plan.id()), content.readAll()});
+            QTest::qWait(1100);
+        }
+        const QList<qint64> stored = storedRuns(plan.id()).values();
+        QCOMPARE(stored.size(), 3);
+        QVERIFY2(stored.at(0) > (32 << 20) - (1 << 20) || sealed, qPrintable(QString::number(stored.at(0))));
+        // Four 64 KiB blocks hold the 192 KiB; the third run adds one.
+        QVERIFY2(stored.at(1) >= (192 << 10) && stored.at(1) <= (320 << 10), qPrintable(QString::number(stored.at(1))));
+        QVERIFY2(stored.at(2) >= (192 << 10) && stored.at(2) <= (384 << 10), qPrintable(QString::number(stored.at(2))));
+
+        for (const auto& [start, data] : std::as_const(points)) {
+            QTemporaryDir target;
+            const QUuid back = restore(plan.id(), password, target.path(), start);
+            QCOMPARE(info(back).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+            QFile restored(target.path() + file);
+            QVERIFY(restored.open(QIODevice::ReadOnly));
+            QVERIFY(restored.readAll() == data);
+        }
+        QVERIFY(run(plan.id(), false, true));
+        QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+    }
+
+    void shouldStoreAFullVersionAboveTheShareOrOnTheFullSchedule()
+    {
+        QTemporaryDir source;
+        const QString file = source.path() + QStringLiteral("/video.bin");
+        write(file, randomBytes(4 << 20));
+        NVB::Info::Plan::BackupFile plan = blockPlan(source.path(), QStringLiteral("Fulls"));
+        plan.setForceFullDiffSizeConditionEnable(true);
+        plan.setForceFullDiffSizeCondition(50);
+        QVERIFY(save(plan));
+        QMap<QString, qint64> seen;
+        // The run folder ("generation/sequence") and stored bytes of a run.
+        const auto runAndSee = [&](bool forceFull) {
+            const bool ran = run(plan.id(), forceFull);
+            const QMap<QString, qint64> runs = storedRuns(plan.id());
+            QPair<QString, qint64> made;
+            for (auto it = runs.cbegin(); it != runs.cend(); ++it) {
+                if (!seen.contains(it.key()))
+                    made = {it.key().section(QLatin1Char('/'), 0, 0), ran ? it.value() : -1};
+            }
+            seen = runs;
+            return made;
+        };
+        const QString first = runAndSee(false).first;
+        // Three fifths changed, over the half the plan allows: the file is
+        // whole again in the same generation...
+        overwrite(file, 0, randomBytes((12 << 20) / 5 + 8).mid(8));
+        QCOMPARE(runAndSee(false), qMakePair(first, qint64(4 << 20)));
+        // ... and with that the plan's own share is reached: a new full backup.
+        overwrite(file, 1 << 20, "x");
+        const auto second = runAndSee(false);
+        QVERIFY(second.first != first);
+        QCOMPARE(second.second, qint64(4 << 20));
+        overwrite(file, 2 << 20, "y");
+        const auto increment = runAndSee(false);
+        QCOMPARE(increment.first, second.first);
+        QVERIFY(increment.second > 0 && increment.second < (128 << 10));
+        // The full schedule's run stores the file whole in a new generation.
+        overwrite(file, 3 << 20, "z");
+        const auto scheduled = runAndSee(true);
+        QVERIFY(scheduled.first != second.first && scheduled.first != first);
+        QCOMPARE(scheduled.second, qint64(4 << 20));
+    }
+
+    void shouldKeepAFullVersionWhileAnIncrementNeedsIt()
+    {
+        QTemporaryDir source;
+        const QString file = source.path() + QStringLiteral("/base.db");
+        write(file, randomBytes(2 << 20));
+        NVB::Info::Plan::BackupFile plan = blockPlan(source.path(), QStringLiteral("Kept"));
+        plan.retentionPolicy().setType(NVB::Info::Plan::BackupRetentionPolicy::Custom);
+        plan.retentionPolicy().setUseKeepVersion(true);
+        plan.retentionPolicy().setKeepVersion(1);
+        QVERIFY(save(plan));
+        for (int run = 0; run < 3; ++run) {
+            overwrite(file, run * 300000, "change " + QByteArray::number(run));
+            QVERIFY(this->run(plan.id()));
+        }
+        // The middle increment went; the full stays under the newest one.
+        QMap<QString, qint64> runs = storedRuns(plan.id());
+        QCOMPARE(runs.size(), 2);
+        QCOMPARE(runs.first(), qint64(2 << 20));
+        QTemporaryDir target;
+        QCOMPARE(info(restore(plan.id(), QString(), target.path())).value(QStringLiteral("LastRunStatus")).toInt(),
+            int(PlanResult::Success));
+        QFile restored(target.path() + file);
+        QFile original(file);
+        QVERIFY(restored.open(QIODevice::ReadOnly) && original.open(QIODevice::ReadOnly));
+        QVERIFY(restored.readAll() == original.readAll());
+
+        // A new full version frees the old one with its increment.
+        QVERIFY(run(plan.id(), true));
+        runs = storedRuns(plan.id());
+        QCOMPARE(runs.size(), 1);
+        QCOMPARE(runs.first(), qint64(2 << 20));
+    }
+
+    void shouldFailOnlyTheFileOfADamagedIncrement()
+    {
+        QTemporaryDir source;
+        const QStringList files {source.path() + QStringLiteral("/a.bin"), source.path() + QStringLiteral("/b.bin")};
+        for (const QString& file : files)
+            write(file, randomBytes(1 << 20) + file.toUtf8());
+        const NVB::Info::Plan::BackupFile plan = blockPlan(source.path(), QStringLiteral("Damaged"));
+        QVERIFY(save(plan));
+        QVERIFY(run(plan.id()));
+        for (const QString& file : files)
+            overwrite(file, 5000, "changed");
+        QVERIFY(run(plan.id()));
+        const QString folder = m_storage.path() + QStringLiteral("/NVB_tester/")
+            + plan.id().toString(QUuid::WithoutBraces) + QLatin1Char('/') + storedRuns(plan.id()).lastKey();
+        QFile increment(folder + files.at(0));
+        QVERIFY(increment.open(QIODevice::ReadWrite));
+        QVERIFY(increment.seek(increment.size() / 2));
+        increment.write("garbage");
+        increment.close();
+
+        QTemporaryDir target;
+        const QJsonObject result = info(restore(plan.id(), QString(), target.path()));
+        QCOMPARE(result.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Warning));
+        QVERIFY2(result.value(QStringLiteral("LastRunMessage")).toString().contains(files.at(0)),
+            qPrintable(result.value(QStringLiteral("LastRunMessage")).toString()));
+        QVERIFY(!QFile::exists(target.path() + files.at(0)));
+        QFile restored(target.path() + files.at(1));
+        QFile original(files.at(1));
+        QVERIFY(restored.open(QIODevice::ReadOnly) && original.open(QIODevice::ReadOnly));
+        QVERIFY(restored.readAll() == original.readAll());
+
+        QVERIFY(run(plan.id(), false, true));
+        const QString verdict = info(plan.id()).value(QStringLiteral("LastRunMessage")).toString();
+        QVERIFY2(verdict.contains(QStringLiteral("1 of 2")), qPrintable(verdict));
     }
 };
 

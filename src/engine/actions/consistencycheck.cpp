@@ -1,10 +1,15 @@
 #include "consistencycheck.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include "blocks/incrementheader.h"
 #include "core/bytename.h"
 #include "core/nvldebug.h"
 #include "records/plan/planresult.h"
+#include "runs/folderhandle.h"
+#include "runs/objectencoding.h"
 #include "store/repositorystore.h"
 #include "store/storedatabase.h"
 
@@ -33,6 +38,23 @@ QStringList ConsistencyCheck::problems(const QString& storageRoot, const QList<S
                          .arg(item.object)
                          .arg(qint64(info.st_size))
                          .arg(expected);
+        if (isIncrement(item.encoding)) {
+            // An increment restores nothing without the full version it
+            // applies to.
+            QString error;
+            const int fd = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+            const auto header = fd >= 0 ? IncrementHeader::read(fd, &error) : std::nullopt;
+            if (fd >= 0)
+                ::close(fd);
+            struct stat base
+            {
+            };
+            if (!header || !FolderHandle::isPlainRelative(NVL::ByteName::encode(header->baseObject)))
+                found << QStringLiteral("%1 (damaged increment)").arg(item.object);
+            else if (::stat((root + '/' + NVL::ByteName::encode(header->baseObject)).constData(), &base) != 0
+                || !S_ISREG(base.st_mode))
+                found << QStringLiteral("%1 (missing, the full version of %2)").arg(header->baseObject, item.object);
+        }
     }
     return found;
 }

@@ -8,9 +8,12 @@
 #include <QFile>
 #include <QSet>
 
+#include "blocks/blockstore.h"
+#include "blocks/incrementheader.h"
 #include "core/bytename.h"
 #include "retentionplanner.h"
 #include "runs/folderhandle.h"
+#include "runs/objectencoding.h"
 #include "store/repositorystore.h"
 #include "store/storedatabase.h"
 
@@ -35,7 +38,22 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
         return a.point.startUtc != b.point.startUtc ? a.point.startUtc < b.point.startUtc
                                                     : a.point.rowId < b.point.rowId;
     });
-    const RetentionPlanner::Result plan = RetentionPlanner::plan(points, rules, now);
+    QString error;
+    const FolderHandle storage = FolderHandle::openAbsolute(QFile::encodeName(storageRoot), &error);
+    // Which full version each block increment applies to, from the
+    // increments' own headers.
+    QHash<QString, QString> baseOf;
+    for (const RetentionPlanner::Point& entry : std::as_const(points)) {
+        for (const StoredContent& item : entry.content) {
+            if (!storage.isValid() || !isIncrement(item.encoding) || baseOf.contains(item.object))
+                continue;
+            QString unreadable;
+            const auto header = IncrementHeader::ofObject(storage, item.object, &unreadable);
+            if (header)
+                baseOf.insert(item.object, header->baseObject);
+        }
+    }
+    const RetentionPlanner::Result plan = RetentionPlanner::plan(points, rules, now, baseOf);
     if (plan.objects.isEmpty())
         return result;
     if (!repository.removeFromRestorePoints(plan.pathsByPoint, plan.points)) {
@@ -58,8 +76,6 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
             result.generations.append(generation);
     }
 
-    QString error;
-    const FolderHandle storage = FolderHandle::openAbsolute(QFile::encodeName(storageRoot), &error);
     if (!storage.isValid()) {
         result.error = QStringLiteral("The expired objects stay on the storage: %1").arg(error);
         return result;
@@ -72,6 +88,7 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
         if (::unlinkat(storage.fd(), relative.constData(), 0) != 0 && errno != ENOENT && result.error.isEmpty())
             result.error = QStringLiteral("Cannot delete the expired object %1").arg(object);
     }
+    BlockStore(database).forget(plan.objects);
     return result;
 }
 

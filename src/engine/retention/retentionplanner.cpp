@@ -16,8 +16,8 @@ struct Version
 
 } // namespace
 
-RetentionPlanner::Result RetentionPlanner::plan(
-    const QList<Point>& points, const RetentionRules& rules, const QDateTime& now)
+RetentionPlanner::Result RetentionPlanner::plan(const QList<Point>& points, const RetentionRules& rules,
+    const QDateTime& now, const QHash<QString, QString>& baseOf)
 {
     Result result;
     if (points.size() < 2 || rules.isEmpty())
@@ -56,6 +56,8 @@ RetentionPlanner::Result RetentionPlanner::plan(
         filesLeft.insert(entry.point.rowId, files);
     }
 
+    QList<QPair<QString, const Version*>> expiring;
+    QSet<QString> needed; // full versions a kept increment applies to
     for (auto it = versions.cbegin(); it != versions.cend(); ++it) {
         const QList<Version>& list = it.value();
         const int seen = lastSeen.value(it.key());
@@ -64,8 +66,11 @@ RetentionPlanner::Result RetentionPlanner::plan(
             && points.at(seen + 1).point.startUtc.addDays(rules.deleteLocalyDays) <= now;
         for (int age = 0; age < list.size(); ++age) {
             const Version& version = list.at(list.size() - 1 - age); // age 0: the newest version
-            if (protectedObjects.contains(version.object))
+            if (protectedObjects.contains(version.object)) {
+                if (baseOf.contains(version.object))
+                    needed.insert(baseOf.value(version.object));
                 continue;
+            }
             bool expired = goneLongEnough;
             if (rules.keepVersions > 0 && age >= rules.keepVersions)
                 expired = true;
@@ -74,14 +79,20 @@ RetentionPlanner::Result RetentionPlanner::plan(
                 if (from.isValid() && from.addDays(rules.ageDays) < now)
                     expired = true;
             }
-            if (!expired)
-                continue;
-            ++result.versions;
-            result.objects.append(version.object);
-            for (qint64 point : version.points) {
-                result.pathsByPoint[point].append(it.key());
-                --filesLeft[point];
-            }
+            if (expired)
+                expiring.append({it.key(), &version});
+            else if (baseOf.contains(version.object))
+                needed.insert(baseOf.value(version.object));
+        }
+    }
+    for (const auto& [path, version] : std::as_const(expiring)) {
+        if (needed.contains(version->object))
+            continue;
+        ++result.versions;
+        result.objects.append(version->object);
+        for (qint64 point : version->points) {
+            result.pathsByPoint[point].append(path);
+            --filesLeft[point];
         }
     }
 

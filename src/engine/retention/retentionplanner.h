@@ -32,8 +32,11 @@ public:
         int versions = 0; // expired versions
     };
 
-    // `points` oldest first; `now` is the clock of the decision.
-    static Result plan(const QList<Point>& points, const RetentionRules& rules, const QDateTime& now);
+    // `points` oldest first; `now` is the clock of the decision. `baseOf`
+    // names the full version each block increment applies to: a full
+    // version expires only together with every increment built on it.
+    static Result plan(const QList<Point>& points, const RetentionRules& rules, const QDateTime& now,
+        const QHash<QString, QString>& baseOf = {});
 };
 
 } // namespace NVB::Engine

@@ -11,6 +11,9 @@
 
 #include <QDir>
 
+#include "blocks/blockdiffer.h"
+#include "blocks/blockhasher.h"
+#include "blocks/incrementheader.h"
 #include "core/bytename.h"
 #include "filecopier.h"
 #include "filters/inusecheck.h"
@@ -436,6 +439,12 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
 
     FileCopier::Result copied;
     bool unsteady = false;
+    std::optional<BlockMap> base;
+    if (m_parameters.blockSize > 0 && previous != previousEntries.cend())
+        base = BlockBase::of(
+            *previous, m_storage, m_parameters.blockSize, bool(m_parameters.key), m_parameters.blockMap);
+    std::unique_ptr<BlockDiffer> differ;
+    std::unique_ptr<BlockHasher> hasher;
     for (int attempt = 0; attempt < 2; ++attempt) {
         const int fd = ::open(encoded.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | (followLink ? 0 : O_NOFOLLOW));
         if (fd < 0) {
@@ -473,10 +482,30 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
             unsteady = !steady;
             return steady || lastAttempt;
         };
+        differ.reset();
+        hasher.reset();
+        if (base) {
+            const qint64 limit
+                = m_parameters.fullAbovePercent >= 0 ? before.st_size * m_parameters.fullAbovePercent / 100 : -1;
+            differ = std::make_unique<BlockDiffer>(fd, *base, limit);
+            options.source
+                = [&differ](char* data, size_t size, QString* error) { return differ->read(data, size, error); };
+            options.prologue = IncrementHeader {m_parameters.blockSize, base->encoding, base->object}.toBytes();
+        } else if (m_parameters.blockSize > 0) {
+            hasher = std::make_unique<BlockHasher>(m_parameters.blockSize);
+            options.observe = [&hasher](const char* data, size_t size) { hasher->add(data, size); };
+        }
         copied = FileCopier::copy(fd, *target, name, options, &stop, path);
         ::close(fd);
+        if (differ && differ->overLimit()) {
+            // Too much changed for an increment to pay: the file gets a new
+            // full version, which later increments build on.
+            base.reset();
+            --attempt;
+            continue;
+        }
         if (copied.status != FileCopier::Status::Discarded) {
-            file.size = copied.size;
+            file.size = differ ? differ->fileSize() : copied.size;
             file.modifiedUtc = fromTimespec(before.st_mtim);
             file.modifiedNs = nanoseconds(before.st_mtim);
             file.changedNs = nanoseconds(before.st_ctim);
@@ -506,6 +535,14 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
     file.checksum = copied.checksum;
     file.encoding = int(encoding());
     file.storedSize = encoding() != ObjectEncoding::Plain ? copied.storedSize : -1;
+    if (differ) {
+        file.checksum = differ->checksum();
+        file.encoding |= int(ObjectEncoding::Increment);
+        file.storedSize = copied.storedSize;
+    } else if (hasher) {
+        m_result.blockMaps.append(
+            BlockMap {file.object, file.checksum, file.encoding, m_parameters.blockSize, file.size, hasher->finish()});
+    }
     ++totals.copiedCount;
     totals.copiedSize += copied.size;
     keep(file, previousEntries);

@@ -14,6 +14,8 @@
 #include <QString>
 #include <QUuid>
 
+#include "blocks/blockbase.h"
+#include "blocks/blockmap.h"
 #include "encryption/objectkey.h"
 #include "fileselection.h"
 #include "folderhandle.h"
@@ -61,6 +63,14 @@ public:
         // only for the root "/", where crossing would take /proc, /sys and
         // every mounted drive.
         std::optional<bool> oneFileSystem;
+        // Block level: a changed file whose full version has a block map
+        // stores only the blocks that differ from it; a file without one is
+        // stored whole, with a map. 0: changed files are stored whole.
+        quint32 blockSize = 0;
+        // The share of a file, in percent, that may differ before its full
+        // version is stored again; -1: any.
+        int fullAbovePercent = -1;
+        BlockBase::MapLookup blockMap;
     };
 
     struct Result
@@ -78,6 +88,8 @@ public:
         RunProgress totals;
         // Files kept although they changed while they were read.
         int unsteadyCount = 0;
+        // Block level: the maps of the full versions this run stored.
+        QList<BlockMap> blockMaps;
     };
 
     using ProgressHandler = std::function<void(const RunProgress&)>;

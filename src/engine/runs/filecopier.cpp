@@ -164,6 +164,26 @@ QByteArray FileCopier::checksum(int fd, ObjectEncoding encoding, const std::atom
     return finalDigest(digest.get());
 }
 
+QByteArray FileCopier::checksum(
+    const std::function<ssize_t(char*, size_t, QString*)>& source, const std::atomic_bool* stop, QString* error)
+{
+    Digest digest = newDigest();
+    if (!digest)
+        return {};
+    std::unique_ptr<char[]> buffer(new char[BlockSize]);
+    for (;;) {
+        if (stop && *stop)
+            return {};
+        const ssize_t got = source(buffer.get(), BlockSize, error);
+        if (got == 0)
+            break;
+        if (got < 0)
+            return {};
+        EVP_DigestUpdate(digest.get(), buffer.get(), size_t(got));
+    }
+    return finalDigest(digest.get());
+}
+
 FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const QByteArray& name,
     const Options& options, const std::atomic_bool* stop, const QString& what)
 {
@@ -180,7 +200,14 @@ FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const 
         result.error = QStringLiteral("Cannot compute checksums");
         return result;
     }
-    ObjectDecoder in(from, options.readEncoding, options.readPassword);
+    ObjectDecoder in(options.source ? -1 : from, options.readEncoding, options.readPassword);
+    if (!options.prologue.isEmpty()
+        && ::write(out.fd(), options.prologue.constData(), size_t(options.prologue.size()))
+            != ssize_t(options.prologue.size())) {
+        result.error = systemError(QStringLiteral("Cannot write"), target);
+        result.targetFailed = true;
+        return result;
+    }
     ObjectEncoder encoder(out.fd(), options.writeEncoding, options.writeKey);
     std::unique_ptr<char[]> buffer(new char[BlockSize]);
     for (;;) {
@@ -188,14 +215,18 @@ FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const 
             result.status = Status::Stopped;
             return result;
         }
-        const ssize_t got = in.read(buffer.get(), BlockSize);
+        QString readError;
+        const ssize_t got
+            = options.source ? options.source(buffer.get(), BlockSize, &readError) : in.read(buffer.get(), BlockSize);
         if (got == 0)
             break;
         if (got < 0) {
-            result.error = QStringLiteral("Cannot read %1: %2").arg(what, in.error());
+            result.error = QStringLiteral("Cannot read %1: %2").arg(what, options.source ? readError : in.error());
             return result;
         }
         EVP_DigestUpdate(digest.get(), buffer.get(), size_t(got));
+        if (options.observe)
+            options.observe(buffer.get(), size_t(got));
         if (!encoder.write(buffer.get(), size_t(got))) {
             result.error = systemError(QStringLiteral("Cannot write"), target);
             result.targetFailed = true;
@@ -212,7 +243,7 @@ FileCopier::Result FileCopier::copy(int from, const FolderHandle& folder, const 
         result.targetFailed = true;
         return result;
     }
-    result.storedSize = encoder.storedSize();
+    result.storedSize = encoder.storedSize() + options.prologue.size();
     result.checksum = finalDigest(digest.get());
     if (!options.expectedChecksum.isEmpty() && options.expectedChecksum != result.checksum) {
         result.error = QStringLiteral("The stored data of %1 does not match its checksum").arg(what);

@@ -51,6 +51,14 @@ public:
         // Asked once the data is written; false throws the copy away (the
         // source changed while it was read).
         std::function<bool()> keep;
+        // Set: the plain data comes from here instead of `from` (a block
+        // increment being made or read back): bytes, 0 at the end, or -1
+        // with the message in the QString.
+        std::function<ssize_t(char*, size_t, QString*)> source;
+        // Set: sees the plain data as it is copied.
+        std::function<void(const char*, size_t)> observe;
+        // Written to the copy as it is, ahead of the encoded data.
+        QByteArray prologue;
     };
 
     struct Result
@@ -74,6 +82,10 @@ public:
     // a read error, damaged compressed data or when stopped.
     static QByteArray checksum(
         int fd, ObjectEncoding encoding, const std::atomic_bool* stop, const QString& password = QString());
+    // The same of what `source` hands out (as Options::source); empty with
+    // `error` set when it fails.
+    static QByteArray checksum(
+        const std::function<ssize_t(char*, size_t, QString*)>& source, const std::atomic_bool* stop, QString* error);
 
     // The prefix of the fallback temporary names, for sweeping leftovers.
     static QByteArray temporaryPrefix();

@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include "blocks/incrementreader.h"
 #include "core/bytename.h"
 #include "encryption/objectopener.h"
 #include "filecopier.h"
@@ -53,7 +54,7 @@ QString FileRestoreJob::wrongPassword() const
     // single folder is made; all of a point's copies share one password.
     for (const StoredContent& item : m_parameters.content) {
         if (item.type != StoredContent::File || item.deleted || !isChosen(item.path)
-            || !isEnciphered(ObjectEncoding(item.encoding)))
+            || !isEnciphered(ObjectEncoding(item.encoding)) || isIncrement(item.encoding))
             continue;
         const QByteArray object = NVL::ByteName::encode(item.object);
         if (!FolderHandle::isPlainRelative(object))
@@ -229,7 +230,22 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     options.expectedChecksum = file.checksum;
     options.readEncoding = ObjectEncoding(file.encoding);
     options.readPassword = m_parameters.password;
+    std::unique_ptr<IncrementReader> increment;
+    if (isIncrement(file.encoding)) {
+        increment = std::make_unique<IncrementReader>(m_storage, from, options.readEncoding, m_parameters.password);
+        QString problem;
+        if (!increment->open(&problem)) {
+            increment.reset();
+            ::close(from);
+            failed(QStringLiteral("Cannot restore %1: %2").arg(file.path, problem));
+            return;
+        }
+        options.readEncoding = ObjectEncoding::Plain;
+        options.source
+            = [&increment](char* data, size_t size, QString* error) { return increment->read(data, size, error); };
+    }
     const FileCopier::Result copied = FileCopier::copy(from, target, name, options, &stop, file.path);
+    increment.reset();
     ::close(from);
     if (copied.status == FileCopier::Status::Stopped)
         return;

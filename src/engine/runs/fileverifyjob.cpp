@@ -8,6 +8,7 @@
 
 #include <utility>
 
+#include "blocks/incrementreader.h"
 #include "core/bytename.h"
 #include "filecopier.h"
 #include "folderhandle.h"
@@ -53,7 +54,24 @@ FileVerifyJob::Verdict FileVerifyJob::check(
                        .arg(expectedSize);
         return Verdict::Broken;
     }
-    const QByteArray sum = FileCopier::checksum(fd, ObjectEncoding(file.encoding), &stop, m_parameters.password);
+    QByteArray sum;
+    if (isIncrement(file.encoding)) {
+        // An increment is whole only with its full version: the file they
+        // make together is what the checksum was taken of.
+        IncrementReader increment(storage, fd, ObjectEncoding(file.encoding), m_parameters.password);
+        QString error;
+        if (increment.open(&error))
+            sum = FileCopier::checksum(
+                [&increment](char* data, size_t size, QString* problem) { return increment.read(data, size, problem); },
+                &stop, &error);
+        if (sum.isEmpty() && !stop) {
+            ::close(fd);
+            *problem = QStringLiteral("The stored data of %1 cannot be read: %2").arg(file.path, error);
+            return Verdict::Broken;
+        }
+    } else {
+        sum = FileCopier::checksum(fd, ObjectEncoding(file.encoding), &stop, m_parameters.password);
+    }
     ::close(fd);
     if (stop)
         return Verdict::Whole;

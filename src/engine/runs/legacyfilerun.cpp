@@ -1,9 +1,13 @@
 #include "legacyfilerun.h"
 
+#include <unistd.h>
+
 #include <QDir>
 #include <QFile>
 
 #include "actions/consistencycheck.h"
+#include "blocks/blockstore.h"
+#include "blocks/incrementheader.h"
 #include "core/bytename.h"
 #include "core/nvldebug.h"
 #include "encryption/objectkey.h"
@@ -95,6 +99,10 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
                 QFile object(
                     QFile::decodeName(NVL::ByteName::encode(parameters.storageRoot + QLatin1Char('/') + *sealed)));
                 if (object.open(QIODevice::ReadOnly)) {
+                    // A block increment keeps its cipher header behind its own.
+                    QString notIncrement;
+                    if (!IncrementHeader::read(object.handle(), &notIncrement))
+                        ::lseek(object.handle(), 0, SEEK_SET);
                     const auto key = ObjectOpener::keyOf(object.handle(), password);
                     if (key && key->key().size() == keyBytes)
                         parameters.key = key;
@@ -107,8 +115,17 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
             if (!parameters.key)
                 return RunPreparation::failedOutcome(QStringLiteral("The encryption key cannot be made"));
         }
+        if (parameters.blockSize > 0 && (database.isOpen() || database.open(storeFile)))
+            parameters.blockMap = [&database](const QString& object) { return BlockStore(database).map(object); };
         FileBackupJob job(parameters, selection);
         auto result = job.run(stop, report);
+        // Recorded ahead of the point: a map whose point never commits names
+        // an object no point names, and is never looked up.
+        if (!result.blockMaps.isEmpty() && !(database.isOpen() && BlockStore(database).save(result.blockMaps)))
+            NVL::NvlDebug(QStringLiteral("NVB")).warning()
+                << QStringLiteral("Block maps of the plan %1 were not recorded; its changed files will be stored "
+                                  "whole once more: %2")
+                       .arg(parameters.planId.toString(), database.lastError());
         RunOutcome outcome = RunPreparation::outcomeOf(result);
         outcome.changes = ContentChanges {
             std::move(result.content), std::move(result.removed), std::move(result.emptiedFolders), replacesAll};

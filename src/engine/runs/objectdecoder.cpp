@@ -10,16 +10,20 @@ namespace NVB::Engine {
 
 namespace {
 
-// As for compression: one context a worker, not one a file.
-ZSTD_DCtx* threadContext()
+// As for compression: one context a worker, not one a file. A block
+// increment reads its full version alongside, so a second decoder on the
+// same thread gets a context of its own.
+struct ThreadContext
 {
-    struct Owner
-    {
-        ZSTD_DCtx* context = ZSTD_createDCtx();
-        ~Owner() { ZSTD_freeDCtx(context); }
-    };
-    thread_local Owner owner;
-    return owner.context;
+    ZSTD_DCtx* context = ZSTD_createDCtx();
+    bool busy = false;
+    ~ThreadContext() { ZSTD_freeDCtx(context); }
+};
+
+ThreadContext& threadContext()
+{
+    thread_local ThreadContext owner;
+    return owner;
 }
 
 } // namespace
@@ -31,14 +35,27 @@ ObjectDecoder::ObjectDecoder(int fd, ObjectEncoding encoding, const QString& pas
     if (isEnciphered(m_encoding))
         m_opener = std::make_unique<ObjectOpener>(password);
     if (isCompressed(m_encoding)) {
-        m_context = threadContext();
+        ThreadContext& shared = threadContext();
+        if (shared.busy) {
+            m_ownContext = ZSTD_createDCtx();
+            m_context = m_ownContext;
+        } else {
+            shared.busy = true;
+            m_borrowed = true;
+            m_context = shared.context;
+        }
         if (m_context)
             ZSTD_DCtx_reset(m_context, ZSTD_reset_session_and_parameters);
         m_in.resize(int(ZSTD_DStreamInSize()));
     }
 }
 
-ObjectDecoder::~ObjectDecoder() = default;
+ObjectDecoder::~ObjectDecoder()
+{
+    if (m_borrowed)
+        threadContext().busy = false;
+    ZSTD_freeDCtx(m_ownContext);
+}
 
 ssize_t ObjectDecoder::readRaw(char* buffer, size_t capacity)
 {

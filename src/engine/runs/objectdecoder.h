@@ -37,7 +37,9 @@ private:
 
     int m_fd;
     ObjectEncoding m_encoding;
-    ZSTD_DCtx* m_context = nullptr; // the thread's own: one decoder at a time a thread
+    ZSTD_DCtx* m_context = nullptr; // the thread's own, unless another decoder holds it
+    ZSTD_DCtx* m_ownContext = nullptr;
+    bool m_borrowed = false;
     QByteArray m_in;
     size_t m_inPos = 0;
     size_t m_inSize = 0;

@@ -13,6 +13,10 @@ enum class ObjectEncoding : int {
     // from the plan's password (see ObjectSealer).
     Enciphered = 2,
     ZstdEnciphered = 3,
+    // Added to any of the above: the object holds only the blocks that
+    // differ from the file's full version (blocks/IncrementHeader), which a
+    // reader needs beside it.
+    Increment = 4,
 };
 
 inline bool isCompressed(ObjectEncoding encoding)
@@ -23,6 +27,11 @@ inline bool isCompressed(ObjectEncoding encoding)
 inline bool isEnciphered(ObjectEncoding encoding)
 {
     return (int(encoding) & int(ObjectEncoding::Enciphered)) != 0;
+}
+
+inline bool isIncrement(int encoding)
+{
+    return (encoding & int(ObjectEncoding::Increment)) != 0;
 }
 
 } // namespace NVB::Engine

@@ -21,8 +21,8 @@ QString PlanOptions::unperformed(const NVB::Info::Plan::Backup& plan)
         return QStringLiteral("skipping files in use in the new backup format");
     // Scheduled full backups and the size condition start a new generation;
     // pre and post actions run around the work (actions/planactions).
-    // Block-level upload only saves transfer: whole files make the same
-    // restore point, so a plan asking for it runs with whole files.
+    // Block-level upload stores changed files as increments against their
+    // full versions (blocks/).
     // The consistency check is honoured by every run: an earlier copy is
     // reused only after it is found on the storage with its recorded size.
     if (plan.syncBeforeRun())

@@ -12,6 +12,7 @@
 #include "actions/planactions.h"
 #include "archive/archiveretentionjob.h"
 #include "archiverun.h"
+#include "blocks/blockbase.h"
 #include "core/nvldebug.h"
 #include "diskimagerun.h"
 #include "filebackupjob.h"
@@ -192,6 +193,11 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     parameters.backupEmptyFolders = plan->backupEmptyFolders();
     parameters.compress = plan->useCompression();
     parameters.skipInUseFiles = plan->skipInUseFiles();
+    if (plan->useDifferentialUpload()) {
+        parameters.blockSize = BlockBase::blockSizeOf(plan->differentialBlockSize());
+        if (plan->forceFullDiffSizeConditionEnable())
+            parameters.fullAbovePercent = plan->forceFullDiffSizeCondition();
+    }
     const SymlinkPolicy symlinks = SymlinkPolicy::fromSetting(NVB::DefaultSettings::instance()->getBackupSymlink());
     parameters.followFileSymlinks = symlinks.followFileLinks;
     parameters.skipSymlinks = !symlinks.keepLinks;

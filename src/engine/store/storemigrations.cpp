@@ -123,6 +123,12 @@ QVector<StoreMigrations::Migration> build()
             QStringLiteral("CREATE INDEX run_files_by_operation ON run_files(operation, id)"),
             QStringLiteral("CREATE INDEX run_files_by_finish ON run_files(finish_utc)"),
             QStringLiteral("CREATE INDEX runs_by_start ON runs(start_utc)")}});
+    // 15: the block hashes of each full version a block-level plan stored
+    // (BlockStore), against which later runs store only changed blocks.
+    steps.append({15,
+        {QStringLiteral("CREATE TABLE block_maps(object TEXT PRIMARY KEY, checksum BLOB NOT NULL, "
+                        "encoding INTEGER NOT NULL, block_size INTEGER NOT NULL, size INTEGER NOT NULL, "
+                        "hashes BLOB NOT NULL) WITHOUT ROWID")}});
     return steps;
 }
 
