@@ -12,7 +12,7 @@ packages=(
     rsync
     libcurl4-openssl-dev libblkid-dev libmount-dev
     swift-proxy swift-object swift-container swift-account memcached python3-swiftclient rclone
-    python3-aiosmtpd
+    python3-aiosmtpd python3-cryptography
 )
 # Node for npm test servers (Azurite); a Node from elsewhere brings its own
 # npm, which Debian's npm package would conflict with.
