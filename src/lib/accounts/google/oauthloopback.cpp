@@ -42,17 +42,15 @@ bool OAuthLoopback::start(QString* error)
         *error = tr("Cannot wait for the browser's answer: %1").arg(m_server->errorString());
         return false;
     }
+    // Kept apart from the server: the token endpoint wants it back after the
+    // listener has closed.
+    m_redirectUri = QStringLiteral("http://127.0.0.1:%1/").arg(m_server->serverPort());
     return true;
 }
 
 bool OAuthLoopback::isListening() const
 {
     return m_server->isListening();
-}
-
-QString OAuthLoopback::redirectUri() const
-{
-    return QStringLiteral("http://127.0.0.1:%1/").arg(m_server->serverPort());
 }
 
 QUrl OAuthLoopback::authorizationUrl(const QUrl& endpoint, const QString& clientId, const QString& scopes) const

@@ -25,7 +25,7 @@ public:
     bool start(QString* error);
     bool isListening() const;
 
-    QString redirectUri() const;
+    QString redirectUri() const { return m_redirectUri; }
     QString codeVerifier() const { return m_verifier; }
     // The URL to open in the browser, asking for scopes (space separated).
     QUrl authorizationUrl(const QUrl& endpoint, const QString& clientId, const QString& scopes) const;
@@ -44,6 +44,7 @@ private:
     QTcpServer* m_server;
     QString m_verifier;
     QString m_state;
+    QString m_redirectUri;
 };
 
 } // namespace NVB::GUI::Settings::Account
