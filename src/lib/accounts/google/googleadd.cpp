@@ -4,13 +4,13 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QJsonArray>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSet>
 #include <QToolButton>
 
 #include "accounts/advanced/advancedstorage.h"
+#include "accounts/containercombo.h"
 #include "app/icons/iconmanager.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/containerparams/googlestorage.h"
@@ -22,11 +22,9 @@
 #include "googleaddauthenticationaccesskey.h"
 #include "googleaddauthenticationaccount.h"
 #include "googleaddcontainer.h"
-#include "models/models.h"
 
 namespace NVB::GUI::Settings::Account {
 
-namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
 namespace Record = NVB::Info::StorageAccountConfigFormat;
 namespace GoogleRecord = NVB::Info::StorageAccountConfigFormat::Cloud::GoogleStorage;
 namespace G = NVL::Cloud::Config::GoogleStorage;
@@ -189,12 +187,7 @@ void Google::Add::onDataChanged()
         okButton()->setEnabled(false);
         return;
     }
-    if (!m_savedContainer.isEmpty() && !m_containers.isEmpty()) {
-        const int found = m_bucket->findText(m_savedContainer, Qt::MatchFixedString);
-        m_savedContainer.clear();
-        const QSignalBlocker block(m_bucket);
-        m_bucket->setCurrentIndex(found < 0 ? 0 : found);
-    }
+    ContainerCombo::selectSaved(m_bucket, &m_savedContainer);
     m_addBucket->setEnabled(m_containersLoaded);
     okButton()->setEnabled(m_containersLoaded && m_bucket->currentIndex() >= 0);
 }
@@ -249,20 +242,8 @@ bool Google::Add::loadContainersFinished(NVL::Cloud::Operation::ListContainers* 
         m_refreshToken = token;
         m_code.clear();
     }
-    m_containers.clear();
-    const QJsonArray data = operation->data();
-    for (const QJsonValue& value : data)
-        m_containers.append(value.toObject().value(QStringLiteral("Name")).toString());
-    {
-        const QSignalBlocker block(m_bucket);
-        m_bucket->clear();
-        m_bucket->addItems(m_containers);
-    }
+    m_containers = ContainerCombo::fill(m_bucket, operation->data(), &m_newContainer, &m_savedContainer);
     m_containersLoaded = true;
-    if (!m_newContainer.isEmpty()) {
-        m_savedContainer = m_newContainer;
-        m_newContainer.clear();
-    }
     onDataChanged();
     return true;
 }
@@ -299,11 +280,7 @@ void Google::Add::saveConfig()
         record.insert(Record::Cloud::UseSsl, m_useSsl);
     }
     record.insert(Record::Cloud::ContainerName, m_bucket->currentText().trimmed());
-    QString error;
-    if (!updateAccount(record, m_displayName->text().trimmed(), error)) {
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << error;
-        setErrorMessage(error);
-    }
+    saveRecord(record, m_displayName->text().trimmed());
 }
 
 void Google::Add::onAccept()
@@ -320,14 +297,10 @@ void Google::Add::onAccept()
 
 void Google::Add::onSetItem(const QModelIndex& index)
 {
-    if (!index.isValid()) {
-        endLockUI();
+    QJsonObject record;
+    QString id;
+    if (!readItem(index, m_displayName, &record, &id))
         return;
-    }
-    const QAbstractItemModel* model = index.model();
-    const QJsonObject record = model->index(index.row(), Column::DetailParams, index.parent()).data().toJsonObject();
-    const QString id = model->index(index.row(), Column::ID, index.parent()).data().toString();
-    m_displayName->setText(model->index(index.row(), Column::DisplayName, index.parent()).data().toString());
     const int method = methodOf(record.value(GoogleRecord::AuthType).toInt());
     endLockUI();
     try {
