@@ -12,6 +12,7 @@
 
 #include "accounts/advanced/advancedstorage.h"
 #include "accounts/containercombo.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "azureaddcontainer.h"
 #include "cloud/cloudconfig.h"
@@ -50,6 +51,7 @@ Azure::Add::Add(QWidget* parent)
         m_accountType->addItem(type.first, type.second);
     m_container->setEnabled(false);
     m_addContainer->setIcon(IconManager::icon(IconManager::Add));
+    m_addContainer->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addContainer->setToolTip(tr("Add New Container"));
     m_addContainer->setEnabled(false);
     auto* form = new QFormLayout;

@@ -12,6 +12,7 @@
 
 #include "accounts/advanced/advanced.h"
 #include "accounts/containercombo.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "backblazeb2addcontainer.h"
 #include "cloud/cloudconfig.h"
@@ -42,6 +43,7 @@ BackblazeB2::Add::Add(QWidget* parent)
     m_key->setEchoMode(QLineEdit::Password);
     m_bucket->setEnabled(false);
     m_addBucket->setIcon(IconManager::icon(IconManager::Add));
+    m_addBucket->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addBucket->setToolTip(tr("Add New Container"));
     m_addBucket->setEnabled(false);
     auto* form = new QFormLayout;

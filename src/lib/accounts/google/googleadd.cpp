@@ -11,6 +11,7 @@
 
 #include "accounts/advanced/advancedstorage.h"
 #include "accounts/containercombo.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/containerparams/googlestorage.h"
@@ -71,10 +72,12 @@ Google::Add::Add(QWidget* parent)
     m_authentication->addItem(tr("OAuth 2.0 (Service Account)"));
     m_authentication->setCurrentIndex(-1);
     m_settings->setIcon(IconManager::icon(IconManager::Settings));
+    m_settings->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_settings->setToolTip(tr("Authentication settings"));
     m_settings->setEnabled(false);
     m_bucket->setEnabled(false);
     m_addBucket->setIcon(IconManager::icon(IconManager::Add));
+    m_addBucket->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addBucket->setToolTip(tr("Add New Container"));
     m_addBucket->setEnabled(false);
 

@@ -15,6 +15,7 @@
 #include <QToolButton>
 
 #include "accounts/advanced/advancedstorage.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/containerparams/openstack.h"
@@ -70,6 +71,7 @@ OpenStack::Add::Add(
     form->addRow(tr("Endpoint:"), endpointRow);
     m_container->setEnabled(false);
     m_addContainer->setIcon(IconManager::icon(IconManager::Add));
+    m_addContainer->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addContainer->setToolTip(tr("Add New Container"));
     m_addContainer->setEnabled(false);
     auto* containerRow = new QHBoxLayout;

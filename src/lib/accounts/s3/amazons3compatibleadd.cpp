@@ -13,6 +13,7 @@
 #include "accounts/containercombo.h"
 #include "amazons3compatibleaddcontainer.h"
 #include "amazons3compatibleadvancedstorage.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/containerparams/amazons3like.h"
@@ -56,6 +57,7 @@ AmazonS3Compatible::Add::Add(NVL::Cloud::Type type, bool endpointRow, bool signa
         m_endpoint->hide();
     m_bucket->setEnabled(false);
     m_addBucket->setIcon(IconManager::icon(IconManager::Add));
+    m_addBucket->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addBucket->setToolTip(tr("Add New Container"));
     m_addBucket->setEnabled(false);
     auto* bucketRow = new QHBoxLayout;
