@@ -4,6 +4,7 @@
 #include "cloud/cloudtype.h"
 #include "cloud/listingobject.h"
 #include "cloud/operationerror.h"
+#include "cloud/providers/curlhttp.h"
 #include "cloud/providers/swiftclient.h"
 #include "swifttestserver.h"
 
@@ -22,8 +23,11 @@ private slots:
     void shouldLogInCreateAndListWithEveryAuth_data();
     void shouldLogInCreateAndListWithEveryAuth();
     void shouldRefuseWrongKeysAndUnknownRegions();
+    void shouldRenewARefusedTokenOnlyOnce();
 
 private:
+    // Asks the identity fake (see keystone_fake.py) and answers its JSON.
+    QJsonObject keystoneControl(const QString& path) const;
     Settings v1() const;
     Settings keystone(int version) const;
 
@@ -157,6 +161,38 @@ void TestSwiftClient::shouldRefuseWrongKeysAndUnknownRegions()
     QCOMPARE(SwiftClient().listing(missing, {}, m_cancel).errorCode, int(OperationError::NotFound));
     QCOMPARE(SwiftClient().createContainer(v1(), {{QStringLiteral("Name"), QStringLiteral("a/b")}}, m_cancel).errorCode,
         int(OperationError::InvalidName));
+}
+
+
+QJsonObject TestSwiftClient::keystoneControl(const QString& path) const
+{
+    HttpExchange exchange;
+    exchange.url = QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_server.keystonePort()).arg(path));
+    CurlHttp(CurlHttp::Options()).perform(exchange, m_cancel);
+    return QJsonDocument::fromJson(exchange.body).object();
+}
+
+void TestSwiftClient::shouldRenewARefusedTokenOnlyOnce()
+{
+    if (!m_server.isAvailable() || !m_server.keystonePort())
+        QSKIP("no server");
+    // One token that ran out: the client logs in again and the listing goes
+    // through on the second try.
+    int before = keystoneControl(QStringLiteral("/control/logins")).value(QStringLiteral("logins")).toInt();
+    keystoneControl(QStringLiteral("/control/expire?count=1"));
+    SwiftClient client;
+    OperationResult result = client.listContainers(keystone(2), m_cancel);
+    QVERIFY2(!result.isError(), qPrintable(result.errorMessage));
+    QCOMPARE(keystoneControl(QStringLiteral("/control/logins")).value(QStringLiteral("logins")).toInt(), before + 2);
+
+    // Tokens refused however often the client logs in: it gives up after one
+    // renewal instead of asking for ever.
+    before += 2;
+    keystoneControl(QStringLiteral("/control/expire?count=5"));
+    result = SwiftClient().listContainers(keystone(2), m_cancel);
+    QCOMPARE(result.errorCode, int(OperationError::AuthenticationFailed));
+    QCOMPARE(keystoneControl(QStringLiteral("/control/logins")).value(QStringLiteral("logins")).toInt(), before + 2);
+    keystoneControl(QStringLiteral("/control/expire?count=0"));
 }
 
 QTEST_GUILESS_MAIN(TestSwiftClient)
