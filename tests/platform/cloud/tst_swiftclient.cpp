@@ -1,5 +1,7 @@
+#include <QSslCertificate>
 #include <QtTest>
 
+#include "cloud/certificatepins.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "cloud/listingobject.h"
@@ -7,6 +9,7 @@
 #include "cloud/providers/curlhttp.h"
 #include "cloud/providers/swiftclient.h"
 #include "swifttestserver.h"
+#include "tlsfront.h"
 
 using namespace NVL::Cloud;
 namespace OS = Config::OpenStack;
@@ -24,6 +27,7 @@ private slots:
     void shouldLogInCreateAndListWithEveryAuth();
     void shouldRefuseWrongKeysAndUnknownRegions();
     void shouldRenewARefusedTokenOnlyOnce();
+    void shouldLogInBehindTlsOncePinned();
 
 private:
     // Asks the identity fake (see keystone_fake.py) and answers its JSON.
@@ -193,6 +197,29 @@ void TestSwiftClient::shouldRenewARefusedTokenOnlyOnce()
     QCOMPARE(result.errorCode, int(OperationError::AuthenticationFailed));
     QCOMPARE(keystoneControl(QStringLiteral("/control/logins")).value(QStringLiteral("logins")).toInt(), before + 2);
     keystoneControl(QStringLiteral("/control/expire?count=0"));
+}
+
+// The identity service behind a TLS front with a certificate no authority
+// signed: refused with the certificate offered, then logged in once it is
+// pinned for that host and port. (Swift's own v1.0 auth names a storage URL
+// of the host it was asked on, which would be the front's in plain HTTP.)
+void TestSwiftClient::shouldLogInBehindTlsOncePinned()
+{
+    if (!m_server.isAvailable() || !m_server.keystonePort())
+        QSKIP("no server");
+    NvbTest::TlsFront front;
+    QVERIFY(front.start(m_server.keystonePort()));
+    Settings settings = keystone(2);
+    settings.insert(Api::Config::Http::Endpoint, QStringLiteral("127.0.0.1:%1/v2.0").arg(front.port()));
+    settings.insert(Api::Config::Http::UseSsl, true);
+    OperationResult result = SwiftClient().listContainers(settings, m_cancel);
+    QCOMPARE(result.errorCode, int(OperationError::SslUntrusted));
+    const QSslCertificate seen(result.config.value(Api::Config::Http::PeerCertificate).toByteArray());
+    QCOMPARE(seen, QSslCertificate(front.certificate()));
+    CertificatePins::instance().add({QStringLiteral("127.0.0.1"), front.port(), CertificatePins::fingerprint(seen)});
+    result = SwiftClient().listContainers(settings, m_cancel);
+    CertificatePins::instance().set({});
+    QVERIFY2(!result.isError(), qPrintable(result.errorMessage));
 }
 
 QTEST_GUILESS_MAIN(TestSwiftClient)
