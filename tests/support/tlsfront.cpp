@@ -15,8 +15,8 @@ TlsFront::~TlsFront()
 
 bool TlsFront::start(int targetPort)
 {
-    m_process.start(QStringLiteral("python3"),
-        {QStringLiteral(NVB_TLS_FRONT), m_dir.path(), QString::number(targetPort)});
+    m_process.start(
+        QStringLiteral("python3"), {QStringLiteral(NVB_TLS_FRONT), m_dir.path(), QString::number(targetPort)});
     if (!m_process.waitForStarted(10000))
         return false;
     const QString portFile = m_dir.filePath(QStringLiteral("port"));

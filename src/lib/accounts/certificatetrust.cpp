@@ -53,8 +53,7 @@ bool CertificateTrust::offer(const NVL::Cloud::IOperation& operation, NVL::Cloud
     }
     if (operation.errorCode() != 5 || endpoint.isEmpty())
         return false;
-    NVL::NvlDebug(QStringLiteral("NVB")).warning()
-        << QStringLiteral("Error code: %1").arg(operation.errorCode());
+    NVL::NvlDebug(QStringLiteral("NVB")).warning() << QStringLiteral("Error code: %1").arg(operation.errorCode());
     NVL::NvlDebug(QStringLiteral("NVB")).warning() << QStringLiteral("Error message: %1").arg(operation.errorMessage());
     // The certificate to ask about is the one the failed connection saw;
     // only a client that could not keep it makes us fetch it.
@@ -91,9 +90,8 @@ QJsonObject CertificateTrust::replyData(Communication::ICommand* command)
 void CertificateTrust::fetchAndAsk(const QString& endpoint)
 {
     const auto manager = Communication::Manager::instance();
-    Communication::ICommand* command = manager
-        ? manager->commandFactory(QString::fromLatin1(Format::System::GetPeerSslCertificate::Name))
-        : nullptr;
+    Communication::ICommand* command
+        = manager ? manager->commandFactory(QString::fromLatin1(Format::System::GetPeerSslCertificate::Name)) : nullptr;
     if (!command) {
         emit failed(QStringLiteral("Commnunication command don't registrate"));
         return;

@@ -14,8 +14,7 @@ class ContainerCombo
 public:
     // Puts the listing's names into combo without signals. A container
     // created from the dialog (newContainer) becomes the one to select.
-    static QStringList fill(
-        QComboBox* combo, const QJsonArray& data, QString* newContainer, QString* savedContainer);
+    static QStringList fill(QComboBox* combo, const QJsonArray& data, QString* newContainer, QString* savedContainer);
     // Selects savedContainer, if any and the list is in, and forgets it; the
     // first entry when the server no longer lists it.
     static void selectSaved(QComboBox* combo, QString* savedContainer);

@@ -13,8 +13,8 @@
 #include <QVBoxLayout>
 
 #include "accountutility.h"
-#include "certificatetrust.h"
 #include "advanced/advanced.h"
+#include "certificatetrust.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/endpointhelper.h"
 #include "cloud/getprefixoperation.h"

@@ -132,7 +132,6 @@ protected:
     QString m_newContainer;
 
 private:
-
     NVL::Cloud::Type m_type;
     QString m_prefix;
     QPersistentModelIndex m_index;

@@ -90,8 +90,9 @@ void TestGoogleAccounts::shouldSignInWithServiceAccountAndCreateBucket()
     QTest::keyClicks(dialog.displayNameEdit(), QStringLiteral("Google"));
 
     // A cancelled form leaves no method chosen.
-    whenModal<Google::Add::AuthenticationAccessKey>(
-        [](Google::Add::AuthenticationAccessKey* keys) { keys->buttonBox()->button(QDialogButtonBox::Cancel)->click(); });
+    whenModal<Google::Add::AuthenticationAccessKey>([](Google::Add::AuthenticationAccessKey* keys) {
+        keys->buttonBox()->button(QDialogButtonBox::Cancel)->click();
+    });
     dialog.authenticationCombo()->setCurrentIndex(Google::Add::AccessKey);
     QCOMPARE(dialog.authenticationCombo()->currentIndex(), -1);
     QVERIFY(!dialog.settingsButton()->isEnabled());

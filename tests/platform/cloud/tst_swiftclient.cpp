@@ -167,7 +167,6 @@ void TestSwiftClient::shouldRefuseWrongKeysAndUnknownRegions()
         int(OperationError::InvalidName));
 }
 
-
 QJsonObject TestSwiftClient::keystoneControl(const QString& path) const
 {
     HttpExchange exchange;

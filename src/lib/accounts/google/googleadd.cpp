@@ -96,8 +96,8 @@ Google::Add::Add(QWidget* parent)
     setProviderLayout(form);
 
     connect(m_displayName, &QLineEdit::textChanged, this, &Add::onDataChanged);
-    connect(m_authentication, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-        &Add::onAuthenticationTypeChanged);
+    connect(
+        m_authentication, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &Add::onAuthenticationTypeChanged);
     connect(m_settings, &QToolButton::clicked, this, &Add::onAuthenticationSettingsClicked);
     connect(m_bucket, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &Add::onDataChanged);
     connect(m_addBucket, &QToolButton::clicked, this, &Add::onAddBucketClicked);
@@ -123,8 +123,7 @@ bool Google::Add::editCredentials(int method)
     case AccessKey:
         return AuthenticationAccessKey(&m_accessKey, &m_secretKey, this).exec() == QDialog::Accepted;
     case ServiceAccount:
-        return AuthenticationAccount(&m_projectId, &m_serviceAccount, &m_privateKey, this).exec()
-            == QDialog::Accepted;
+        return AuthenticationAccount(&m_projectId, &m_serviceAccount, &m_privateKey, this).exec() == QDialog::Accepted;
     case InstalledApp: {
         const QString before = m_code;
         AuthenticatioInstallApp dialog(&m_appProjectId, &m_code, this);

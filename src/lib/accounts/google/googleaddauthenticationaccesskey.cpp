@@ -8,8 +8,7 @@
 
 namespace NVB::GUI::Settings::Account {
 
-Google::Add::AuthenticationAccessKey::AuthenticationAccessKey(
-    QString* accessKey, QString* secretKey, QWidget* parent)
+Google::Add::AuthenticationAccessKey::AuthenticationAccessKey(QString* accessKey, QString* secretKey, QWidget* parent)
     : QDialog(parent)
     , m_accessKey(accessKey)
     , m_secretKey(secretKey)

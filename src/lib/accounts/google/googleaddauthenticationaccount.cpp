@@ -91,8 +91,8 @@ bool Google::Add::AuthenticationAccount::importFile(const QString& path)
 void Google::Add::AuthenticationAccount::onDataChanged()
 {
     m_buttons->button(QDialogButtonBox::Ok)
-        ->setEnabled(!m_projectIdEdit->text().trimmed().isEmpty()
-            && !m_serviceAccountEdit->text().trimmed().isEmpty() && !m_key.isEmpty());
+        ->setEnabled(!m_projectIdEdit->text().trimmed().isEmpty() && !m_serviceAccountEdit->text().trimmed().isEmpty()
+            && !m_key.isEmpty());
 }
 
 void Google::Add::AuthenticationAccount::onAccept()

@@ -19,7 +19,8 @@ class Google::Add::AuthenticationAccount : public QDialog
     Q_OBJECT
 
 public:
-    AuthenticationAccount(QString* projectId, QString* serviceAccount, QByteArray* privateKey, QWidget* parent = nullptr);
+    AuthenticationAccount(
+        QString* projectId, QString* serviceAccount, QByteArray* privateKey, QWidget* parent = nullptr);
 
     // Reads the key file; false with the reason shown when it cannot be read.
     bool importFile(const QString& path);

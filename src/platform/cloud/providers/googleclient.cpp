@@ -41,7 +41,12 @@ OperationResult failureOf(const HttpExchange& exchange, const QString& subject)
     } else {
         const QJsonObject object = error.toObject();
         message = object.value(QStringLiteral("message")).toString();
-        code = object.value(QStringLiteral("errors")).toArray().at(0).toObject().value(QStringLiteral("reason")).toString();
+        code = object.value(QStringLiteral("errors"))
+                   .toArray()
+                   .at(0)
+                   .toObject()
+                   .value(QStringLiteral("reason"))
+                   .toString();
         if (exchange.status == 401)
             code = QStringLiteral("authError");
     }
@@ -123,8 +128,8 @@ OperationResult GoogleClient::authorize(
         // does not, and then the provider's usual one is meant.
         const QUrl tokenUri
             = account.tokenUri().isEmpty() ? Info::GoogleStorage::tokenEndpoint() : QUrl(account.tokenUri());
-        const QByteArray jwt = account.assertion(email, Info::GoogleStorage::storageScope(),
-            tokenUri.toString(), QDateTime::currentSecsSinceEpoch(), &error);
+        const QByteArray jwt = account.assertion(email, Info::GoogleStorage::storageScope(), tokenUri.toString(),
+            QDateTime::currentSecsSinceEpoch(), &error);
         if (jwt.isEmpty())
             return OperationResult::failure(OperationError::InvalidConfig, error);
         result = postToken(config, tokenUri,
@@ -176,8 +181,8 @@ OperationResult GoogleClient::authorize(
     return {};
 }
 
-OperationResult GoogleClient::call(const QMap<QString, QVariant>& config, const QByteArray& method,
-    const QString& path, const QList<QPair<QString, QString>>& query, const QJsonObject& body, QJsonObject* answer,
+OperationResult GoogleClient::call(const QMap<QString, QVariant>& config, const QByteArray& method, const QString& path,
+    const QList<QPair<QString, QString>>& query, const QJsonObject& body, QJsonObject* answer,
     QMap<QString, QVariant>* obtained, const CancelToken& cancel, const QString& subject)
 {
     QString base = config.value(Api::Config::Http::Endpoint).toString().trimmed();
@@ -185,7 +190,7 @@ OperationResult GoogleClient::call(const QMap<QString, QVariant>& config, const 
         base = Info::GoogleStorage().defaultEndpoint().toString();
     else if (!base.contains(QLatin1String("://")))
         base = (config.value(Api::Config::Http::UseSsl, true).toBool() ? QStringLiteral("https://")
-                                                                         : QStringLiteral("http://"))
+                                                                       : QStringLiteral("http://"))
             + base;
     QUrl url(base);
     while (base.endsWith(QLatin1Char('/')))
@@ -220,7 +225,8 @@ OperationResult GoogleClient::call(const QMap<QString, QVariant>& config, const 
         *answer = QJsonDocument::fromJson(exchange.body).object();
         return {};
     }
-    return OperationResult::failure(OperationError::AuthenticationFailed, QStringLiteral("Google refused the access token"));
+    return OperationResult::failure(
+        OperationError::AuthenticationFailed, QStringLiteral("Google refused the access token"));
 }
 
 OperationResult GoogleClient::checkConfig(const QMap<QString, QVariant>& config, const CancelToken& cancel)
@@ -232,8 +238,8 @@ OperationResult GoogleClient::checkConfig(const QMap<QString, QVariant>& config,
     if (bucket.isEmpty())
         result = authorize(config, &obtained, cancel);
     else
-        result = call(config, "GET", QStringLiteral("/storage/v1/b/") + bucket, {}, {}, &answer, &obtained, cancel,
-            bucket);
+        result = call(
+            config, "GET", QStringLiteral("/storage/v1/b/") + bucket, {}, {}, &answer, &obtained, cancel, bucket);
     if (!result.isError())
         result.config = obtained;
     return result;
@@ -259,7 +265,8 @@ OperationResult GoogleClient::listContainers(const QMap<QString, QVariant>& conf
         query = {{QStringLiteral("project"), project}, {QStringLiteral("maxResults"), QStringLiteral("1000")}};
         if (!pageToken.isEmpty())
             query.append({QStringLiteral("pageToken"), pageToken});
-        OperationResult page = call(config, "GET", QStringLiteral("/storage/v1/b"), query, {}, &answer, &obtained, cancel);
+        OperationResult page
+            = call(config, "GET", QStringLiteral("/storage/v1/b"), query, {}, &answer, &obtained, cancel);
         if (page.isError())
             return page;
         const QJsonArray items = answer.value(QStringLiteral("items")).toArray();
@@ -327,8 +334,8 @@ OperationResult GoogleClient::listing(
         query.append({QStringLiteral("pageToken"), request.marker});
     QMap<QString, QVariant> obtained = config;
     QJsonObject answer;
-    OperationResult result = call(config, "GET", QStringLiteral("/storage/v1/b/%1/o").arg(bucket), query, {},
-        &answer, &obtained, cancel, bucket);
+    OperationResult result = call(
+        config, "GET", QStringLiteral("/storage/v1/b/%1/o").arg(bucket), query, {}, &answer, &obtained, cancel, bucket);
     if (result.isError())
         return result;
     const QJsonArray prefixes = answer.value(QStringLiteral("prefixes")).toArray();

@@ -97,14 +97,14 @@ bool GoogleServiceAccount::load(const QByteArray& keyFile, QString* error)
 QByteArray GoogleServiceAccount::assertion(
     const QString& issuer, const QString& scope, const QString& audience, qint64 issuedAt, QString* error) const
 {
-    const QByteArray header = QJsonDocument(QJsonObject {{QStringLiteral("alg"), QStringLiteral("RS256")},
-                                                {QStringLiteral("typ"), QStringLiteral("JWT")}})
+    const QByteArray header = QJsonDocument(
+        QJsonObject {{QStringLiteral("alg"), QStringLiteral("RS256")}, {QStringLiteral("typ"), QStringLiteral("JWT")}})
                                   .toJson(QJsonDocument::Compact);
-    const QByteArray claims = QJsonDocument(QJsonObject {{QStringLiteral("iss"), issuer},
-                                                {QStringLiteral("scope"), scope}, {QStringLiteral("aud"), audience},
-                                                {QStringLiteral("iat"), issuedAt},
-                                                {QStringLiteral("exp"), issuedAt + 3600}})
-                                  .toJson(QJsonDocument::Compact);
+    const QByteArray claims = QJsonDocument(
+        QJsonObject {{QStringLiteral("iss"), issuer}, {QStringLiteral("scope"), scope},
+            {QStringLiteral("aud"), audience}, {QStringLiteral("iat"), issuedAt},
+            {QStringLiteral("exp"),
+                issuedAt + 3600}}).toJson(QJsonDocument::Compact);
     const QByteArray signingInput = base64Url(header) + '.' + base64Url(claims);
 
     Bio in(BIO_new_mem_buf(m_pem.constData(), m_pem.size()), &BIO_free);

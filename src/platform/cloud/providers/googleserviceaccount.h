@@ -24,8 +24,8 @@ public:
     // The signed JWT ("header.claims.signature", base64url) asking for scope
     // at audience, valid for an hour from issuedAt (seconds since the epoch).
     // Empty with the reason in error when signing fails.
-    QByteArray assertion(const QString& issuer, const QString& scope, const QString& audience, qint64 issuedAt,
-        QString* error) const;
+    QByteArray assertion(
+        const QString& issuer, const QString& scope, const QString& audience, qint64 issuedAt, QString* error) const;
 
 private:
     // The key as unencrypted PKCS #8 PEM, whatever form it came in.
