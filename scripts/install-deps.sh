@@ -12,8 +12,8 @@ packages=(
     rsync
     libcurl4-openssl-dev libblkid-dev libmount-dev libext2fs-dev lvm2
     swift-proxy swift-object swift-container swift-account memcached python3-swiftclient rclone
-    python3-aiosmtpd curl
-    libmicrohttpd-dev chromium
+    python3-aiosmtpd python3-cryptography curl
+    libmicrohttpd-dev chromium restic
 )
 # Node for npm test servers (Azurite); a Node from elsewhere brings its own
 # npm, which Debian's npm package would conflict with.

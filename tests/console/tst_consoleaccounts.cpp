@@ -7,6 +7,8 @@
 #include <QtTest>
 
 #include "accounts/accountfactory.h"
+#include "accounts/google/googleadd.h"
+#include "accounts/google/googleaddauthenticationaccount.h"
 #include "accounts/s3/amazons3compatibleadd.h"
 #include "accounts/s3/amazons3compatibleaddcontainer.h"
 #include "accounts/storages.h"
@@ -24,6 +26,7 @@
 #include "testmain.h"
 
 using NVB::GUI::Settings::Account::AmazonS3Compatible;
+using NVB::GUI::Settings::Account::Google;
 using NvbTest::whenModal;
 namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
 namespace Record = NVB::Info::StorageAccountConfigFormat;
@@ -39,6 +42,8 @@ private:
     NvbTest::SwiftTestServer m_server;
     NVB::Console::PlanTableCreator m_plans;
     NVB::GUI::StorageConnectionsModelCreator m_storages;
+    QTemporaryDir m_googleDir;
+    QProcess m_google;
 
 private slots:
     void initTestCase()
@@ -49,7 +54,12 @@ private slots:
         QVERIFY(NVB::GUI::ModelManager::instance()->registrateCreator(m_storages));
     }
 
-    void cleanupTestCase() { QVERIFY(m_engine.stop()); }
+    void cleanupTestCase()
+    {
+        m_google.kill();
+        m_google.waitForFinished(5000);
+        QVERIFY(m_engine.stop());
+    }
 
     void shouldAddS3AccountAndFindItsBucketAgain()
     {
@@ -108,6 +118,67 @@ private slots:
         QCOMPARE(dialog->bucketCombo()->currentText(), bucket);
         QVERIFY(dialog->okButton()->isEnabled());
         dialog->reject();
+    }
+
+    // A Google account signed in with a service account's key, against our
+    // fake of Google's token endpoint and JSON API; the engine keeps every
+    // credential of it enciphered.
+    void shouldAddGoogleServiceAccount()
+    {
+        m_google.start(QStringLiteral("python3"), {QStringLiteral(NVB_GOOGLE_FAKE), m_googleDir.path()});
+        QVERIFY(m_google.waitForStarted(10000));
+        const QString portFile = m_googleDir.filePath(QStringLiteral("port"));
+        QVERIFY(QTest::qWaitFor([&] { return QFile::exists(portFile); }, 20000));
+        QFile port(portFile);
+        QVERIFY(port.open(QIODevice::ReadOnly));
+        qputenv("NVB_GOOGLE_STORAGE_URL", "http://127.0.0.1:" + port.readAll());
+
+        NVB::Console::MainWindow window;
+        window.show();
+        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
+        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
+        window.onEngineConnected();
+        auto* page = window.findChild<NVB::GUI::Settings::Storages*>();
+        QVERIFY(page);
+        const QString key = m_googleDir.filePath(QStringLiteral("key.json"));
+        whenModal<Google::Add>([key](Google::Add* dialog) {
+            QTest::keyClicks(dialog->displayNameEdit(), QStringLiteral("Google SA"));
+            whenModal<Google::Add::AuthenticationAccount>([key](Google::Add::AuthenticationAccount* account) {
+                QVERIFY(account->importFile(key));
+                account->buttonBox()->button(QDialogButtonBox::Ok)->click();
+            });
+            dialog->authenticationCombo()->setCurrentIndex(Google::Add::ServiceAccount);
+            QTest::mousePress(dialog->bucketCombo(), Qt::LeftButton);
+            QTRY_VERIFY_WITH_TIMEOUT(dialog->containersLoaded(), 20000);
+            dialog->bucketCombo()->hidePopup();
+            dialog->bucketCombo()->setCurrentIndex(dialog->bucketCombo()->findText(QStringLiteral("nvb-seeded")));
+            QVERIFY(dialog->okButton()->isEnabled());
+            QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+        });
+        page->onCreateSelected(int(NVL::Cloud::Type::GoogleStorage));
+
+        QAbstractItemModel* storages
+            = NVB::GUI::ModelManager::instance()->create(NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Type);
+        auto googleRow = [storages] {
+            for (int row = 0; row < storages->rowCount(); ++row) {
+                if (storages->index(row, Column::Type).data().toInt() == int(NVL::Cloud::Type::GoogleStorage))
+                    return row;
+            }
+            return -1;
+        };
+        QTRY_VERIFY(googleRow() >= 0);
+        const int row = googleRow();
+        QCOMPARE(storages->index(row, Column::DisplayName).data().toString(), QStringLiteral("Google SA"));
+        const QJsonObject record = storages->index(row, Column::DetailParams).data().toJsonObject();
+        namespace GoogleRecord = Record::Cloud::GoogleStorage;
+        QCOMPARE(record.value(GoogleRecord::AuthType).toInt(), 1);
+        QCOMPARE(record.value(Record::Cloud::ContainerName).toString(), QStringLiteral("nvb-seeded"));
+        QCOMPARE(SHARED::cryptNS::decrypt_local_password(record.value(GoogleRecord::SAccount::ProjectId).toString()),
+            QStringLiteral("nvb-project"));
+        QFile keyFile(key);
+        QVERIFY(keyFile.open(QIODevice::ReadOnly));
+        QCOMPARE(SHARED::cryptNS::decrypt_local_password(record.value(GoogleRecord::SAccount::PrivateKey).toString()),
+            QString::fromLatin1(keyFile.readAll().toBase64()));
     }
 };
 

@@ -13,6 +13,8 @@
 #include "backblaze/backblazeb2add.h"
 #include "cloud/cloudtype.h"
 #include "core/nvldebug.h"
+#include "google/google.h"
+#include "google/googleadd.h"
 #include "local/local.h"
 #include "local/localadd.h"
 #include "mns/mnsedit.h"
@@ -84,6 +86,8 @@ Storages::Info* cloudView(NVL::Cloud::Type type)
         return new Azure();
     case NVL::Cloud::Type::BackBlaze:
         return new BackblazeB2();
+    case NVL::Cloud::Type::GoogleStorage:
+        return new Google();
     default:
         return nullptr;
     }
@@ -117,6 +121,7 @@ bool AccountFactory::hasDialog(int type)
     case NVL::Cloud::Type::SoftLayer:
     case NVL::Cloud::Type::AzureBlob:
     case NVL::Cloud::Type::BackBlaze:
+    case NVL::Cloud::Type::GoogleStorage:
         return true;
     default:
         return false;
@@ -183,6 +188,8 @@ QDialog* AccountFactory::add(NVL::Cloud::Type type, QWidget* parent)
         return new Azure::Add(parent);
     case NVL::Cloud::Type::BackBlaze:
         return new BackblazeB2::Add(parent);
+    case NVL::Cloud::Type::GoogleStorage:
+        return new Google::Add(parent);
     default:
         refuse(int(type));
         return nullptr;

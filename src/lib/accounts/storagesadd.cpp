@@ -4,38 +4,29 @@
 #include <QDialogButtonBox>
 #include <QFont>
 #include <QHBoxLayout>
-#include <QJsonDocument>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSslCertificate>
 #include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include "accountutility.h"
 #include "advanced/advanced.h"
-#include "cloud/certificatepins.h"
+#include "certificatetrust.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/endpointhelper.h"
 #include "cloud/getprefixoperation.h"
-#include "cloud/info/amazons3like.h"
-#include "cloud/info/azureblob.h"
-#include "cloud/info/backblaze.h"
-#include "cloud/info/googlestorage.h"
-#include "cloud/info/infofactory.h"
 #include "cloud/ioperation.h"
 #include "cloud/operationmanager.h"
 #include "cloud/operations/listcontainers.h"
 #include "core/nvldebug.h"
 #include "models/models.h"
 #include "selectstandalon.h"
-#include "service/commands/header.h"
 #include "service/commands/storage.h"
-#include "service/commands/system.h"
 #include "service/icommand.h"
 #include "service/manager.h"
-#include "sslcertmaketrustdialog.h"
 #include "storage/storageconnectionsmodel.h"
 #include "widgets/progresswheel.h"
 
@@ -50,23 +41,6 @@ namespace {
 NVL::NvlDebugStream warning()
 {
     return NVL::NvlDebug(QStringLiteral("NVB")).warning();
-}
-
-void setParams(Communication::ICommand* command, const QJsonObject& params)
-{
-    QJsonObject request = command->request().object();
-    request.insert(QLatin1String(Format::Header::Params), params);
-    command->setRequest(QJsonDocument(request));
-}
-
-QJsonObject replyData(Communication::ICommand* command)
-{
-    if (!command->isComplite() || command->isError() || command->isTimeout() || command->reply().isNull()
-        || !command->reply().isObject())
-        throw QObject::tr("Local command reply format error");
-    if (command->isReplyError())
-        throw command->replyErrorString();
-    return command->reply().object().value(QLatin1String(Format::Header::Data)).toObject();
 }
 
 } // namespace
@@ -131,6 +105,17 @@ Storages::Add::Add(NVL::Cloud::Type type, QWidget* parent)
     connect(this, &Add::updateError, this, &Add::onUpdateError);
     connect(this, &QDialog::rejected, this, &Add::onReject);
     connect(this, &Add::setItemSignal, this, &Add::onSetItem, Qt::QueuedConnection);
+
+    m_trust = new Account::CertificateTrust(this);
+    connect(m_trust, &Account::CertificateTrust::fetched, this, &Add::endLockUI);
+    connect(m_trust, &Account::CertificateTrust::trusted, this, &Add::loadContainers);
+    connect(m_trust, &Account::CertificateTrust::declined, this, [this] { lockWidgetsAfterSslOperation(true); });
+    connect(m_trust, &Account::CertificateTrust::failed, this, [this](const QString& text) {
+        warning() << text;
+        endLockUI();
+        setErrorMessage(text);
+        lockWidgetsAfterSslOperation(true);
+    });
 }
 
 Storages::Add::~Add()
@@ -226,44 +211,7 @@ bool Storages::Add::operationFinished(NVL::Cloud::IOperation* operation)
 {
     bool sslStarted = false;
     if (operation->isError()) {
-        QMap<QString, QVariant> config = operation->cloudConfig();
-        const QString endpointKey = NVL::Cloud::Api::Config::Http::Endpoint;
-        if (config.value(endpointKey).toString().isEmpty()) {
-            const auto info = NVL::Cloud::Info::InfoFactory::create(config);
-            QString endpoint;
-            if (const auto* azure = dynamic_cast<NVL::Cloud::Info::AzureBlob*>(info.data()))
-                endpoint = azure->defaultEndpoint().toString();
-            else if (const auto* s3 = dynamic_cast<NVL::Cloud::Info::AmazonS3Like*>(info.data());
-                     s3 && m_type == NVL::Cloud::Type::AmazonS3)
-                endpoint = s3->defaultEndpoint().toString();
-            else if (const auto* google = dynamic_cast<NVL::Cloud::Info::GoogleStorage*>(info.data()))
-                endpoint = google->defaultEndpoint().toString();
-            else if (const auto* b2 = dynamic_cast<NVL::Cloud::Info::BackBlaze*>(info.data()))
-                endpoint = b2->defaultEndpoint().toString();
-            else
-                NVL::NvlDebug(QStringLiteral("NVB")).debug() << QStringLiteral("Default endpoint is not set");
-            if (!endpoint.isEmpty())
-                config.insert(endpointKey, endpoint);
-        }
-        if (operation->errorCode() == 5 && config.contains(endpointKey)) {
-            warning() << QStringLiteral("Error code: %1").arg(operation->errorCode());
-            warning() << QStringLiteral("Error message: %1").arg(operation->errorMessage());
-            // The certificate to ask about is the one the failed connection
-            // saw; only a client that could not keep it makes us fetch it.
-            const QString seen
-                = operation->cloudConfig().value(NVL::Cloud::Api::Config::Http::PeerCertificate).toString();
-            if (seen.isEmpty()) {
-                requestPeerCertificate(config.value(endpointKey).toString());
-            } else {
-                const QString endpoint = config.value(endpointKey).toString();
-                const QStringList reasons = operation->cloudConfig()
-                                                .value(NVL::Cloud::Api::Config::Http::PeerCertificateErrors)
-                                                .toStringList();
-                QTimer::singleShot(0, this, [this, seen, endpoint, reasons] {
-                    endLockUI();
-                    askTrust(seen, endpoint, reasons);
-                });
-            }
+        if (m_trust->offer(*operation, m_type)) {
             sslStarted = true;
         } else {
             operationErrorHandler(operation->errorCode(), operation->errorMessage());
@@ -286,96 +234,6 @@ bool Storages::Add::operationFinished(NVL::Cloud::IOperation* operation)
     if (!sslStarted)
         endLockUI();
     return !operation->isError();
-}
-
-void Storages::Add::requestPeerCertificate(const QString& endpoint)
-{
-    try {
-        const auto manager = Communication::Manager::instance();
-        Communication::ICommand* command = manager
-            ? manager->commandFactory(QString::fromLatin1(Format::System::GetPeerSslCertificate::Name))
-            : nullptr;
-        if (!command)
-            throw QStringLiteral("Commnunication command don't registrate");
-        setParams(command, {{QLatin1String(Format::System::GetPeerSslCertificate::Request::EndPoint), endpoint}});
-        command->setProperty("endpoint", endpoint);
-        connect(command, &Communication::ICommand::complite, this, &Add::onLoadSslFinished);
-        connect(command, &Communication::ICommand::error, this, &Add::onLoadSslFinished);
-        connect(command, &Communication::ICommand::timeout, this, &Add::onLoadSslFinished);
-        command->exec();
-    } catch (const QString& text) {
-        warning() << text;
-        endLockUI();
-        setErrorMessage(text);
-        lockWidgetsAfterSslOperation(true);
-    }
-}
-
-void Storages::Add::onLoadSslFinished()
-{
-    endLockUI();
-    auto* command = qobject_cast<Communication::ICommand*>(sender());
-    if (!command)
-        return;
-    QScopedPointer<Communication::ICommand, QScopedPointerDeleteLater> holder(command);
-    try {
-        const QJsonObject data = replyData(command);
-        askTrust(data.value(QLatin1String(Format::System::GetPeerSslCertificate::Reply::Pem)).toString(),
-            command->property("endpoint").toString(), QStringList());
-    } catch (const QString& text) {
-        warning() << text;
-        setErrorMessage(text);
-        lockWidgetsAfterSslOperation(true);
-    }
-}
-
-void Storages::Add::askTrust(const QString& pem, const QString& endpoint, const QStringList& reasons)
-{
-    try {
-        const QSslCertificate certificate(pem.toUtf8(), QSsl::Pem);
-        if (certificate.isNull())
-            throw tr("Peer certificate is empty");
-        Account::SslCertMakeTrustDialog dialog(certificate, endpoint, reasons, this);
-        if (dialog.exec() != Account::SslCertMakeTrustDialog::Trust) {
-            lockWidgetsAfterSslOperation(true);
-            return;
-        }
-        const auto manager = Communication::Manager::instance();
-        Communication::ICommand* append = manager
-            ? manager->commandFactory(QString::fromLatin1(Format::System::AppendToSslStorage::Name))
-            : nullptr;
-        if (!append)
-            throw QStringLiteral("Commnunication command don't registrate");
-        setParams(append,
-            {{QLatin1String(Format::System::AppendToSslStorage::Request::Pem), pem},
-                {QLatin1String(Format::System::AppendToSslStorage::Request::EndPoint), endpoint}});
-        // The engine keeps the pin; this process honours it at once, so the
-        // listing that follows already trusts the certificate.
-        auto answered = [this, append, endpoint, certificate] {
-            append->deleteLater();
-            try {
-                replyData(append);
-                const QUrl url(
-                    endpoint.contains(QLatin1String("://")) ? endpoint : QStringLiteral("https://") + endpoint);
-                NVL::Cloud::CertificatePins::instance().add(
-                    {url.host(), url.port(url.scheme() == QLatin1String("http") ? 80 : 443),
-                        NVL::Cloud::CertificatePins::fingerprint(certificate)});
-                loadContainers();
-            } catch (const QString& text) {
-                warning() << text;
-                setErrorMessage(text);
-                lockWidgetsAfterSslOperation(true);
-            }
-        };
-        connect(append, &Communication::ICommand::complite, this, answered);
-        connect(append, &Communication::ICommand::error, this, answered);
-        connect(append, &Communication::ICommand::timeout, this, answered);
-        append->exec();
-    } catch (const QString& text) {
-        warning() << text;
-        setErrorMessage(text);
-        lockWidgetsAfterSslOperation(true);
-    }
 }
 
 void Storages::Add::createContainer(const QJsonObject& params)
@@ -526,7 +384,7 @@ bool Storages::Add::updateAccount(const QJsonObject& record, const QString& disp
         if (!command)
             throw QStringLiteral("Commnunication command don't registrate");
         namespace Request = Format::Storage::SaveStorage::Request;
-        setParams(command,
+        Account::CertificateTrust::setParams(command,
             {{QLatin1String(Request::Profile), Account::AccountUtility::currentProfile()},
                 {QLatin1String(Request::ID), id().toString()}, {QLatin1String(Request::DisplayName), displayName},
                 {QLatin1String(Request::Prefix), m_prefix}, {QLatin1String(Request::Params), record},
@@ -549,7 +407,7 @@ void Storages::Add::onUpdateComplite()
         return;
     QScopedPointer<Communication::ICommand, QScopedPointerDeleteLater> holder(command);
     try {
-        const QJsonObject data = replyData(command);
+        const QJsonObject data = Account::CertificateTrust::replyData(command);
         if (data.value(QLatin1String(Format::Storage::SaveStorage::Reply::Key)).toString()
             == QLatin1String(Format::Storage::SaveStorage::Reply::Value::Error))
             throw tr("Error on exec command");
@@ -594,6 +452,28 @@ void Storages::Add::onClearErrorMessage()
 {
     m_message->clear();
     m_message->hide();
+}
+
+bool Storages::Add::readItem(const QModelIndex& index, QLineEdit* displayName, QJsonObject* record, QString* id)
+{
+    if (!index.isValid()) {
+        endLockUI();
+        return false;
+    }
+    const QAbstractItemModel* model = index.model();
+    *record = model->index(index.row(), Column::DetailParams, index.parent()).data().toJsonObject();
+    *id = model->index(index.row(), Column::ID, index.parent()).data().toString();
+    displayName->setText(model->index(index.row(), Column::DisplayName, index.parent()).data().toString());
+    return true;
+}
+
+void Storages::Add::saveRecord(const QJsonObject& record, const QString& displayName)
+{
+    QString error;
+    if (!updateAccount(record, displayName, error)) {
+        warning() << error;
+        setErrorMessage(error);
+    }
 }
 
 QString Storages::Add::checkingEndpoint(const QString& text, bool& useSsl)

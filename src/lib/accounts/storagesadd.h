@@ -14,6 +14,7 @@
 class QDialogButtonBox;
 class QLabel;
 class QLayout;
+class QLineEdit;
 class QPushButton;
 class QVBoxLayout;
 
@@ -30,6 +31,10 @@ class GetPrefixOperation;
 
 namespace NVB::GUI {
 class ProgressWheel;
+}
+
+namespace NVB::GUI::Settings::Account {
+class CertificateTrust;
 }
 
 namespace NVB::GUI::Settings {
@@ -100,7 +105,6 @@ protected slots:
     void onLoadPrefixesOperationFinished(const QUuid& id, const QStringList& prefixes);
     void onLoadPrefixesOperationError(const QUuid& id, int code, const QString& message);
     void onReject();
-    void onLoadSslFinished();
     void onClearErrorMessage();
     void callingOnSetItem();
 
@@ -117,20 +121,23 @@ protected:
     void setOperation(const QSharedPointer<NVL::Cloud::IOperation>& operation) { m_operation = operation; }
     // Drops the running operation, if any: remove() exactly once.
     void dropOperation();
+    // The opening of every onSetItem(): the stored record, the account's id
+    // and its name put into displayName. False for an invalid index, which
+    // unlocks the form.
+    bool readItem(const QModelIndex& index, QLineEdit* displayName, QJsonObject* record, QString* id);
+    // Sends the record and shows why it could not even be sent.
+    void saveRecord(const QJsonObject& record, const QString& displayName);
+
     // The name of a container created here, to select once the list is in.
     QString m_newContainer;
 
 private:
-    void requestPeerCertificate(const QString& endpoint);
-    // Shows the certificate and, once trusted, pins it for the endpoint and
-    // lists again.
-    void askTrust(const QString& pem, const QString& endpoint, const QStringList& reasons);
-
     NVL::Cloud::Type m_type;
     QString m_prefix;
     QPersistentModelIndex m_index;
     QSharedPointer<NVL::Cloud::IOperation> m_operation;
     QSharedPointer<NVB::Operation::GetPrefixOperation> m_prefixOperation;
+    Account::CertificateTrust* m_trust = nullptr;
     QVBoxLayout* m_providerPlace = nullptr;
     QPushButton* m_advanced = nullptr;
     QLabel* m_message = nullptr;

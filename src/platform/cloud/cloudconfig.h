@@ -78,6 +78,10 @@ namespace Auth_InstalledApplication {
 inline const QString ProjectId = QStringLiteral("ProjectId");
 inline const QString InitCode = QStringLiteral("InitCode");
 inline const QString RefreshToken = QStringLiteral("RefreshToken");
+// Our own additions: the PKCE verifier and the loopback redirect the code
+// was issued for; the token endpoint wants both back with the code.
+inline const QString CodeVerifier = QStringLiteral("CodeVerifier");
+inline const QString RedirectUri = QStringLiteral("RedirectUri");
 } // namespace Auth_InstalledApplication
 } // namespace GoogleStorage
 

@@ -53,13 +53,6 @@ void TestAccountSelect::shouldRaiseTypeOfClickedTile()
     QTest::mouseClick(sftp, Qt::LeftButton);
     QCOMPARE(chosen.count(), 1);
     QCOMPARE(chosen.first().first().toInt(), 33);
-    // A provider without a dialog cannot be picked.
-    Select::Item* b2 = select.item(int(NVL::Cloud::Type::GoogleStorage));
-    QVERIFY(!b2->isEnabled());
-    QVERIFY(b2->toolTip().contains(QStringLiteral("not supported yet")));
-    select.ensureWidgetVisible(b2);
-    QTest::mouseClick(b2, Qt::LeftButton);
-    QCOMPARE(chosen.count(), 1);
 }
 
 void TestAccountSelect::shouldOfferOnlyProvidersWithDialog()
@@ -71,7 +64,7 @@ void TestAccountSelect::shouldOfferOnlyProvidersWithDialog()
             enabled.append(item->name());
     }
     QCOMPARE(enabled,
-        QStringList({"Amazon S3 & Glacier", "Azure", "File System", "OpenStack", "Rackspace", "Amazon S3 (China)",
+        QStringList({"Amazon S3 & Glacier", "Azure", "File System", "Google Cloud", "OpenStack", "Rackspace", "Amazon S3 (China)",
             "Backblaze B2", "CenturyLink", "Oracle Cloud", "Scality", "SoftLayer", "S3 Compatible", "Cloudian",
             "DreamObjects", "HP Cloud", "ThinkOn", "Verizon", "Minio", "Wasabi", "Alibaba Cloud", "SFTP"}));
 }
@@ -102,7 +95,6 @@ void TestAccountSelect::shouldGiveNoDialogForUnofferedTypes_data()
     QTest::newRow("Aruba") << 16;
     QTest::newRow("gap") << 32;
     QTest::newRow("nonsense") << -4;
-    QTest::newRow("no dialog yet") << 7;
 }
 
 void TestAccountSelect::shouldGiveNoDialogForUnofferedTypes()

@@ -1,10 +1,13 @@
+#include <QSslCertificate>
 #include <QtTest>
 
+#include "cloud/certificatepins.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "cloud/listingobject.h"
 #include "cloud/operationerror.h"
 #include "cloud/providers/azureblobclient.h"
+#include "tlsfront.h"
 
 using namespace NVL::Cloud;
 namespace AZ = Config::AzureBlob;
@@ -19,6 +22,7 @@ private slots:
     void initTestCase();
     void shouldCreateListAndPageContainers();
     void shouldRefuseWrongKeyAndBadNames();
+    void shouldListBehindTlsOncePinned();
 
 private:
     QMap<QString, QVariant> config() const;
@@ -119,6 +123,26 @@ void TestAzureBlobClient::shouldRefuseWrongKeyAndBadNames()
     result = AzureBlobClient().listing(missing, {}, m_cancel);
     QCOMPARE(result.errorCode, int(OperationError::NotFound));
     QVERIFY(result.errorMessage.contains(QLatin1String("nvb-never-made")));
+}
+
+// Azurite behind a TLS front with a certificate no authority signed: refused
+// with the certificate offered for trust, then listed once it is pinned for
+// that host and port.
+void TestAzureBlobClient::shouldListBehindTlsOncePinned()
+{
+    NvbTest::TlsFront front;
+    QVERIFY(front.start(m_port));
+    QMap<QString, QVariant> settings = config();
+    settings.insert(Api::Config::Http::Endpoint, QStringLiteral("127.0.0.1:%1").arg(front.port()));
+    settings.insert(Api::Config::Http::UseSsl, true);
+    OperationResult result = AzureBlobClient().listContainers(settings, m_cancel);
+    QCOMPARE(result.errorCode, int(OperationError::SslUntrusted));
+    const QSslCertificate seen(result.config.value(Api::Config::Http::PeerCertificate).toByteArray());
+    QCOMPARE(seen, QSslCertificate(front.certificate()));
+    CertificatePins::instance().add({QStringLiteral("127.0.0.1"), front.port(), CertificatePins::fingerprint(seen)});
+    result = AzureBlobClient().listContainers(settings, m_cancel);
+    CertificatePins::instance().set({});
+    QVERIFY2(!result.isError(), qPrintable(result.errorMessage));
 }
 
 QTEST_GUILESS_MAIN(TestAzureBlobClient)

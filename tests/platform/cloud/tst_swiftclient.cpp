@@ -1,11 +1,15 @@
+#include <QSslCertificate>
 #include <QtTest>
 
+#include "cloud/certificatepins.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "cloud/listingobject.h"
 #include "cloud/operationerror.h"
+#include "cloud/providers/curlhttp.h"
 #include "cloud/providers/swiftclient.h"
 #include "swifttestserver.h"
+#include "tlsfront.h"
 
 using namespace NVL::Cloud;
 namespace OS = Config::OpenStack;
@@ -22,8 +26,12 @@ private slots:
     void shouldLogInCreateAndListWithEveryAuth_data();
     void shouldLogInCreateAndListWithEveryAuth();
     void shouldRefuseWrongKeysAndUnknownRegions();
+    void shouldRenewARefusedTokenOnlyOnce();
+    void shouldLogInBehindTlsOncePinned();
 
 private:
+    // Asks the identity fake (see keystone_fake.py) and answers its JSON.
+    QJsonObject keystoneControl(const QString& path) const;
     Settings v1() const;
     Settings keystone(int version) const;
 
@@ -157,6 +165,60 @@ void TestSwiftClient::shouldRefuseWrongKeysAndUnknownRegions()
     QCOMPARE(SwiftClient().listing(missing, {}, m_cancel).errorCode, int(OperationError::NotFound));
     QCOMPARE(SwiftClient().createContainer(v1(), {{QStringLiteral("Name"), QStringLiteral("a/b")}}, m_cancel).errorCode,
         int(OperationError::InvalidName));
+}
+
+QJsonObject TestSwiftClient::keystoneControl(const QString& path) const
+{
+    HttpExchange exchange;
+    exchange.url = QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_server.keystonePort()).arg(path));
+    CurlHttp(CurlHttp::Options()).perform(exchange, m_cancel);
+    return QJsonDocument::fromJson(exchange.body).object();
+}
+
+void TestSwiftClient::shouldRenewARefusedTokenOnlyOnce()
+{
+    if (!m_server.isAvailable() || !m_server.keystonePort())
+        QSKIP("no server");
+    // One token that ran out: the client logs in again and the listing goes
+    // through on the second try.
+    int before = keystoneControl(QStringLiteral("/control/logins")).value(QStringLiteral("logins")).toInt();
+    keystoneControl(QStringLiteral("/control/expire?count=1"));
+    SwiftClient client;
+    OperationResult result = client.listContainers(keystone(2), m_cancel);
+    QVERIFY2(!result.isError(), qPrintable(result.errorMessage));
+    QCOMPARE(keystoneControl(QStringLiteral("/control/logins")).value(QStringLiteral("logins")).toInt(), before + 2);
+
+    // Tokens refused however often the client logs in: it gives up after one
+    // renewal instead of asking for ever.
+    before += 2;
+    keystoneControl(QStringLiteral("/control/expire?count=5"));
+    result = SwiftClient().listContainers(keystone(2), m_cancel);
+    QCOMPARE(result.errorCode, int(OperationError::AuthenticationFailed));
+    QCOMPARE(keystoneControl(QStringLiteral("/control/logins")).value(QStringLiteral("logins")).toInt(), before + 2);
+    keystoneControl(QStringLiteral("/control/expire?count=0"));
+}
+
+// The identity service behind a TLS front with a certificate no authority
+// signed: refused with the certificate offered, then logged in once it is
+// pinned for that host and port. (Swift's own v1.0 auth names a storage URL
+// of the host it was asked on, which would be the front's in plain HTTP.)
+void TestSwiftClient::shouldLogInBehindTlsOncePinned()
+{
+    if (!m_server.isAvailable() || !m_server.keystonePort())
+        QSKIP("no server");
+    NvbTest::TlsFront front;
+    QVERIFY(front.start(m_server.keystonePort()));
+    Settings settings = keystone(2);
+    settings.insert(Api::Config::Http::Endpoint, QStringLiteral("127.0.0.1:%1/v2.0").arg(front.port()));
+    settings.insert(Api::Config::Http::UseSsl, true);
+    OperationResult result = SwiftClient().listContainers(settings, m_cancel);
+    QCOMPARE(result.errorCode, int(OperationError::SslUntrusted));
+    const QSslCertificate seen(result.config.value(Api::Config::Http::PeerCertificate).toByteArray());
+    QCOMPARE(seen, QSslCertificate(front.certificate()));
+    CertificatePins::instance().add({QStringLiteral("127.0.0.1"), front.port(), CertificatePins::fingerprint(seen)});
+    result = SwiftClient().listContainers(settings, m_cancel);
+    CertificatePins::instance().set({});
+    QVERIFY2(!result.isError(), qPrintable(result.errorMessage));
 }
 
 QTEST_GUILESS_MAIN(TestSwiftClient)

@@ -9,9 +9,15 @@ Swift account's own v1 credentials, so Swift itself checks every request.
 
     keystone_fake.py PORTFILE SWIFT_URL SWIFT_USER SWIFT_KEY
 Binds 127.0.0.1 on a free port and writes the port to PORTFILE.
+
+For token renewal, GET /control/expire?count=N makes the next N logins hand
+out a token that Swift no longer takes, as one that ran out would be, and
+GET /control/logins answers how many logins there were.
 """
 import json
 import sys
+import threading
+import urllib.parse
 import urllib.request
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 
@@ -21,9 +27,20 @@ DOMAIN_NAME, DOMAIN_ID = "Default", "default"
 REGION = "RegionOne"
 
 port_file, swift_url, swift_user, swift_key = sys.argv[1:5]
+state = {"expire": 0, "logins": 0}
+state_lock = threading.Lock()
 
 
 def swift_token():
+    with state_lock:
+        state["logins"] += 1
+        stale = state["expire"] > 0
+        state["expire"] = max(0, state["expire"] - 1)
+    token, storage = fetch_swift_token()
+    return ("AUTH_tk" + "0" * 32 if stale else token), storage
+
+
+def fetch_swift_token():
     request = urllib.request.Request(swift_url + "/auth/v1.0",
                                      headers={"X-Auth-User": swift_user, "X-Auth-Key": swift_key})
     with urllib.request.urlopen(request, timeout=10) as answer:
@@ -48,6 +65,17 @@ class Handler(BaseHTTPRequestHandler):
             self.send_header(key, value)
         self.end_headers()
         self.wfile.write(data)
+
+    def do_GET(self):
+        url = urllib.parse.urlsplit(self.path)
+        if url.path == "/control/expire":
+            with state_lock:
+                state["expire"] = int(urllib.parse.parse_qs(url.query).get("count", ["1"])[0])
+            return self.answer(200, {})
+        if url.path == "/control/logins":
+            with state_lock:
+                return self.answer(200, {"logins": state["logins"]})
+        self.answer(404, {"error": {"code": 404, "message": "Not found"}})
 
     def refuse(self):
         self.answer(401, {"error": {"code": 401, "title": "Unauthorized", "message": "The request you have made requires authentication."}})

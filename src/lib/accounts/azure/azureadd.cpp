@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -12,6 +11,8 @@
 #include <QToolButton>
 
 #include "accounts/advanced/advancedstorage.h"
+#include "accounts/containercombo.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "azureaddcontainer.h"
 #include "cloud/cloudconfig.h"
@@ -22,11 +23,9 @@
 #include "cloud/storageaccountconfigformat.h"
 #include "core/nvldebug.h"
 #include "crypt/cryptns.h"
-#include "models/models.h"
 
 namespace NVB::GUI::Settings::Account {
 
-namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
 namespace Record = NVB::Info::StorageAccountConfigFormat;
 namespace AZ = NVL::Cloud::Config::AzureBlob;
 namespace Http = NVL::Cloud::Api::Config::Http;
@@ -52,6 +51,7 @@ Azure::Add::Add(QWidget* parent)
         m_accountType->addItem(type.first, type.second);
     m_container->setEnabled(false);
     m_addContainer->setIcon(IconManager::icon(IconManager::Add));
+    m_addContainer->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addContainer->setToolTip(tr("Add New Container"));
     m_addContainer->setEnabled(false);
     auto* form = new QFormLayout;
@@ -135,12 +135,7 @@ void Azure::Add::onDataChanged()
         okButton()->setEnabled(false);
         return;
     }
-    if (!m_savedContainer.isEmpty() && !m_containers.isEmpty()) {
-        const int found = m_container->findText(m_savedContainer, Qt::MatchFixedString);
-        m_savedContainer.clear();
-        const QSignalBlocker block(m_container);
-        m_container->setCurrentIndex(found < 0 ? 0 : found);
-    }
+    ContainerCombo::selectSaved(m_container, &m_savedContainer);
     m_addContainer->setEnabled(m_containersLoaded);
     okButton()->setEnabled(m_containersLoaded && m_container->currentIndex() >= 0);
 }
@@ -175,20 +170,8 @@ QMap<QString, QVariant> Azure::Add::cloudConfig() const
 
 bool Azure::Add::loadContainersFinished(NVL::Cloud::Operation::ListContainers* operation)
 {
-    m_containers.clear();
-    const QJsonArray data = operation->data();
-    for (const QJsonValue& value : data)
-        m_containers.append(value.toObject().value(QStringLiteral("Name")).toString());
-    {
-        const QSignalBlocker block(m_container);
-        m_container->clear();
-        m_container->addItems(m_containers);
-    }
+    m_containers = ContainerCombo::fill(m_container, operation->data(), &m_newContainer, &m_savedContainer);
     m_containersLoaded = true;
-    if (!m_newContainer.isEmpty()) {
-        m_savedContainer = m_newContainer;
-        m_newContainer.clear();
-    }
     onDataChanged();
     return true;
 }
@@ -234,11 +217,7 @@ void Azure::Add::saveConfig()
     record.insert(Record::Cloud::UseSsl, cloudConfig().value(Http::UseSsl).toBool());
     if (!m_endpoint->isHidden())
         record.insert(Record::Cloud::Endpoint, NVL::Utitlity::EndpointHelper::toEndpoint(m_endpoint->text()));
-    QString error;
-    if (!updateAccount(record, m_displayName->text().trimmed(), error)) {
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << error;
-        setErrorMessage(error);
-    }
+    saveRecord(record, m_displayName->text().trimmed());
 }
 
 void Azure::Add::onAccept()
@@ -248,14 +227,10 @@ void Azure::Add::onAccept()
 
 void Azure::Add::onSetItem(const QModelIndex& index)
 {
-    if (!index.isValid()) {
-        endLockUI();
+    QJsonObject record;
+    QString id;
+    if (!readItem(index, m_displayName, &record, &id))
         return;
-    }
-    const QAbstractItemModel* model = index.model();
-    const QJsonObject record = model->index(index.row(), Column::DetailParams, index.parent()).data().toJsonObject();
-    const QString id = model->index(index.row(), Column::ID, index.parent()).data().toString();
-    m_displayName->setText(model->index(index.row(), Column::DisplayName, index.parent()).data().toString());
     m_account->setText(record.value(Record::Cloud::AzureBlob::UserName).toString());
     m_useSsl = record.value(Record::Cloud::UseSsl).toBool(true);
     const int type = m_accountType->findData(record.value(Record::Cloud::AzureBlob::AccountType).toString());

@@ -11,6 +11,8 @@
 #include <QToolButton>
 
 #include "accounts/advanced/advanced.h"
+#include "accounts/containercombo.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "backblazeb2addcontainer.h"
 #include "cloud/cloudconfig.h"
@@ -19,11 +21,9 @@
 #include "cloud/storageaccountconfigformat.h"
 #include "core/nvldebug.h"
 #include "crypt/cryptns.h"
-#include "models/models.h"
 
 namespace NVB::GUI::Settings::Account {
 
-namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
 namespace Record = NVB::Info::StorageAccountConfigFormat;
 namespace B2 = NVL::Cloud::Config::BackBlaze;
 
@@ -43,6 +43,7 @@ BackblazeB2::Add::Add(QWidget* parent)
     m_key->setEchoMode(QLineEdit::Password);
     m_bucket->setEnabled(false);
     m_addBucket->setIcon(IconManager::icon(IconManager::Add));
+    m_addBucket->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addBucket->setToolTip(tr("Add New Container"));
     m_addBucket->setEnabled(false);
     auto* form = new QFormLayout;
@@ -90,12 +91,7 @@ void BackblazeB2::Add::onDataChanged()
         okButton()->setEnabled(false);
         return;
     }
-    if (!m_savedContainer.isEmpty() && !m_ids.isEmpty()) {
-        const int found = m_bucket->findText(m_savedContainer, Qt::MatchFixedString);
-        m_savedContainer.clear();
-        const QSignalBlocker block(m_bucket);
-        m_bucket->setCurrentIndex(found < 0 ? 0 : found);
-    }
+    ContainerCombo::selectSaved(m_bucket, &m_savedContainer);
     m_addBucket->setEnabled(m_containersLoaded);
     okButton()->setEnabled(m_containersLoaded && m_bucket->currentIndex() >= 0);
 }
@@ -173,11 +169,7 @@ void BackblazeB2::Add::saveConfig()
         Record::Cloud::BackBlaze::ApplicationKey, SHARED::cryptNS::encrypt_local_password(m_key->text().trimmed()));
     record.insert(Record::Cloud::ContainerName, name);
     record.insert(Record::Cloud::BackBlaze::ContainerId, m_ids.value(name));
-    QString error;
-    if (!updateAccount(record, m_displayName->text().trimmed(), error)) {
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << error;
-        setErrorMessage(error);
-    }
+    saveRecord(record, m_displayName->text().trimmed());
 }
 
 void BackblazeB2::Add::onAccept()
@@ -187,14 +179,10 @@ void BackblazeB2::Add::onAccept()
 
 void BackblazeB2::Add::onSetItem(const QModelIndex& index)
 {
-    if (!index.isValid()) {
-        endLockUI();
+    QJsonObject record;
+    QString id;
+    if (!readItem(index, m_displayName, &record, &id))
         return;
-    }
-    const QAbstractItemModel* model = index.model();
-    const QJsonObject record = model->index(index.row(), Column::DetailParams, index.parent()).data().toJsonObject();
-    const QString id = model->index(index.row(), Column::ID, index.parent()).data().toString();
-    m_displayName->setText(model->index(index.row(), Column::DisplayName, index.parent()).data().toString());
     m_keyId->setText(record.value(Record::Cloud::BackBlaze::AccountId).toString());
     endLockUI();
     try {

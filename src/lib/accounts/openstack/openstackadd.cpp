@@ -15,6 +15,7 @@
 #include <QToolButton>
 
 #include "accounts/advanced/advancedstorage.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/containerparams/openstack.h"
@@ -23,12 +24,10 @@
 #include "cloud/storageaccountconfigformat.h"
 #include "core/nvldebug.h"
 #include "crypt/cryptns.h"
-#include "models/models.h"
 #include "openstackaddcontainer.h"
 
 namespace NVB::GUI::Settings::Account {
 
-namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
 namespace Record = NVB::Info::StorageAccountConfigFormat;
 namespace RS = NVB::Info::StorageAccountConfigFormat::Cloud::OpenStack;
 namespace OS = NVL::Cloud::Config::OpenStack;
@@ -72,6 +71,7 @@ OpenStack::Add::Add(
     form->addRow(tr("Endpoint:"), endpointRow);
     m_container->setEnabled(false);
     m_addContainer->setIcon(IconManager::icon(IconManager::Add));
+    m_addContainer->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addContainer->setToolTip(tr("Add New Container"));
     m_addContainer->setEnabled(false);
     auto* containerRow = new QHBoxLayout;
@@ -396,11 +396,7 @@ void OpenStack::Add::saveConfig()
         if (authType == 3)
             record.insert(RS::Keystore::V3::UseScope::Key, config.value(OS::Auth_Keystore_V3::UseScope::Key).toInt());
     }
-    QString error;
-    if (!updateAccount(record, m_displayName->text().trimmed(), error)) {
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << error;
-        setErrorMessage(error);
-    }
+    saveRecord(record, m_displayName->text().trimmed());
 }
 
 void OpenStack::Add::onAccept()
@@ -410,14 +406,10 @@ void OpenStack::Add::onAccept()
 
 void OpenStack::Add::onSetItem(const QModelIndex& index)
 {
-    if (!index.isValid()) {
-        endLockUI();
+    QJsonObject record;
+    QString id;
+    if (!readItem(index, m_displayName, &record, &id))
         return;
-    }
-    const QAbstractItemModel* model = index.model();
-    const QJsonObject record = model->index(index.row(), Column::DetailParams, index.parent()).data().toJsonObject();
-    const QString id = model->index(index.row(), Column::ID, index.parent()).data().toString();
-    m_displayName->setText(model->index(index.row(), Column::DisplayName, index.parent()).data().toString());
     m_user->setText(record.value(RS::UserName).toString());
     m_endpoint->setText(record.value(Record::Cloud::Endpoint).toString());
     if (m_internalUrl)

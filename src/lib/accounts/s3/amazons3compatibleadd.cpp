@@ -4,15 +4,16 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QJsonArray>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSet>
 #include <QToolButton>
 
 #include "accounts/advanced/advancedstorage.h"
+#include "accounts/containercombo.h"
 #include "amazons3compatibleaddcontainer.h"
 #include "amazons3compatibleadvancedstorage.h"
+#include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/containerparams/amazons3like.h"
@@ -23,11 +24,9 @@
 #include "cloud/storageaccountconfigformat.h"
 #include "core/nvldebug.h"
 #include "crypt/cryptns.h"
-#include "models/models.h"
 
 namespace NVB::GUI::Settings::Account {
 
-namespace Column = NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Column;
 namespace Record = NVB::Info::StorageAccountConfigFormat;
 namespace S3 = NVL::Cloud::Config::AmazonS3Like;
 namespace Http = NVL::Cloud::Api::Config::Http;
@@ -58,6 +57,7 @@ AmazonS3Compatible::Add::Add(NVL::Cloud::Type type, bool endpointRow, bool signa
         m_endpoint->hide();
     m_bucket->setEnabled(false);
     m_addBucket->setIcon(IconManager::icon(IconManager::Add));
+    m_addBucket->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_addBucket->setToolTip(tr("Add New Container"));
     m_addBucket->setEnabled(false);
     auto* bucketRow = new QHBoxLayout;
@@ -117,13 +117,7 @@ void AmazonS3Compatible::Add::onDataChanged()
         }
     }
     m_bucket->setEnabled(true);
-    if (!m_savedContainer.isEmpty() && !m_containers.isEmpty()) {
-        int found = m_bucket->findText(m_savedContainer, Qt::MatchExactly | Qt::MatchCaseSensitive);
-        if (found < 0)
-            found = m_bucket->findText(m_savedContainer, Qt::MatchFixedString);
-        m_savedContainer.clear();
-        m_bucket->setCurrentIndex(found < 0 ? 0 : found);
-    }
+    ContainerCombo::selectSaved(m_bucket, &m_savedContainer);
     if (m_containersLoaded) {
         m_addBucket->setEnabled(true);
         if (m_bucket->currentIndex() >= 0)
@@ -174,21 +168,9 @@ QMap<QString, QVariant> AmazonS3Compatible::Add::cloudConfig() const
 
 bool AmazonS3Compatible::Add::loadContainersFinished(NVL::Cloud::Operation::ListContainers* operation)
 {
-    m_containers.clear();
-    const QJsonArray data = operation->data();
-    for (const QJsonValue& value : data)
-        m_containers.append(value.toObject().value(QStringLiteral("Name")).toString());
-    {
-        const QSignalBlocker block(m_bucket);
-        m_bucket->clear();
-        m_bucket->addItems(m_containers);
-    }
+    m_containers = ContainerCombo::fill(m_bucket, operation->data(), &m_newContainer, &m_savedContainer);
     m_containersLoaded = true;
     m_addBucket->setEnabled(true);
-    if (!m_newContainer.isEmpty() && !m_containers.isEmpty()) {
-        m_savedContainer = m_newContainer;
-        m_newContainer.clear();
-    }
     onDataChanged();
     return true;
 }
@@ -224,14 +206,7 @@ QJsonObject AmazonS3Compatible::Add::record() const
 
 void AmazonS3Compatible::Add::saveConfig()
 {
-    try {
-        QString error;
-        if (!updateAccount(record(), m_displayName->text().trimmed(), error))
-            throw error;
-    } catch (const QString& text) {
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << text;
-        setErrorMessage(text);
-    }
+    saveRecord(record(), m_displayName->text().trimmed());
 }
 
 void AmazonS3Compatible::Add::onAccept()
@@ -241,14 +216,10 @@ void AmazonS3Compatible::Add::onAccept()
 
 void AmazonS3Compatible::Add::onSetItem(const QModelIndex& index)
 {
-    if (!index.isValid()) {
-        endLockUI();
+    QJsonObject record;
+    QString id;
+    if (!readItem(index, m_displayName, &record, &id))
         return;
-    }
-    const QAbstractItemModel* model = index.model();
-    const QJsonObject record = model->index(index.row(), Column::DetailParams, index.parent()).data().toJsonObject();
-    const QString id = model->index(index.row(), Column::ID, index.parent()).data().toString();
-    m_displayName->setText(model->index(index.row(), Column::DisplayName, index.parent()).data().toString());
     m_accessKey->setText(record.value(Record::Cloud::AmazonS3Like::AccessKey).toString());
     m_useSsl = record.value(Record::Cloud::UseSsl).toBool(true);
     m_endpoint->setText(NVL::Utitlity::EndpointHelper::toEndpointWithScheme(

@@ -1,7 +1,12 @@
 #include "googlestorage.h"
 
+#include <QtGlobal>
+
 #ifndef NVB_GOOGLE_CLIENT_ID
 #define NVB_GOOGLE_CLIENT_ID ""
+#endif
+#ifndef NVB_GOOGLE_CLIENT_SECRET
+#define NVB_GOOGLE_CLIENT_SECRET ""
 #endif
 
 namespace NVL::Cloud::Info {
@@ -12,9 +17,49 @@ GoogleStorage::GoogleStorage()
     : Base(NVL::Cloud::Type::GoogleStorage)
 { }
 
+namespace {
+
+QString fromEnvironment(const char* name, const QString& fallback)
+{
+    const QString value = qEnvironmentVariable(name).trimmed();
+    return value.isEmpty() ? fallback : value;
+}
+
+} // namespace
+
+QString GoogleStorage::clientId()
+{
+    return fromEnvironment("NVB_GOOGLE_CLIENT_ID", ClientID);
+}
+
+QString GoogleStorage::clientSecret()
+{
+    return fromEnvironment("NVB_GOOGLE_CLIENT_SECRET", QStringLiteral(NVB_GOOGLE_CLIENT_SECRET));
+}
+
+QUrl GoogleStorage::authorizationEndpoint()
+{
+    return QUrl(fromEnvironment("NVB_GOOGLE_AUTH_URL", QStringLiteral("https://accounts.google.com/o/oauth2/v2/auth")));
+}
+
+QUrl GoogleStorage::tokenEndpoint()
+{
+    return QUrl(fromEnvironment("NVB_GOOGLE_TOKEN_URL", QStringLiteral("https://oauth2.googleapis.com/token")));
+}
+
+QString GoogleStorage::storageScope()
+{
+    return QStringLiteral("https://www.googleapis.com/auth/devstorage.full_control");
+}
+
+QString GoogleStorage::emailScope()
+{
+    return QStringLiteral("email");
+}
+
 QUrl GoogleStorage::defaultEndpoint() const
 {
-    return QUrl(QStringLiteral("https://storage.googleapis.com"));
+    return QUrl(fromEnvironment("NVB_GOOGLE_STORAGE_URL", QStringLiteral("https://storage.googleapis.com")));
 }
 
 QMap<QString, QPair<QString, QString>> GoogleStorage::regions() const

@@ -19,6 +19,20 @@ public:
 
     GoogleStorage();
 
+    // The registration and the provider's endpoints. Each may be replaced
+    // through the environment (NVB_GOOGLE_CLIENT_ID, NVB_GOOGLE_CLIENT_SECRET,
+    // NVB_GOOGLE_AUTH_URL, NVB_GOOGLE_TOKEN_URL, NVB_GOOGLE_STORAGE_URL), so
+    // that a build without its own registration, or a test against a local
+    // double of the provider, can still sign in.
+    static QString clientId();
+    static QString clientSecret();
+    static QUrl authorizationEndpoint();
+    static QUrl tokenEndpoint();
+    // The full-control storage scope, and the one for the user's e-mail.
+    static QString storageScope();
+    static QString emailScope();
+
+    // The JSON API's base ("https://storage.googleapis.com").
     QUrl defaultEndpoint() const;
     // Location code -> (display text, "Multi-region", "Dual-region" or "Region").
     QMap<QString, QPair<QString, QString>> regions() const;

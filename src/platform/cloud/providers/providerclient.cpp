@@ -8,6 +8,7 @@
 #include "cloud/cloudconfig.h"
 #include "cloud/cloudtype.h"
 #include "filesystemclient.h"
+#include "googleclient.h"
 #include "s3client.h"
 #include "sftpclient.h"
 #include "swiftclient.h"
@@ -59,10 +60,10 @@ std::unique_ptr<ProviderClient> ProviderClient::create(const QMap<QString, QVari
         return std::make_unique<B2Client>();
     case Type::GoogleStorage:
         // HMAC keys speak Google's S3-compatible XML API; the OAuth modes
-        // have no client yet.
+        // its JSON API.
         if (config.value(Config::GoogleStorage::AuthType, 0).toInt() == 0)
             return std::make_unique<S3Client>();
-        return std::make_unique<UnsupportedClient>(displayNameSource(type), true);
+        return std::make_unique<GoogleClient>();
     default: {
         if (S3Compatible.contains(type) || AmazonS3.contains(type))
             return std::make_unique<S3Client>();

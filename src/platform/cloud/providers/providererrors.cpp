@@ -60,6 +60,18 @@ const Row rows[] = {
     {P::B2, "invalid_bucket_name", E::InvalidName, "The server refuses the bucket name \"%1\""},
     {P::B2, "bad_bucket_id", E::NotFound, "Bucket \"%1\" does not exist"},
     {P::B2, "cap_exceeded", E::AccessDenied, "The account's usage cap is reached"},
+    {P::Google, "invalid_grant", E::AuthenticationFailed,
+        "Google refused the sign-in: the code, the refresh token or the service account's key is not valid (any "
+        "more)"},
+    {P::Google, "invalid_client", E::AuthenticationFailed, "Google does not know this program's OAuth client"},
+    {P::Google, "unauthorized_client", E::AuthenticationFailed,
+        "The service account may not sign in this way: check its e-mail and key"},
+    {P::Google, "authError", E::AuthenticationFailed, "Google refused the access token"},
+    {P::Google, "conflict", E::AlreadyExists,
+        "Bucket name \"%1\" is taken: bucket names are shared by every user of the service"},
+    {P::Google, "invalidBucketName", E::InvalidName, "The server refuses the bucket name \"%1\""},
+    {P::Google, "notFound", E::NotFound, "Bucket \"%1\" does not exist"},
+    {P::Google, "forbidden", E::AccessDenied, "Access denied: the account may not use bucket \"%1\" or the project"},
     {P::Azure, "ContainerBeingDeleted", E::AlreadyExists, "Container \"%1\" is being deleted; try again later"},
 };
 
