@@ -156,16 +156,20 @@ bool ArchiveBackupJob::prepare()
                 m_known.insert(it.key());
         }
     }
+    // Without a previous tree nothing carries over in the store either: a
+    // generation begun again under its id may still have rows there.
+    m_result.replacesAll = m_parameters.newGeneration || m_parameters.previousSequence <= 0;
     if (error.isEmpty() && !m_parameters.newGeneration && m_parameters.previousSequence > 0) {
         // Without the previous tree every file is read again: slow, but it
         // stores nothing twice.
         QString treeError;
         const PointTree previous
             = m_repository->readTree(m_parameters.generation, m_parameters.previousSequence, *m_transform, &treeError);
-        for (const TreeEntry& entry : previous.entries) {
-            if (entry.item.type == StoredContent::File)
-                m_previous.insert(entry.item.path, entry);
-        }
+        if (!treeError.isEmpty())
+            m_result.replacesAll = true;
+        m_previous.reserve(previous.entries.size());
+        for (const TreeEntry& entry : previous.entries)
+            m_previous.insert(entry.item.path, entry);
     }
     if (!error.isEmpty()) {
         m_result.planResult = PlanResult::Failed;
@@ -371,7 +375,7 @@ void ArchiveBackupJob::takeFile(
     const auto previous = m_previous.constFind(path);
     const bool forced
         = m_parameters.reBackupModifiedSince.isValid() && entry.item.modifiedUtc >= m_parameters.reBackupModifiedSince;
-    if (!forced && previous != m_previous.cend()) {
+    if (!forced && previous != m_previous.cend() && previous->item.type == StoredContent::File) {
         const StoredContent& before = previous->item;
         // Kept only while every chunk is still in the generation's index.
         if (before.size == entry.item.size && before.modifiedNs == entry.item.modifiedNs
@@ -558,15 +562,7 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
             const QString tree = m_repository->treeKey(m_parameters.generation, m_parameters.sequence);
             const StorageStat written = m_driver->stat(tree);
             m_result.bytesStored += written.size;
-            m_result.content.reserve(m_tree.entries.size());
-            for (const TreeEntry& entry : std::as_const(m_tree.entries)) {
-                StoredContent item = entry.item;
-                // Where the data is described; a legacy reader that took it
-                // for a file's data would fail on its checksum.
-                if (item.type == StoredContent::File)
-                    item.object = tree;
-                m_result.content.append(item);
-            }
+            tellChanges(tree);
             return true;
         }
         m_result.planResult = PlanResult::Failed;
@@ -582,6 +578,44 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
         m_driver->remove(pack.key);
     m_result.bytesStored = 0;
     return false;
+}
+
+void ArchiveBackupJob::tellChanges(const QString& tree)
+{
+    // The store keeps a row for as long as its entry stays the same, so an
+    // unchanged entry is not named at all: its row, and the tree it names as
+    // the place its data is described, carry over. An unchanged run then
+    // writes nothing per file.
+    for (const TreeEntry& entry : std::as_const(m_tree.entries)) {
+        const auto before = m_previous.constFind(entry.item.path);
+        if (before != m_previous.cend()) {
+            const bool same = sameEntry(*before, entry);
+            m_previous.erase(before);
+            if (same)
+                continue;
+        }
+        StoredContent item = entry.item;
+        // Where the data is described; a legacy reader that took it for a
+        // file's data would fail on its checksum.
+        if (item.type == StoredContent::File)
+            item.object = tree;
+        m_result.content.append(item);
+    }
+    m_result.removed.reserve(m_previous.size());
+    for (auto it = m_previous.cbegin(); it != m_previous.cend(); ++it)
+        m_result.removed.append(it.key());
+    m_previous.clear();
+}
+
+bool ArchiveBackupJob::sameEntry(const TreeEntry& a, const TreeEntry& b)
+{
+    // What a tree keeps of an entry; the rest is the same for every entry
+    // of the new format.
+    const StoredContent& x = a.item;
+    const StoredContent& y = b.item;
+    return x.type == y.type && x.modifiedNs == y.modifiedNs && x.mode == y.mode && x.owner == y.owner
+        && x.group == y.group && x.linkTarget == y.linkTarget && x.size == y.size && x.changedNs == y.changedNs
+        && x.inode == y.inode && x.checksum == y.checksum && a.chunks == b.chunks;
 }
 
 void ArchiveBackupJob::fail(const QString& path, const QString& message, bool counted)

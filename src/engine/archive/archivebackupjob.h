@@ -74,7 +74,12 @@ public:
     {
         int planResult = 0;
         QString message;
+        // The new point as its changes since the previous one (see
+        // ContentChanges): new or changed entries, paths no longer held, and
+        // whether the previous point could not be read at all.
         QList<StoredContent> content;
+        QStringList removed;
+        bool replacesAll = false;
         QList<RunFileRecord> files;
         RunProgress totals;
         // What the run read from the sources, what of it the generation did
@@ -109,6 +114,9 @@ private:
     // error.
     bool settle();
     bool finish(const std::atomic_bool& stop);
+    // Fills the result's changes from the tree and the previous point's.
+    void tellChanges(const QString& tree);
+    static bool sameEntry(const TreeEntry& a, const TreeEntry& b);
     void fail(const QString& path, const QString& message, bool counted = false);
     void failStorage(const QString& message);
     bool isNeverTaken(const QString& path) const;

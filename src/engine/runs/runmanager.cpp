@@ -321,7 +321,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
             auto result
                 = job.run(stop, [this, planId](const RunProgress& progress) { reportProgress(planId, progress); });
             RunOutcome outcome = outcomeOf(result);
-            outcome.content = std::move(result.content);
+            outcome.changes = ContentChanges {
+                std::move(result.content), std::move(result.removed), QStringList(), result.replacesAll};
             outcome.bytesRead = result.bytesRead;
             outcome.bytesNew = result.bytesNew;
             outcome.bytesStored = result.bytesStored;
