@@ -11,6 +11,7 @@
 #include "retentionplanner.h"
 #include "runs/folderhandle.h"
 #include "store/repositorystore.h"
+#include "store/restorepointremoval.h"
 #include "store/storedatabase.h"
 
 namespace NVB::Engine {
@@ -37,7 +38,7 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
     const RetentionPlanner::Result plan = RetentionPlanner::plan(points, rules, now);
     if (plan.objects.isEmpty())
         return result;
-    if (!repository.removeFromRestorePoints(plan.pathsByPoint, plan.points)) {
+    if (!RestorePointRemoval(database).removeFromRestorePoints(plan.pathsByPoint, plan.points)) {
         result.error = database.lastError();
         return result;
     }
