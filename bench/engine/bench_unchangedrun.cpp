@@ -85,29 +85,50 @@ struct Measure
     int result = -1;
 };
 
-// rsync with the largest resident size of its processes.
+// rsync with the largest resident size of its processes. A go-between
+// process waits for rsync, so that its children's peak is rsync's alone and
+// not that of the engines this benchmark started before.
 Measure timeRsync(const QString& from, const QString& to)
 {
     Measure measure;
+    int channel[2];
+    if (::pipe(channel) != 0)
+        return measure;
+    const QByteArray source = QFile::encodeName(from) + '/';
+    const QByteArray target = QFile::encodeName(to);
     QElapsedTimer clock;
     clock.start();
-    const pid_t pid = ::fork();
-    if (pid == 0) {
-        const QByteArray source = QFile::encodeName(from) + '/';
-        const QByteArray target = QFile::encodeName(to);
-        ::execlp("rsync", "rsync", "-a", source.constData(), target.constData(), static_cast<char*>(nullptr));
-        ::_exit(127);
+    const pid_t between = ::fork();
+    if (between == 0) {
+        ::close(channel[0]);
+        const pid_t pid = ::fork();
+        if (pid == 0) {
+            ::execlp("rsync", "rsync", "-a", source.constData(), target.constData(), static_cast<char*>(nullptr));
+            ::_exit(127);
+        }
+        int status = 0;
+        long figures[2] = {-1, -1};
+        if (pid > 0 && ::waitpid(pid, &status, 0) == pid) {
+            struct rusage children{};
+            ::getrusage(RUSAGE_CHILDREN, &children);
+            figures[0] = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+            figures[1] = children.ru_maxrss;
+        }
+        const bool sent = ::write(channel[1], figures, sizeof figures) == sizeof figures;
+        ::_exit(sent ? 0 : 1);
     }
+    ::close(channel[1]);
+    long figures[2] = {-1, -1};
+    const bool read = between > 0 && ::read(channel[0], figures, sizeof figures) == sizeof figures;
+    ::close(channel[0]);
     int status = 0;
-    struct rusage usage{};
-    if (pid < 0 || ::wait4(pid, &status, 0, &usage) != pid)
-        return measure;
+    if (between > 0)
+        ::waitpid(between, &status, 0);
     measure.ms = clock.elapsed();
-    measure.result = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    // The children rsync waited for (receiver, generator) count here too.
-    struct rusage children{};
-    ::getrusage(RUSAGE_CHILDREN, &children);
-    measure.peakKb = qMax(usage.ru_maxrss, children.ru_maxrss);
+    if (read) {
+        measure.result = int(figures[0]);
+        measure.peakKb = figures[1];
+    }
     return measure;
 }
 

@@ -23,6 +23,10 @@ using NVB::Info::Plan::PlanResult;
 
 namespace {
 
+// Entries written to the store at once: large enough that a transaction
+// costs little per entry, small enough to keep the run's memory flat.
+constexpr int StageBatch = 4096;
+
 qint64 nanoseconds(const struct timespec& time)
 {
     return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
@@ -260,6 +264,13 @@ void FileBackupJob::keep(const StoredContent& item, PreviousEntries& previous)
             return;
     }
     m_result.content.append(item);
+    if (m_parameters.stageContent && m_result.content.size() >= StageBatch && m_storageError.isEmpty()) {
+        if (!m_parameters.stageContent(m_result.content)) {
+            m_storageError = QStringLiteral("The run's entries cannot be recorded in the engine's store");
+            m_stopped = true;
+        }
+        m_result.content.clear();
+    }
 }
 
 void FileBackupJob::dropUnseen(const PreviousEntries& previous)

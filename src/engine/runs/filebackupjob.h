@@ -64,6 +64,10 @@ public:
         // only for the root "/", where crossing would take /proc, /sys and
         // every mounted drive.
         std::optional<bool> oneFileSystem;
+        // Set: new and changed entries go here in batches while the run
+        // walks (false: they could not be kept, and the run fails) instead
+        // of all into Result::content.
+        std::function<bool(const QList<StoredContent>&)> stageContent;
     };
 
     struct Result

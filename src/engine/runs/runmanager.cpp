@@ -32,6 +32,7 @@
 #include "retention/retentionjob.h"
 #include "schedule/fullbackuprule.h"
 #include "storage/filesystemdriver.h"
+#include "store/contentstaging.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/runstore.h"
@@ -333,7 +334,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         return {};
     }
     *work = [this, planId, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
-                previousGeneration, storeFile, password, keyBytes, keyChanged](const std::atomic_bool& stop) mutable {
+                previousGeneration, storeFile, password, keyBytes, keyChanged,
+                runId = active.run.id](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
         // The previous point is read a folder at a time, on this worker's
         // own connection. Unreadable, every file is copied again: slow, but
@@ -341,9 +343,15 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         StoreDatabase database;
         std::optional<RepositoryStore> repository;
         bool replacesAll = false;
+        const bool opened = database.open(storeFile);
+        std::optional<ContentStaging> staging;
+        if (opened) {
+            staging.emplace(database, runId);
+            parameters.stageContent = [&staging](const QList<StoredContent>& batch) { return staging->add(batch); };
+        }
         if (!previousGeneration.isNull()) {
             std::optional<QStringList> parents;
-            if (database.open(storeFile)) {
+            if (opened) {
                 repository.emplace(database);
                 parents = repository->currentParents(previousGeneration);
             }
@@ -393,6 +401,7 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         RunOutcome outcome = outcomeOf(result);
         outcome.changes = ContentChanges {
             std::move(result.content), std::move(result.removed), std::move(result.emptiedFolders), replacesAll};
+        outcome.changes->stagedRun = staging && staging->count() > 0 ? runId : 0;
         return outcome;
     };
     QList<qint64> earlierPoints;

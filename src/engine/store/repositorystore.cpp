@@ -492,15 +492,56 @@ qint64 RepositoryStore::insertRestorePoint(
                 ok = ok && rows.close(OpenRows::Path, path);
             for (const StoredContent& item : changes.added)
                 ok = ok && rows.close(OpenRows::Path, item.path);
+            if (changes.stagedRun > 0)
+                ok = ok && closeStaged(generation, point.sequenceNumber - 1, changes.stagedRun);
         }
         if (!ok)
             return 0;
     }
+    if (changes.stagedRun > 0 && !insertStaged(generation, point.sequenceNumber, changes.stagedRun))
+        return 0;
     QList<const StoredContent*> items;
     items.reserve(changes.added.size());
     for (const StoredContent& item : changes.added)
         items.append(&item);
     return insertContent(generation, point.sequenceNumber, items) ? pointId : 0;
+}
+
+bool RepositoryStore::closeStaged(const QString& generation, qint64 lastSeq, qint64 runId)
+{
+    // As OpenRows does path by path, for every staged path at once.
+    QSqlQuery end(m_db.database());
+    QSqlQuery drop(m_db.database());
+    const QString where = QStringLiteral(" WHERE generation=? AND last_seq=? AND path IN "
+                                         "(SELECT path FROM staged_contents WHERE run_id=?) AND first_seq");
+    if (!end.prepare(QStringLiteral("UPDATE contents SET last_seq=?") + where + QStringLiteral("<=?"))
+        || !drop.prepare(QStringLiteral("DELETE FROM contents") + where + QStringLiteral(">?")))
+        return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(end.lastError().text()));
+    end.addBindValue(lastSeq);
+    for (QSqlQuery* q : {&end, &drop}) {
+        for (const QVariant& value : {QVariant(generation), QVariant(OpenEnd), QVariant(runId), QVariant(lastSeq)})
+            q->addBindValue(value);
+        if (!q->exec())
+            return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(q->lastError().text()));
+    }
+    return true;
+}
+
+bool RepositoryStore::insertStaged(const QString& generation, qint64 sequence, qint64 runId)
+{
+    QSqlQuery q(m_db.database());
+    q.prepare(QStringLiteral(
+        "INSERT INTO contents(generation, path, first_seq, last_seq, parent, name, type, modified_utc, size, "
+        "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, "
+        "stored_size) SELECT ?, path, ?, ?, parent, name, type, modified_utc, size, deleted, object, checksum, "
+        "modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size "
+        "FROM staged_contents WHERE run_id=?"));
+    for (const QVariant& value : {QVariant(generation), QVariant(sequence), QVariant(OpenEnd), QVariant(runId)})
+        q.addBindValue(value);
+    if (!q.exec())
+        return m_db.fail(
+            QStringLiteral("Cannot record the content of the restore point: %1").arg(q.lastError().text()));
+    return true;
 }
 
 } // namespace NVB::Engine
