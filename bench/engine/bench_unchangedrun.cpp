@@ -109,7 +109,9 @@ Measure timeRsync(const QString& from, const QString& to)
         int status = 0;
         long figures[2] = {-1, -1};
         if (pid > 0 && ::waitpid(pid, &status, 0) == pid) {
-            struct rusage children{};
+            struct rusage children
+            {
+            };
             ::getrusage(RUSAGE_CHILDREN, &children);
             figures[0] = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
             figures[1] = children.ru_maxrss;
@@ -349,7 +351,8 @@ int main(int argc, char* argv[])
         Measure first;
         QList<Measure> again;
     };
-    Format formats[2] = {{"legacy format", false, {}, {}, {}, {}, {}, {}}, {"new format", true, {}, {}, {}, {}, {}, {}}};
+    Format formats[2]
+        = {{"legacy format", false, {}, {}, {}, {}, {}, {}}, {"new format", true, {}, {}, {}, {}, {}, {}}};
     for (Format& format : formats) {
         const QString name = QString::fromLatin1(format.archive ? "archive" : "legacy");
         format.account = QUuid::createUuid();
@@ -373,7 +376,7 @@ int main(int argc, char* argv[])
         for (Format& format : formats)
             format.again << engineRun(binary, format.home, format.account, format.storage, &format.plan, false);
         std::printf("round %d: rsync %lld ms, legacy %lld ms, new format %lld ms\n", round + 1, rsyncAgain.last().ms,
-                    formats[0].again.last().ms, formats[1].again.last().ms);
+            formats[0].again.last().ms, formats[1].again.last().ms);
     }
     const Measure rsyncMedian = medianOf(rsyncAgain);
 
@@ -385,12 +388,12 @@ int main(int argc, char* argv[])
         const Measure again = medianOf(format.again);
         print(qPrintable(QStringLiteral("engine, %1, first run").arg(QLatin1String(format.name))), format.first);
         print(qPrintable(QStringLiteral("engine, %1, unchanged run (median of 3)").arg(QLatin1String(format.name))),
-              again);
+            again);
         const double ratio = rsyncMedian.ms > 0 ? double(again.ms) / double(rsyncMedian.ms) : 0.0;
         std::printf("  %s: unchanged / rsync %.2f (target at most 1), peak %lld MiB (target under 300), "
                     "first run / rsync %.2f\n",
-                    format.name, ratio, again.peakKb / 1024,
-                    rsyncFirst.ms > 0 ? double(format.first.ms) / double(rsyncFirst.ms) : 0.0);
+            format.name, ratio, again.peakKb / 1024,
+            rsyncFirst.ms > 0 ? double(format.first.ms) / double(rsyncFirst.ms) : 0.0);
         met = met && again.ms >= 0 && ratio <= 1.0 && again.peakKb >= 0 && again.peakKb < 300 * 1024;
     }
     return met ? 0 : 2;

@@ -20,9 +20,11 @@
 #include "repository/packwriter.h"
 #include "repository/repository.h"
 #include "repository/zstdtransform.h"
+#include "runs/runverdict.h"
 #include "storage/filesystemdriver.h"
 #include "store/chunkindexstore.h"
 #include "store/storedatabase.h"
+#include "treechanges.h"
 
 namespace NVB::Engine {
 
@@ -65,8 +67,7 @@ ArchiveBackupJob::ArchiveBackupJob(Parameters parameters, FileSelection selectio
     : m_parameters(std::move(parameters))
     , m_selection(std::move(selection))
     , m_walk(m_selection,
-          SourceWalk::Options {
-              m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken})
+          SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken})
 {
     m_runName = QUuid::createUuid().toString(QUuid::WithoutBraces);
     m_block.resize(size_t(ReadSize));
@@ -445,27 +446,8 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
         m_scan->fill(&totals, true);
     m_scan.reset();
     totals.currentFile.clear();
-    const qint64 stored = totals.scannedCount - totals.failedCount;
-    if (!m_storageError.isEmpty()) {
-        m_result.planResult = PlanResult::Failed;
-        m_result.message = m_storageError;
-    } else if (stop || m_stopped) {
-        m_result.planResult = PlanResult::Interrupted;
-        m_result.message = QStringLiteral("The run was stopped");
-    } else if (totals.scannedCount == 0 && totals.failedCount == 0) {
-        m_result.planResult = PlanResult::Warning;
-        m_result.message = QStringLiteral("The selection holds no files to back up");
-    } else if (stored <= 0) {
-        m_result.planResult = PlanResult::Failed;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("None of the files could be backed up");
-    } else if (totals.failedCount > 0 || m_result.unsteadyCount > 0) {
-        m_result.planResult = PlanResult::Warning;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("%1 files could not be backed up").arg(totals.failedCount);
-    } else {
-        m_result.planResult = PlanResult::Success;
-    }
+    m_result.planResult
+        = RunVerdict::judge(totals, m_storageError, stop || m_stopped, m_result.unsteadyCount, &m_result.message);
 
     const bool keeps = m_result.planResult == PlanResult::Success || m_result.planResult == PlanResult::Warning;
     if (keeps) {
@@ -489,7 +471,7 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
             const QString tree = m_repository->treeKey(m_parameters.generation, m_parameters.sequence);
             const StorageStat written = m_driver->stat(tree);
             m_result.bytesStored += written.size;
-            tellChanges(tree);
+            TreeChanges::between(&m_previous, m_tree.entries, tree, &m_result.content, &m_result.removed);
             return true;
         }
         m_result.planResult = PlanResult::Failed;
@@ -505,44 +487,6 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
         m_driver->remove(pack.key);
     m_result.bytesStored = 0;
     return false;
-}
-
-void ArchiveBackupJob::tellChanges(const QString& tree)
-{
-    // The store keeps a row for as long as its entry stays the same, so an
-    // unchanged entry is not named at all: its row, and the tree it names as
-    // the place its data is described, carry over. An unchanged run then
-    // writes nothing per file.
-    for (const TreeEntry& entry : std::as_const(m_tree.entries)) {
-        const auto before = m_previous.constFind(entry.item.path);
-        if (before != m_previous.cend()) {
-            const bool same = sameEntry(*before, entry);
-            m_previous.erase(before);
-            if (same)
-                continue;
-        }
-        StoredContent item = entry.item;
-        // Where the data is described; a legacy reader that took it for a
-        // file's data would fail on its checksum.
-        if (item.type == StoredContent::File)
-            item.object = tree;
-        m_result.content.append(item);
-    }
-    m_result.removed.reserve(m_previous.size());
-    for (auto it = m_previous.cbegin(); it != m_previous.cend(); ++it)
-        m_result.removed.append(it.key());
-    m_previous.clear();
-}
-
-bool ArchiveBackupJob::sameEntry(const TreeEntry& a, const TreeEntry& b)
-{
-    // What a tree keeps of an entry; the rest is the same for every entry
-    // of the new format.
-    const StoredContent& x = a.item;
-    const StoredContent& y = b.item;
-    return x.type == y.type && x.modifiedNs == y.modifiedNs && x.mode == y.mode && x.owner == y.owner
-        && x.group == y.group && x.linkTarget == y.linkTarget && x.size == y.size && x.changedNs == y.changedNs
-        && x.inode == y.inode && x.checksum == y.checksum && a.chunks == b.chunks;
 }
 
 void ArchiveBackupJob::fail(const QString& path, const QString& message, bool counted)

@@ -19,13 +19,13 @@
 
 #include "chunking/chunker.h"
 #include "chunking/chunkidentifier.h"
+#include "progress/transferscan.h"
 #include "repository/pointtree.h"
 #include "runs/fileselection.h"
 #include "runs/runprogress.h"
 #include "storage/storageresult.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
-#include "progress/transferscan.h"
 #include "walk/sourcewalk.h"
 
 namespace NVB::Engine {
@@ -122,9 +122,6 @@ private:
     // error.
     bool settle();
     bool finish(const std::atomic_bool& stop);
-    // Fills the result's changes from the tree and the previous point's.
-    void tellChanges(const QString& tree);
-    static bool sameEntry(const TreeEntry& a, const TreeEntry& b);
     void fail(const QString& path, const QString& message, bool counted = false);
     void failStorage(const QString& message);
     void report(bool force);

@@ -16,6 +16,7 @@
 #include "filters/inusecheck.h"
 #include "progress/transferscan.h"
 #include "records/plan/planresult.h"
+#include "runverdict.h"
 
 namespace NVB::Engine {
 
@@ -57,8 +58,7 @@ FileBackupJob::FileBackupJob(Parameters parameters, FileSelection selection)
     : m_parameters(std::move(parameters))
     , m_selection(std::move(selection))
     , m_walk(m_selection,
-          SourceWalk::Options {
-              m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken})
+          SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken})
 { }
 
 FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
@@ -117,27 +117,8 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
         m_scan->fill(&totals, true);
     m_scan.reset();
     totals.currentFile.clear();
-    const qint64 stored = totals.scannedCount - totals.failedCount;
-    if (!m_storageError.isEmpty()) {
-        m_result.planResult = PlanResult::Failed;
-        m_result.message = m_storageError;
-    } else if (stop || m_stopped) {
-        m_result.planResult = PlanResult::Interrupted;
-        m_result.message = QStringLiteral("The run was stopped");
-    } else if (totals.scannedCount == 0 && totals.failedCount == 0) {
-        m_result.planResult = PlanResult::Warning;
-        m_result.message = QStringLiteral("The selection holds no files to back up");
-    } else if (stored <= 0) {
-        m_result.planResult = PlanResult::Failed;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("None of the files could be backed up");
-    } else if (totals.failedCount > 0 || m_result.unsteadyCount > 0) {
-        m_result.planResult = PlanResult::Warning;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("%1 files could not be backed up").arg(totals.failedCount);
-    } else {
-        m_result.planResult = PlanResult::Success;
-    }
+    m_result.planResult
+        = RunVerdict::judge(totals, m_storageError, stop || m_stopped, m_result.unsteadyCount, &m_result.message);
 
     if (m_result.planResult == PlanResult::Success || m_result.planResult == PlanResult::Warning) {
         // Every copy reaches the disk before the restore point that names it

@@ -20,10 +20,10 @@
 #include "fileselection.h"
 #include "folderhandle.h"
 #include "objectencoding.h"
+#include "progress/transferscan.h"
 #include "runprogress.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
-#include "progress/transferscan.h"
 #include "walk/sourcewalk.h"
 
 namespace NVB::Engine {

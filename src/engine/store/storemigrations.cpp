@@ -126,8 +126,7 @@ QVector<StoreMigrations::Migration> build()
     // 16: a backup run writes its new and changed entries here while it
     // walks, so that its memory does not grow with the tree; the point's
     // commit moves them into `contents`.
-    steps.append({16,
-        {QStringLiteral(R"(CREATE TABLE staged_contents(
+    steps.append({16, {QStringLiteral(R"(CREATE TABLE staged_contents(
         run_id INTEGER NOT NULL, path TEXT NOT NULL, parent TEXT NOT NULL, name TEXT NOT NULL,
         type INTEGER NOT NULL, modified_utc TEXT, size INTEGER NOT NULL, deleted INTEGER NOT NULL,
         object TEXT NOT NULL, checksum BLOB NOT NULL, modified_ns INTEGER NOT NULL, changed_ns INTEGER NOT NULL,
