@@ -5,6 +5,8 @@
 // medians: a first run is a forced full run, a new generation each round.
 //
 //   NVB_BENCH_COMPRESS  "0": the plan copies without compression
+//   NVB_BENCH_FORMAT    "legacy": the legacy format (one object per file)
+//                       instead of the new one
 
 #include <algorithm>
 #include <cstdio>
@@ -101,6 +103,7 @@ int main(int argc, char* argv[])
     plan.setStorage(account.id);
     plan.setItems({source});
     plan.setUseCompression(qEnvironmentVariable("NVB_BENCH_COMPRESS") != QLatin1String("0"));
+    plan.setIsArchive(qEnvironmentVariable("NVB_BENCH_FORMAT") != QLatin1String("legacy"));
     StoredPlan stored;
     stored.id = plan.id();
     stored.name = plan.name();

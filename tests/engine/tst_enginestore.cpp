@@ -10,6 +10,7 @@
 #include "store/contentchanges.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
+#include "store/restorepointremoval.h"
 #include "store/storemigrations.h"
 #include "testmain.h"
 
@@ -260,7 +261,7 @@ private slots:
         QList<qint64> points;
         for (int sequence : removedPoints)
             points << rows.value(sequence);
-        QVERIFY(repository.removeFromRestorePoints(paths, points));
+        QVERIFY(RestorePointRemoval(store.database()).removeFromRestorePoints(paths, points));
         // The next point names no change: it holds what the latest kept
         // point holds, so a file taken out of that one does not come back.
         QVERIFY(record(5, ContentChanges {}));

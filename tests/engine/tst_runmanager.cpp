@@ -185,6 +185,58 @@ private slots:
         QVERIFY(store.removeGeneration(store.latestRestorePoint(account.id, plan.id)->generationId));
         QCOMPARE(rows(), 0);
     }
+
+    void shouldRecordLargePointsOnlyByTheirChanges_data()
+    {
+        QTest::addColumn<bool>("archive");
+        QTest::newRow("legacy format") << false;
+        QTest::newRow("new format") << true;
+    }
+
+    // More entries than a run holds in memory at once (the rest go through
+    // the staging table), and an unchanged run that must add no row.
+    void shouldRecordLargePointsOnlyByTheirChanges()
+    {
+        QFETCH(bool, archive);
+        QTemporaryDir data;
+        QTemporaryDir source;
+        QTemporaryDir storage;
+        for (int i = 0; i < 4200; ++i)
+            QVERIFY(QFile(source.filePath(QStringLiteral("f%1").arg(i))).open(QIODevice::WriteOnly));
+        EngineStore store;
+        QVERIFY(store.open(data.filePath(QStringLiteral("engine.db"))));
+        StoredAccount account {QUuid::createUuid(), {}, QStringLiteral("Disk"), 1, QStringLiteral("pc"),
+            QJsonObject {{QStringLiteral("Path"), storage.path()}}};
+        QVERIFY(store.saveAccount(account));
+        NVB::Info::Plan::BackupFile record;
+        record.setId(QUuid::createUuid());
+        record.setStorage(account.id);
+        record.setItems({source.path()});
+        record.setIsArchive(archive);
+        StoredPlan plan;
+        plan.id = record.id();
+        plan.name = QStringLiteral("Large");
+        plan.xml = record.toXml();
+        plan.subtype = record.subtype();
+        plan.storageId = account.id;
+        QVERIFY(store.savePlan(plan));
+        RunManager runs(&store);
+        QSignalSpy finished(&runs, &RunManager::finished);
+        const auto count = [&](const char* sql) {
+            QSqlQuery q(store.database().database());
+            return q.exec(QLatin1String(sql)) && q.next() ? q.value(0).toInt() : -1;
+        };
+        for (int run = 0; run < 2; ++run) {
+            finished.clear();
+            QVERIFY(runs.start(plan.id, false).isEmpty());
+            QVERIFY(finished.wait(60000));
+            const qint64 point = finished.first().at(3).value<StoredRestorePoint>().rowId;
+            QVERIFY(point > 0);
+            QCOMPARE(store.content(point).size(), 4201);
+            QCOMPARE(count("SELECT COUNT(*) FROM contents"), 4201);
+            QCOMPARE(count("SELECT COUNT(*) FROM staged_contents"), 0);
+        }
+    }
 };
 
 NVB_TEST_GUILESS_MAIN(TestRunManager)

@@ -22,9 +22,11 @@
 #include "repository/packwriter.h"
 #include "repository/repository.h"
 #include "repository/zstdtransform.h"
+#include "runs/runverdict.h"
 #include "storage/filesystemdriver.h"
 #include "store/chunkindexstore.h"
 #include "store/storedatabase.h"
+#include "treechanges.h"
 
 namespace NVB::Engine {
 
@@ -39,18 +41,6 @@ constexpr qint64 ReadSize = 1024 * 1024;
 qint64 nanoseconds(const struct timespec& time)
 {
     return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
-}
-
-QString childPath(const QString& folder, const QString& name)
-{
-    return folder == QLatin1String("/") ? QLatin1Char('/') + name : folder + QLatin1Char('/') + name;
-}
-
-bool isBelowOrSame(const QString& path, const QString& root)
-{
-    if (root == QLatin1String("/"))
-        return true;
-    return path == root || (path.startsWith(root) && path.at(root.size()) == QLatin1Char('/'));
 }
 
 bool sameFile(const struct stat& a, const struct stat& b)
@@ -78,9 +68,9 @@ void describe(const struct stat& info, StoredContent* item)
 ArchiveBackupJob::ArchiveBackupJob(Parameters parameters, FileSelection selection)
     : m_parameters(std::move(parameters))
     , m_selection(std::move(selection))
+    , m_walk(m_selection,
+          SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken, m_parameters.skipSymlinks})
 {
-    for (QString& path : m_parameters.neverTaken)
-        path = QDir::cleanPath(path);
     m_runName = QUuid::createUuid().toString(QUuid::WithoutBraces);
     m_block.resize(size_t(ReadSize));
     m_packing.setMaxThreadCount(1);
@@ -103,12 +93,6 @@ bool ArchiveBackupJob::settle()
         return false;
     }
     return m_storageError.isEmpty();
-}
-
-bool ArchiveBackupJob::isNeverTaken(const QString& path) const
-{
-    return std::any_of(m_parameters.neverTaken.cbegin(), m_parameters.neverTaken.cend(),
-        [&path](const QString& folder) { return isBelowOrSame(path, folder); });
 }
 
 bool ArchiveBackupJob::prepare()
@@ -169,16 +153,20 @@ bool ArchiveBackupJob::prepare()
                 m_known.insert(it.key());
         }
     }
+    // Without a previous tree nothing carries over in the store either: a
+    // generation begun again under its id may still have rows there.
+    m_result.replacesAll = m_parameters.newGeneration || m_parameters.previousSequence <= 0;
     if (error.isEmpty() && !m_parameters.newGeneration && m_parameters.previousSequence > 0) {
         // Without the previous tree every file is read again: slow, but it
         // stores nothing twice.
         QString treeError;
         const PointTree previous
             = m_repository->readTree(m_parameters.generation, m_parameters.previousSequence, *m_transform, &treeError);
-        for (const TreeEntry& entry : previous.entries) {
-            if (entry.item.type == StoredContent::File)
-                m_previous.insert(entry.item.path, entry);
-        }
+        if (!treeError.isEmpty())
+            m_result.replacesAll = true;
+        m_previous.reserve(previous.entries.size());
+        for (const TreeEntry& entry : previous.entries)
+            m_previous.insert(entry.item.path, entry);
     }
     if (!error.isEmpty()) {
         m_result.planResult = PlanResult::Failed;
@@ -250,114 +238,52 @@ ArchiveBackupJob::Result ArchiveBackupJob::run(const std::atomic_bool& stop, con
     if (!prepare())
         return std::move(m_result);
 
-    // Counted before the first chunk so the console can tell how much is
-    // left; unchanged files make the scan and the run alike cheap.
-    const auto planned = TransferScan::count(
-        m_selection, [this](const QString& path) { return isNeverTaken(path); }, m_parameters.oneFileSystem,
-        m_parameters.followFileSymlinks, stop);
-    m_result.totals.totalCount = planned.count;
-    m_result.totals.totalSize = planned.size;
+    m_scan = std::make_unique<TransferScan>(m_selection,
+        SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken, m_parameters.skipSymlinks});
+    m_scan->start(stop);
     m_result.totals.transferStartMs = m_clock.elapsed();
     report(true);
 
-    for (const QString& root : m_selection.roots()) {
-        if (stop || m_stopped)
-            break;
-        if (!root.startsWith(QLatin1Char('/'))) {
-            fail(root, QStringLiteral("The source %1 is not an absolute path").arg(root));
-            continue;
-        }
-        if (m_selection.isExcludedPath(root) || isNeverTaken(root))
-            continue;
-        struct stat info
-        {
-        };
-        if (::stat(NVL::ByteName::encode(root).constData(), &info) != 0) {
-            fail(root, QStringLiteral("The source %1 does not exist").arg(root));
-            continue;
-        }
-        if (S_ISDIR(info.st_mode)) {
-            m_oneFileSystem = m_parameters.oneFileSystem.value_or(root == QLatin1String("/"));
-            takeItem(root, StoredContent::Folder, info);
-            walk(root, info.st_dev, stop);
-        } else if (S_ISREG(info.st_mode)) {
-            takeFile(root, info, true, stop);
-        }
-    }
+    m_stop = &stop;
+    m_walk.walk(*this);
     finish(stop);
     report(true);
     return std::move(m_result);
 }
 
-void ArchiveBackupJob::walk(const QString& folder, dev_t device, const std::atomic_bool& stop)
+bool ArchiveBackupJob::stopped() const
 {
-    DIR* dir = ::opendir(NVL::ByteName::encode(folder).constData());
-    if (!dir) {
-        fail(folder, QStringLiteral("Cannot read the folder %1").arg(folder));
-        return;
-    }
-    QList<QPair<QString, struct stat>> folders;
-    while (const dirent* entry = ::readdir(dir)) {
-        if (stop || m_stopped)
-            break;
-        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
-            continue;
-        const QString name = NVL::ByteName::decode(entry->d_name);
-        const QString path = childPath(folder, name);
-        struct stat info
-        {
-        };
-        if (::fstatat(::dirfd(dir), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
-            fail(path, QStringLiteral("Cannot read %1").arg(path));
-            continue;
-        }
-        if (m_selection.isExcludedPath(path) || isNeverTaken(path))
-            continue;
-        bool followLink = false;
-        if (S_ISLNK(info.st_mode) && m_parameters.skipSymlinks)
-            continue;
-        if (S_ISLNK(info.st_mode)) {
-            // As in the legacy format: folders behind links are never
-            // entered, links are kept as links unless links to files are to
-            // be followed.
-            struct stat target
-            {
-            };
-            if (!m_parameters.followFileSymlinks || ::fstatat(::dirfd(dir), entry->d_name, &target, 0) != 0
-                || !S_ISREG(target.st_mode)) {
-                if (!m_selection.takesFile(name))
-                    continue;
-                QByteArray buffer(int(info.st_size > 0 ? info.st_size : 255) + 1, Qt::Uninitialized);
-                const ssize_t length = ::readlinkat(::dirfd(dir), entry->d_name, buffer.data(), size_t(buffer.size()));
-                if (length < 0 || length >= buffer.size()) {
-                    fail(path, QStringLiteral("Cannot read the link %1").arg(path));
-                    continue;
-                }
-                buffer.truncate(int(length));
-                takeItem(path, StoredContent::Link, info, NVL::ByteName::decode(buffer));
-                continue;
-            }
-            info = target;
-            followLink = true;
-        }
-        if (S_ISDIR(info.st_mode)) {
-            if ((!m_oneFileSystem || info.st_dev == device) && !m_selection.skipsFolder(name))
-                folders.append({path, info});
-        } else if (S_ISREG(info.st_mode) && m_selection.takesFile(name)) {
-            takeFile(path, info, followLink, stop);
-        }
-    }
-    ::closedir(dir);
+    return *m_stop || m_stopped;
+}
 
-    for (const auto& [path, info] : std::as_const(folders)) {
-        if (stop || m_stopped)
-            return;
-        const int before = m_tree.entries.size();
-        takeItem(path, StoredContent::Folder, info);
-        walk(path, device, stop);
-        if (!m_parameters.backupEmptyFolders && m_tree.entries.size() == before + 1)
-            m_tree.entries.removeLast();
-    }
+void ArchiveBackupJob::failed(const QString& path, const QString& message)
+{
+    fail(path, message);
+}
+
+void ArchiveBackupJob::file(const QString& path, const struct stat& info, bool followedLink)
+{
+    takeFile(path, info, followedLink, *m_stop);
+}
+
+void ArchiveBackupJob::link(const QString& path, const struct stat& info, const QString& target)
+{
+    takeItem(path, StoredContent::Link, info, target);
+}
+
+void ArchiveBackupJob::enterFolder(const QString& path, const struct stat& info, bool isRoot)
+{
+    Q_UNUSED(isRoot)
+    takeItem(path, StoredContent::Folder, info);
+}
+
+void ArchiveBackupJob::leaveFolder(const QString& path, const struct stat& info, bool isRoot)
+{
+    Q_UNUSED(info)
+    // A folder with nothing taken below it is kept only when asked to; a
+    // root always.
+    if (!isRoot && !m_parameters.backupEmptyFolders && m_tree.entries.constLast().item.path == path)
+        m_tree.entries.removeLast();
 }
 
 void ArchiveBackupJob::takeItem(const QString& path, int type, const struct stat& info, const QString& linkTarget)
@@ -386,7 +312,7 @@ void ArchiveBackupJob::takeFile(
     const auto previous = m_previous.constFind(path);
     const bool forced
         = m_parameters.reBackupModifiedSince.isValid() && entry.item.modifiedUtc >= m_parameters.reBackupModifiedSince;
-    if (!forced && previous != m_previous.cend()) {
+    if (!forced && previous != m_previous.cend() && previous->item.type == StoredContent::File) {
         const StoredContent& before = previous->item;
         // Kept only while every chunk is still in the generation's index.
         if (before.size == entry.item.size && before.modifiedNs == entry.item.modifiedNs
@@ -528,28 +454,13 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
     settle();
     RunProgress& totals = m_result.totals;
     totals.scanning = false;
+    // The count is of no use once the walk has ended.
+    if (m_scan)
+        m_scan->fill(&totals, true);
+    m_scan.reset();
     totals.currentFile.clear();
-    const qint64 stored = totals.scannedCount - totals.failedCount;
-    if (!m_storageError.isEmpty()) {
-        m_result.planResult = PlanResult::Failed;
-        m_result.message = m_storageError;
-    } else if (stop || m_stopped) {
-        m_result.planResult = PlanResult::Interrupted;
-        m_result.message = QStringLiteral("The run was stopped");
-    } else if (totals.scannedCount == 0 && totals.failedCount == 0) {
-        m_result.planResult = PlanResult::Warning;
-        m_result.message = QStringLiteral("The selection holds no files to back up");
-    } else if (stored <= 0) {
-        m_result.planResult = PlanResult::Failed;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("None of the files could be backed up");
-    } else if (totals.failedCount > 0 || m_result.unsteadyCount > 0) {
-        m_result.planResult = PlanResult::Warning;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("%1 files could not be backed up").arg(totals.failedCount);
-    } else {
-        m_result.planResult = PlanResult::Success;
-    }
+    m_result.planResult
+        = RunVerdict::judge(totals, m_storageError, stop || m_stopped, m_result.unsteadyCount, &m_result.message);
 
     const bool keeps = m_result.planResult == PlanResult::Success || m_result.planResult == PlanResult::Warning;
     if (keeps) {
@@ -573,15 +484,7 @@ bool ArchiveBackupJob::finish(const std::atomic_bool& stop)
             const QString tree = m_repository->treeKey(m_parameters.generation, m_parameters.sequence);
             const StorageStat written = m_driver->stat(tree);
             m_result.bytesStored += written.size;
-            m_result.content.reserve(m_tree.entries.size());
-            for (const TreeEntry& entry : std::as_const(m_tree.entries)) {
-                StoredContent item = entry.item;
-                // Where the data is described; a legacy reader that took it
-                // for a file's data would fail on its checksum.
-                if (item.type == StoredContent::File)
-                    item.object = tree;
-                m_result.content.append(item);
-            }
+            TreeChanges::between(&m_previous, m_tree.entries, tree, &m_result.content, &m_result.removed);
             return true;
         }
         m_result.planResult = PlanResult::Failed;
@@ -628,6 +531,8 @@ void ArchiveBackupJob::report(bool force)
     const qint64 now = m_clock.elapsed();
     if (!m_progress || (!force && m_lastReport >= 0 && now - m_lastReport < 100))
         return;
+    if (m_scan)
+        m_scan->fill(&m_result.totals, false);
     m_lastReport = now;
     m_result.totals.elapsedMs = now;
     m_progress(m_result.totals);

@@ -19,12 +19,14 @@
 
 #include "chunking/chunker.h"
 #include "chunking/chunkidentifier.h"
+#include "progress/transferscan.h"
 #include "repository/pointtree.h"
 #include "runs/fileselection.h"
 #include "runs/runprogress.h"
 #include "storage/storageresult.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
+#include "walk/sourcewalk.h"
 
 namespace NVB::Engine {
 
@@ -41,7 +43,7 @@ class StorageDriver;
 // size, times and inode match the previous point keep its chunk lists
 // unread. Runs on a worker thread and touches only the file system and the
 // storage.
-class ArchiveBackupJob
+class ArchiveBackupJob : private SourceWalk::Visitor
 {
 public:
     struct Parameters
@@ -79,7 +81,12 @@ public:
     {
         int planResult = 0;
         QString message;
+        // The new point as its changes since the previous one (see
+        // ContentChanges): new or changed entries, paths no longer held, and
+        // whether the previous point could not be read at all.
         QList<StoredContent> content;
+        QStringList removed;
+        bool replacesAll = false;
         QList<RunFileRecord> files;
         RunProgress totals;
         // What the run read from the sources, what of it the generation did
@@ -104,7 +111,13 @@ private:
     // (and no cache used) when the store fails.
     bool syncCache();
     bool isKnown(const QByteArray& id);
-    void walk(const QString& folder, dev_t device, const std::atomic_bool& stop);
+    // SourceWalk::Visitor
+    bool stopped() const override;
+    void failed(const QString& path, const QString& message) override;
+    void file(const QString& path, const struct stat& info, bool followedLink) override;
+    void link(const QString& path, const struct stat& info, const QString& target) override;
+    void enterFolder(const QString& path, const struct stat& info, bool isRoot) override;
+    void leaveFolder(const QString& path, const struct stat& info, bool isRoot) override;
     void takeItem(const QString& path, int type, const struct stat& info, const QString& linkTarget = {});
     void takeFile(const QString& path, const struct stat& seen, bool followLink, const std::atomic_bool& stop);
     // Reads and chunks one open file; false when stopped or failed.
@@ -116,11 +129,13 @@ private:
     bool finish(const std::atomic_bool& stop);
     void fail(const QString& path, const QString& message, bool counted = false);
     void failStorage(const QString& message);
-    bool isNeverTaken(const QString& path) const;
     void report(bool force);
 
     Parameters m_parameters;
     FileSelection m_selection;
+    SourceWalk m_walk;
+    const std::atomic_bool* m_stop = nullptr;
+    std::unique_ptr<TransferScan> m_scan;
     std::unique_ptr<StorageDriver> m_ownDriver;
     StorageDriver* m_driver = nullptr;
     std::unique_ptr<Repository> m_repository;
@@ -143,7 +158,6 @@ private:
     PointTree m_tree;
     std::vector<char> m_block; // one read
     QByteArray m_buffer; // the unfinished chunk and the last read
-    bool m_oneFileSystem = false;
     bool m_stopped = false;
     QString m_storageError;
     Result m_result;

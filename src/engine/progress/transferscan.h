@@ -1,20 +1,22 @@
 #pragma once
 
 #include <atomic>
-#include <functional>
 #include <optional>
+#include <thread>
 
-#include <QString>
-#include <QStringList>
+#include "runs/runprogress.h"
+#include "walk/sourcewalk.h"
 
 namespace NVB::Engine {
 
 class FileSelection;
 
-// A quick walk over a plan's sources before anything is copied: it counts the
-// files and bytes the run will take, so that progress can be told as a share
-// of the whole and a time left. It reads only names and sizes.
-class TransferScan
+// Counts the files and bytes a run will take, so that progress can be told
+// as a share of the whole and a time left. It runs on a thread of its own
+// beside the run instead of before it: the run need not walk the tree twice
+// before it copies anything, and on a tree that did not change the count
+// costs no wall time. It reads only names and sizes.
+class TransferScan : private SourceWalk::Visitor
 {
 public:
     struct Totals
@@ -23,11 +25,36 @@ public:
         qint64 size = 0;
     };
 
-    // `neverTaken` answers true for paths the job leaves out on its own
-    // (its storage, the engine's data); `oneFileSystem` unset means "only
-    // for the root folder /", as the backup job decides.
-    static Totals count(const FileSelection& selection, const std::function<bool(const QString&)>& neverTaken,
-        std::optional<bool> oneFileSystem, bool followFileSymlinks, const std::atomic_bool& stop);
+    // `selection` must outlive the scan.
+    TransferScan(const FileSelection& selection, SourceWalk::Options options);
+    // Ends a count still running, at its next item.
+    ~TransferScan() override;
+    TransferScan(const TransferScan&) = delete;
+    TransferScan& operator=(const TransferScan&) = delete;
+
+    // Starts counting; `stop` ends the count as it ends the run.
+    void start(const std::atomic_bool& stop);
+    // The totals once the whole selection is counted.
+    std::optional<Totals> totals() const;
+    // Puts the totals into `progress` once they are known. At the run's end
+    // (`ended`) a count not yet finished is of no use any more: the run's own
+    // figures are the totals.
+    void fill(RunProgress* progress, bool ended) const;
+
+private:
+    bool stopped() const override;
+    void failed(const QString&, const QString&) override { } // the run reports what it cannot read
+    void file(const QString& path, const struct stat& info, bool followedLink) override;
+    void link(const QString&, const struct stat&, const QString&) override { }
+    void enterFolder(const QString&, const struct stat&, bool) override { }
+    void leaveFolder(const QString&, const struct stat&, bool) override { }
+
+    SourceWalk m_walk;
+    const std::atomic_bool* m_stop = nullptr;
+    std::atomic_bool m_cancel {false};
+    std::atomic_bool m_done {false};
+    Totals m_totals;
+    std::thread m_thread;
 };
 
 } // namespace NVB::Engine

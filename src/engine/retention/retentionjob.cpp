@@ -15,6 +15,7 @@
 #include "runs/folderhandle.h"
 #include "runs/objectencoding.h"
 #include "store/repositorystore.h"
+#include "store/restorepointremoval.h"
 #include "store/storedatabase.h"
 
 namespace NVB::Engine {
@@ -56,7 +57,7 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
     const RetentionPlanner::Result plan = RetentionPlanner::plan(points, rules, now, baseOf);
     if (plan.objects.isEmpty())
         return result;
-    if (!repository.removeFromRestorePoints(plan.pathsByPoint, plan.points)) {
+    if (!RestorePointRemoval(database).removeFromRestorePoints(plan.pathsByPoint, plan.points)) {
         result.error = database.lastError();
         return result;
     }

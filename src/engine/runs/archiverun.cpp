@@ -55,7 +55,8 @@ RunWork ArchiveRun::backup(const ActiveRun& active, const FileBackupJob::Paramet
               ArchiveBackupJob job(archive, selection);
               auto result = job.run(stop, report);
               RunOutcome outcome = RunPreparation::outcomeOf(result);
-              outcome.content = std::move(result.content);
+              outcome.changes = ContentChanges {
+                  std::move(result.content), std::move(result.removed), QStringList(), result.replacesAll};
               outcome.bytesRead = result.bytesRead;
               outcome.bytesNew = result.bytesNew;
               outcome.bytesStored = result.bytesStored;

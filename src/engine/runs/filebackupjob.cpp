@@ -19,12 +19,17 @@
 #include "filters/inusecheck.h"
 #include "progress/transferscan.h"
 #include "records/plan/planresult.h"
+#include "runverdict.h"
 
 namespace NVB::Engine {
 
 using NVB::Info::Plan::PlanResult;
 
 namespace {
+
+// Entries written to the store at once: large enough that a transaction
+// costs little per entry, small enough to keep the run's memory flat.
+constexpr int StageBatch = 4096;
 
 qint64 nanoseconds(const struct timespec& time)
 {
@@ -34,18 +39,6 @@ qint64 nanoseconds(const struct timespec& time)
 QDateTime fromTimespec(const struct timespec& time)
 {
     return QDateTime::fromMSecsSinceEpoch(qint64(time.tv_sec) * 1000 + time.tv_nsec / 1000000, Qt::UTC);
-}
-
-QString childPath(const QString& folder, const QString& name)
-{
-    return folder == QLatin1String("/") ? QLatin1Char('/') + name : folder + QLatin1Char('/') + name;
-}
-
-bool isBelowOrSame(const QString& path, const QString& root)
-{
-    if (root == QLatin1String("/"))
-        return true;
-    return path == root || (path.startsWith(root) && path.at(root.size()) == QLatin1Char('/'));
 }
 
 // What must not move while a file is read for its copy to be good.
@@ -67,16 +60,9 @@ void takeOwnership(const struct stat& info, StoredContent* item)
 FileBackupJob::FileBackupJob(Parameters parameters, FileSelection selection)
     : m_parameters(std::move(parameters))
     , m_selection(std::move(selection))
-{
-    for (QString& path : m_parameters.neverTaken)
-        path = QDir::cleanPath(path);
-}
-
-bool FileBackupJob::isNeverTaken(const QString& path) const
-{
-    return std::any_of(m_parameters.neverTaken.cbegin(), m_parameters.neverTaken.cend(),
-        [&path](const QString& folder) { return isBelowOrSame(path, folder); });
-}
+    , m_walk(m_selection,
+          SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken, m_parameters.skipSymlinks})
+{ }
 
 FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
 {
@@ -107,53 +93,16 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         return std::move(m_result);
     }
 
-    const auto planned = TransferScan::count(
-        m_selection, [this](const QString& path) { return isNeverTaken(path); }, m_parameters.oneFileSystem,
-        m_parameters.followFileSymlinks, stop);
-    m_result.totals.totalCount = planned.count;
-    m_result.totals.totalSize = planned.size;
+    m_scan = std::make_unique<TransferScan>(m_selection,
+        SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken, m_parameters.skipSymlinks});
+    m_scan->start(stop);
     m_result.totals.transferStartMs = m_clock.elapsed();
     report(true);
     const QStringList previousParents = m_parameters.previousParents;
     m_unvisitedParents = QSet<QString>(previousParents.cbegin(), previousParents.cend());
-    // Roots are compared with the previous point's entries of their parent
-    // folders, which the walk itself never reads.
-    QHash<QString, PreviousEntries> rootParents;
-    const QStringList roots = m_selection.roots();
-    for (const QString& root : roots) {
-        if (stop || m_stopped)
-            break;
-        if (!root.startsWith(QLatin1Char('/'))) {
-            fail(root, QStringLiteral("The source %1 is not an absolute path").arg(root));
-            continue;
-        }
-        if (m_selection.isExcludedPath(root))
-            continue;
-        // A root was chosen on purpose: a link there is followed.
-        struct stat info
-        {
-        };
-        if (::stat(NVL::ByteName::encode(root).constData(), &info) != 0) {
-            fail(root, QStringLiteral("The source %1 does not exist").arg(root));
-            continue;
-        }
-        if (isNeverTaken(root))
-            continue;
-        StoredContent rootItem;
-        rootItem.path = root;
-        const QString parent = rootItem.parentPath();
-        if (!rootParents.contains(parent))
-            rootParents.insert(parent, previousBelow(parent));
-        PreviousEntries& previous = rootParents[parent];
-        if (S_ISDIR(info.st_mode)) {
-            m_oneFileSystem = m_parameters.oneFileSystem.value_or(root == QLatin1String("/"));
-            takeFolder(root, info, previous);
-            walk(root, info.st_dev, stop);
-        } else if (S_ISREG(info.st_mode)) {
-            takeFile(root, info, true, stop, previous);
-        }
-    }
-    for (const PreviousEntries& previous : std::as_const(rootParents))
+    m_stop = &stop;
+    m_walk.walk(*this);
+    for (const auto& [parent, previous] : m_rootParents)
         dropUnseen(previous);
     // Folders the walk never reached are gone, or no longer taken.
     for (const QString& parent : std::as_const(m_unvisitedParents))
@@ -166,28 +115,13 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
 {
     RunProgress& totals = m_result.totals;
     totals.scanning = false;
+    // The count is of no use once the walk has ended.
+    if (m_scan)
+        m_scan->fill(&totals, true);
+    m_scan.reset();
     totals.currentFile.clear();
-    const qint64 stored = totals.scannedCount - totals.failedCount;
-    if (!m_storageError.isEmpty()) {
-        m_result.planResult = PlanResult::Failed;
-        m_result.message = m_storageError;
-    } else if (stop || m_stopped) {
-        m_result.planResult = PlanResult::Interrupted;
-        m_result.message = QStringLiteral("The run was stopped");
-    } else if (totals.scannedCount == 0 && totals.failedCount == 0) {
-        m_result.planResult = PlanResult::Warning;
-        m_result.message = QStringLiteral("The selection holds no files to back up");
-    } else if (stored <= 0) {
-        m_result.planResult = PlanResult::Failed;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("None of the files could be backed up");
-    } else if (totals.failedCount > 0 || m_result.unsteadyCount > 0) {
-        m_result.planResult = PlanResult::Warning;
-        if (m_result.message.isEmpty())
-            m_result.message = QStringLiteral("%1 files could not be backed up").arg(totals.failedCount);
-    } else {
-        m_result.planResult = PlanResult::Success;
-    }
+    m_result.planResult
+        = RunVerdict::judge(totals, m_storageError, stop || m_stopped, m_result.unsteadyCount, &m_result.message);
 
     if (m_result.planResult == PlanResult::Success || m_result.planResult == PlanResult::Warning) {
         // Every copy reaches the disk before the restore point that names it
@@ -212,71 +146,77 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
     report(true);
 }
 
-void FileBackupJob::walk(const QString& folder, dev_t device, const std::atomic_bool& stop)
+bool FileBackupJob::stopped() const
 {
-    DIR* dir = ::opendir(NVL::ByteName::encode(folder).constData());
-    if (!dir) {
-        fail(folder, QStringLiteral("Cannot read the folder %1").arg(folder));
-        return;
-    }
-    PreviousEntries previous = previousBelow(folder);
-    QList<QPair<QString, struct stat>> folders;
-    while (const dirent* entry = ::readdir(dir)) {
-        if (stop || m_stopped)
-            break;
-        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
-            continue;
-        const QString name = NVL::ByteName::decode(entry->d_name);
-        const QString path = childPath(folder, name);
-        struct stat info
-        {
-        };
-        if (::fstatat(::dirfd(dir), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
-            fail(path, QStringLiteral("Cannot read %1").arg(path));
-            continue;
-        }
-        if (m_selection.isExcludedPath(path) || isNeverTaken(path))
-            continue;
-        bool followLink = false;
-        if (S_ISLNK(info.st_mode) && m_parameters.skipSymlinks)
-            continue;
-        if (S_ISLNK(info.st_mode)) {
-            // Folders behind links are never entered: that is how loops and
-            // surprise trees stay out of a backup. A link is kept as a link,
-            // unless links to files are to be followed.
-            struct stat target
-            {
-            };
-            if (!m_parameters.followFileSymlinks || ::fstatat(::dirfd(dir), entry->d_name, &target, 0) != 0
-                || !S_ISREG(target.st_mode)) {
-                if (m_selection.takesFile(name))
-                    takeLink(path, ::dirfd(dir), entry->d_name, info, previous);
-                continue;
-            }
-            info = target;
-            followLink = true;
-        }
-        if (S_ISDIR(info.st_mode)) {
-            if (m_oneFileSystem && info.st_dev != device)
-                continue;
-            if (!m_selection.skipsFolder(name))
-                folders.append({path, info});
-        } else if (S_ISREG(info.st_mode) && m_selection.takesFile(name)) {
-            takeFile(path, info, followLink, stop, previous);
-        }
-    }
-    ::closedir(dir);
+    return *m_stop || m_stopped;
+}
 
-    for (const auto& [path, info] : std::as_const(folders)) {
-        if (stop || m_stopped)
-            return;
-        const qint64 before = m_kept;
-        walk(path, device, stop);
-        // A folder with nothing taken below it is kept only when asked to.
-        if (m_parameters.backupEmptyFolders || m_kept > before)
-            takeFolder(path, info, previous);
-    }
-    dropUnseen(previous);
+void FileBackupJob::failed(const QString& path, const QString& message)
+{
+    fail(path, message);
+}
+
+void FileBackupJob::beginRoot(const QString& root)
+{
+    // Roots are compared with the previous point's entries of their parent
+    // folders, which the walk itself never reads.
+    StoredContent rootItem;
+    rootItem.path = root;
+    const QString parent = rootItem.parentPath();
+    auto it = m_rootParents.find(parent);
+    if (it == m_rootParents.end())
+        it = m_rootParents.emplace(parent, previousBelow(parent)).first;
+    m_rootPrevious = &it->second;
+}
+
+FileBackupJob::PreviousEntries& FileBackupJob::currentPrevious()
+{
+    return m_previousStack.empty() ? *m_rootPrevious : m_previousStack.back();
+}
+
+void FileBackupJob::file(const QString& path, const struct stat& info, bool followedLink)
+{
+    takeFile(path, info, followedLink, *m_stop, currentPrevious());
+}
+
+void FileBackupJob::link(const QString& path, const struct stat& info, const QString& target)
+{
+    StoredContent link;
+    link.path = path;
+    link.type = StoredContent::Link;
+    link.modifiedUtc = fromTimespec(info.st_mtim);
+    link.modifiedNs = nanoseconds(info.st_mtim);
+    link.linkTarget = target;
+    takeOwnership(info, &link);
+    keep(link, currentPrevious());
+}
+
+void FileBackupJob::enterFolder(const QString& path, const struct stat& info, bool isRoot)
+{
+    if (isRoot)
+        takeFolder(path, info, currentPrevious());
+    m_keptBefore.push_back(m_kept);
+}
+
+void FileBackupJob::leaveFolder(const QString& path, const struct stat& info, bool isRoot)
+{
+    const qint64 before = m_keptBefore.back();
+    m_keptBefore.pop_back();
+    // A folder with nothing taken below it is kept only when asked to.
+    if (!isRoot && (m_parameters.backupEmptyFolders || m_kept > before))
+        takeFolder(path, info, currentPrevious());
+}
+
+void FileBackupJob::folderOpened(const QString& folder)
+{
+    m_previousStack.push_back(previousBelow(folder));
+}
+
+void FileBackupJob::folderClosed(const QString& folder)
+{
+    Q_UNUSED(folder)
+    dropUnseen(m_previousStack.back());
+    m_previousStack.pop_back();
 }
 
 FileBackupJob::PreviousEntries FileBackupJob::previousBelow(const QString& folder)
@@ -308,6 +248,13 @@ void FileBackupJob::keep(const StoredContent& item, PreviousEntries& previous)
             return;
     }
     m_result.content.append(item);
+    if (m_parameters.stageContent && m_result.content.size() >= StageBatch && m_storageError.isEmpty()) {
+        if (!m_parameters.stageContent(m_result.content)) {
+            m_storageError = QStringLiteral("The run's entries cannot be recorded in the engine's store");
+            m_stopped = true;
+        }
+        m_result.content.clear();
+    }
 }
 
 void FileBackupJob::dropUnseen(const PreviousEntries& previous)
@@ -325,26 +272,6 @@ void FileBackupJob::takeFolder(const QString& path, const struct stat& info, Pre
     folder.modifiedNs = nanoseconds(info.st_mtim);
     takeOwnership(info, &folder);
     keep(folder, previous);
-}
-
-void FileBackupJob::takeLink(
-    const QString& path, int folder, const char* name, const struct stat& info, PreviousEntries& previous)
-{
-    QByteArray target(int(info.st_size > 0 ? info.st_size : 255) + 1, Qt::Uninitialized);
-    const ssize_t length = ::readlinkat(folder, name, target.data(), size_t(target.size()));
-    if (length < 0 || length >= target.size()) {
-        fail(path, QStringLiteral("Cannot read the link %1").arg(path));
-        return;
-    }
-    target.resize(int(length));
-    StoredContent link;
-    link.path = path;
-    link.type = StoredContent::Link;
-    link.modifiedUtc = fromTimespec(info.st_mtim);
-    link.modifiedNs = nanoseconds(info.st_mtim);
-    link.linkTarget = NVL::ByteName::decode(target);
-    takeOwnership(info, &link);
-    keep(link, previous);
 }
 
 bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent& now)
@@ -618,6 +545,8 @@ void FileBackupJob::report(bool force)
     const qint64 now = m_clock.elapsed();
     if (!m_progress || (!force && m_lastReport >= 0 && now - m_lastReport < 100))
         return;
+    if (m_scan)
+        m_scan->fill(&m_result.totals, false);
     m_lastReport = now;
     m_result.totals.elapsedMs = now;
     m_progress(m_result.totals);

@@ -2,9 +2,11 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
+#include <vector>
 
 #include <QDateTime>
 #include <QElapsedTimer>
@@ -20,9 +22,11 @@
 #include "fileselection.h"
 #include "folderhandle.h"
 #include "objectencoding.h"
+#include "progress/transferscan.h"
 #include "runprogress.h"
 #include "store/runfilerecord.h"
 #include "store/storedcontent.h"
+#include "walk/sourcewalk.h"
 
 namespace NVB::Engine {
 
@@ -30,7 +34,7 @@ namespace NVB::Engine {
 // what changed since the previous restore point below `storageRoot` and
 // answers the new restore point's content. Runs on a worker thread; touches
 // nothing but the file system and its own members.
-class FileBackupJob
+class FileBackupJob : private SourceWalk::Visitor
 {
 public:
     struct Parameters
@@ -71,6 +75,10 @@ public:
         // version is stored again; -1: any.
         int fullAbovePercent = -1;
         BlockBase::MapLookup blockMap;
+        // Set: new and changed entries go here in batches while the run
+        // walks (false: they could not be kept, and the run fails) instead
+        // of all into Result::content.
+        std::function<bool(const QList<StoredContent>&)> stageContent;
     };
 
     struct Result
@@ -104,15 +112,25 @@ private:
     // The previous point's entries of one folder, by path.
     using PreviousEntries = QHash<QString, StoredContent>;
 
-    void walk(const QString& folder, dev_t device, const std::atomic_bool& stop);
+    // SourceWalk::Visitor
+    bool stopped() const override;
+    void failed(const QString& path, const QString& message) override;
+    void file(const QString& path, const struct stat& info, bool followedLink) override;
+    void link(const QString& path, const struct stat& info, const QString& target) override;
+    void beginRoot(const QString& root) override;
+    void enterFolder(const QString& path, const struct stat& info, bool isRoot) override;
+    void leaveFolder(const QString& path, const struct stat& info, bool isRoot) override;
+    void folderOpened(const QString& folder) override;
+    void folderClosed(const QString& folder) override;
+
+    // The previous point's entries of the folder being read.
+    PreviousEntries& currentPrevious();
     PreviousEntries previousBelow(const QString& folder);
     // Counts `item` into the new point; records it unless the previous
     // point holds the same.
     void keep(const StoredContent& item, PreviousEntries& previous);
     void dropUnseen(const PreviousEntries& previous);
     void takeFolder(const QString& path, const struct stat& info, PreviousEntries& previous);
-    void takeLink(
-        const QString& path, int folder, const char* name, const struct stat& info, PreviousEntries& previous);
     void takeFile(const QString& path, const struct stat& info, bool followLink, const std::atomic_bool& stop,
         PreviousEntries& previous);
     struct CachedFolder
@@ -131,18 +149,25 @@ private:
     void fail(const QString& path, const QString& message, bool counted = false);
     void skipInUse(const QString& path);
     void failStorage(const QString& path, const QString& message);
-    bool isNeverTaken(const QString& path) const;
     void finishResult(const std::atomic_bool& stop);
 
     Parameters m_parameters;
     FileSelection m_selection;
+    SourceWalk m_walk;
+    const std::atomic_bool* m_stop = nullptr;
+    std::unique_ptr<TransferScan> m_scan;
+    // The previous point's entries of the roots' parents, and of every
+    // folder being walked, innermost last; what was kept before each.
+    std::map<QString, PreviousEntries> m_rootParents;
+    PreviousEntries* m_rootPrevious = nullptr;
+    std::vector<PreviousEntries> m_previousStack;
+    std::vector<qint64> m_keptBefore;
     FolderHandle m_storage;
     FolderHandle m_runFolder;
     CachedFolder m_objectFolder; // of the last reused copy, below m_storage
     CachedFolder m_targetFolder; // of the last copy, below m_runFolder
     bool m_stopped = false; // by the user, or by a storage error
     QString m_storageError;
-    bool m_oneFileSystem = false;
     Result m_result;
     QSet<QString> m_unvisitedParents;
     qint64 m_kept = 0;

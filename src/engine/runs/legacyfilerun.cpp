@@ -18,6 +18,7 @@
 #include "records/plan/factory.h"
 #include "records/plan/restorefile.h"
 #include "runpreparation.h"
+#include "store/contentstaging.h"
 #include "store/enginestore.h"
 #include "store/repositorystore.h"
 #include "store/storedatabase.h"
@@ -55,8 +56,8 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
     const QString storeFile = store->filePath();
     const QString storageRoot = parameters.storageRoot;
     RunWork work = [report, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
-                       previousGeneration, storeFile, password, keyBytes,
-                       keyChanged](const std::atomic_bool& stop) mutable {
+                       previousGeneration, storeFile, password, keyBytes, keyChanged,
+                       runId = active.run.id](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
         // The previous point is read a folder at a time, on this worker's
         // own connection. Unreadable, every file is copied again: slow, but
@@ -64,9 +65,15 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
         StoreDatabase database;
         std::optional<RepositoryStore> repository;
         bool replacesAll = false;
+        const bool opened = database.open(storeFile);
+        std::optional<ContentStaging> staging;
+        if (opened) {
+            staging.emplace(database, runId);
+            parameters.stageContent = [&staging](const QList<StoredContent>& batch) { return staging->add(batch); };
+        }
         if (!previousGeneration.isNull()) {
             std::optional<QStringList> parents;
-            if (database.open(storeFile)) {
+            if (opened) {
                 repository.emplace(database);
                 parents = repository->currentParents(previousGeneration);
             }
@@ -129,6 +136,7 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
         RunOutcome outcome = RunPreparation::outcomeOf(result);
         outcome.changes = ContentChanges {
             std::move(result.content), std::move(result.removed), std::move(result.emptiedFolders), replacesAll};
+        outcome.changes->stagedRun = staging && staging->count() > 0 ? runId : 0;
         return outcome;
     };
     QList<qint64> earlierPoints;

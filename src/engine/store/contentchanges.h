@@ -21,6 +21,9 @@ struct ContentChanges
     QStringList emptiedFolders;
     // Nothing of the previous point carries over (it could not be read).
     bool replacesAll = false;
+    // Set: the run (by its id) staged more new or changed entries with
+    // ContentStaging; they count as `added`.
+    qint64 stagedRun = 0;
 };
 
 } // namespace NVB::Engine

@@ -1,5 +1,7 @@
 #include "enginestore.h"
 
+#include "restorepointremoval.h"
+
 namespace NVB::Engine {
 
 EngineStore::EngineStore() = default;
@@ -150,12 +152,12 @@ QList<StoredContent> EngineStore::contentChildren(
 
 bool EngineStore::removeBunch(const QUuid& connectionId, const QUuid& bunchId)
 {
-    return m_repository.removeBunch(connectionId, bunchId);
+    return RestorePointRemoval(m_db).removeBunch(connectionId, bunchId);
 }
 
 bool EngineStore::removeGeneration(const QUuid& generationId)
 {
-    return m_repository.removeGeneration(generationId);
+    return RestorePointRemoval(m_db).removeGeneration(generationId);
 }
 
 } // namespace NVB::Engine

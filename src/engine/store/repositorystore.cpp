@@ -1,9 +1,6 @@
 #include "repositorystore.h"
 
-#include <limits>
-
 #include <QHash>
-#include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
@@ -67,9 +64,6 @@ StoredContent readContent(const QSqlQuery& q)
     c.storedSize = q.value(15).toLongLong();
     return c;
 }
-
-// The content row that still holds in the latest point.
-constexpr qint64 OpenEnd = std::numeric_limits<qint64>::max();
 
 // Ends open rows of a generation before a new point. A row that began after
 // `lastSeq` belonged only to a point deleted since, and goes.
@@ -350,141 +344,6 @@ std::optional<QString> RepositoryStore::currentObjectEncoded(const QUuid& genera
     return q.value(0).toString();
 }
 
-bool RepositoryStore::removeBunch(const QUuid& connectionId, const QUuid& bunchId)
-{
-    return m_db.transaction([&] {
-        QSqlDatabase db = m_db.database();
-        QSqlQuery g(db);
-        g.prepare(QStringLiteral("DELETE FROM generations WHERE connection_id=? AND bunch_id=?"));
-        g.addBindValue(text(connectionId));
-        g.addBindValue(text(bunchId));
-        QSqlQuery b(db);
-        b.prepare(QStringLiteral("DELETE FROM bunches WHERE connection_id=? AND id=?"));
-        b.addBindValue(text(connectionId));
-        b.addBindValue(text(bunchId));
-        if (!g.exec() || !b.exec())
-            return m_db.fail(QStringLiteral("Cannot remove the bunch: %1").arg(db.lastError().text()));
-        return b.numRowsAffected() > 0 || m_db.fail(QStringLiteral("No bunch with the id %1").arg(text(bunchId)));
-    });
-}
-
-bool RepositoryStore::removeGeneration(const QUuid& generationId)
-{
-    return m_db.deleteById(QStringLiteral("generations"), generationId, QStringLiteral("generation"),
-        QStringLiteral("No generation with the id %1"));
-}
-
-bool RepositoryStore::removeFromRestorePoints(
-    const QHash<qint64, QStringList>& pathsByPoint, const QList<qint64>& points)
-{
-    return m_db.transaction([&] {
-        QSqlDatabase db = m_db.database();
-        QSqlQuery where(db);
-        where.prepare(QStringLiteral("SELECT generation_id, sequence FROM restore_points WHERE id=?"));
-        QSet<QString> touched;
-        auto locate = [&](qint64 point, QString* generation, qint64* sequence) {
-            where.addBindValue(point);
-            if (!where.exec() || !where.next())
-                return false;
-            *generation = where.value(0).toString();
-            *sequence = where.value(1).toLongLong();
-            touched.insert(*generation);
-            return true;
-        };
-
-        // A row holds for a range of the generation's points: taking a path
-        // out of one point splits its row around that point, keeping only
-        // the parts that some other point still reads.
-        QSqlQuery row(db);
-        row.prepare(QStringLiteral("SELECT first_seq, last_seq, "
-                                   "EXISTS(SELECT 1 FROM restore_points r WHERE r.generation_id=c.generation "
-                                   "AND r.sequence>=c.first_seq AND r.sequence<?), "
-                                   "EXISTS(SELECT 1 FROM restore_points r WHERE r.generation_id=c.generation "
-                                   "AND r.sequence>? AND r.sequence<=c.last_seq) "
-                                   "FROM contents c WHERE generation=? AND path=? AND first_seq<=? AND last_seq>=?"));
-        QSqlQuery after(db);
-        after.prepare(QStringLiteral(
-            "INSERT INTO contents(generation, path, first_seq, last_seq, parent, name, type, modified_utc, size, "
-            "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, "
-            "stored_size) SELECT generation, path, ?, last_seq, parent, name, type, modified_utc, size, deleted, "
-            "object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size "
-            "FROM contents WHERE generation=? AND path=? AND first_seq=?"));
-        QSqlQuery before(db);
-        before.prepare(QStringLiteral("UPDATE contents SET last_seq=? WHERE generation=? AND path=? AND first_seq=?"));
-        QSqlQuery drop(db);
-        drop.prepare(QStringLiteral("DELETE FROM contents WHERE generation=? AND path=? AND first_seq=?"));
-        auto fail = [this](const QSqlQuery& q) {
-            return m_db.fail(QStringLiteral("Cannot remove from a restore point: %1").arg(q.lastError().text()));
-        };
-        for (auto it = pathsByPoint.cbegin(); it != pathsByPoint.cend(); ++it) {
-            QString generation;
-            qint64 sequence = 0;
-            if (!locate(it.key(), &generation, &sequence))
-                return m_db.fail(QStringLiteral("No restore point with the id %1").arg(it.key()));
-            for (const QString& path : it.value()) {
-                for (const QVariant& value : {QVariant(sequence), QVariant(sequence), QVariant(generation), str(path),
-                         QVariant(sequence), QVariant(sequence)})
-                    row.addBindValue(value);
-                if (!row.exec())
-                    return fail(row);
-                if (!row.next())
-                    continue;
-                const qint64 first = row.value(0).toLongLong();
-                const bool keepBefore = row.value(2).toBool();
-                const bool keepAfter = row.value(3).toBool();
-                row.finish();
-                if (keepAfter) {
-                    for (const QVariant& value :
-                        {QVariant(sequence + 1), QVariant(generation), str(path), QVariant(first)})
-                        after.addBindValue(value);
-                    if (!after.exec())
-                        return fail(after);
-                }
-                QSqlQuery& change = keepBefore ? before : drop;
-                if (keepBefore)
-                    change.addBindValue(sequence - 1);
-                for (const QVariant& value : {QVariant(generation), str(path), QVariant(first)})
-                    change.addBindValue(value);
-                if (!change.exec())
-                    return fail(change);
-            }
-        }
-
-        QSqlQuery p(db);
-        p.prepare(QStringLiteral("DELETE FROM restore_points WHERE id=?"));
-        for (qint64 point : points) {
-            QString generation;
-            qint64 sequence = 0;
-            if (!locate(point, &generation, &sequence))
-                continue;
-            p.addBindValue(point);
-            if (!p.exec())
-                return m_db.fail(QStringLiteral("Cannot remove a restore point: %1").arg(p.lastError().text()));
-        }
-
-        // Rows no remaining point reads go; rows of a generation's latest
-        // point stay open-ended, so the next run keeps them by not naming them.
-        QSqlQuery orphans(db);
-        orphans.prepare(QStringLiteral("DELETE FROM contents WHERE generation=? AND NOT EXISTS(SELECT 1 FROM "
-                                       "restore_points r WHERE r.generation_id=contents.generation "
-                                       "AND r.sequence>=contents.first_seq AND r.sequence<=contents.last_seq)"));
-        QSqlQuery reopen(db);
-        reopen.prepare(QStringLiteral("UPDATE contents SET last_seq=? WHERE generation=? AND last_seq<>? AND "
-                                      "last_seq>=(SELECT MAX(sequence) FROM restore_points WHERE generation_id=?)"));
-        for (const QString& generation : std::as_const(touched)) {
-            orphans.addBindValue(generation);
-            if (!orphans.exec())
-                return fail(orphans);
-            for (const QVariant& value :
-                {QVariant(OpenEnd), QVariant(generation), QVariant(OpenEnd), QVariant(generation)})
-                reopen.addBindValue(value);
-            if (!reopen.exec())
-                return fail(reopen);
-        }
-        return true;
-    });
-}
-
 qint64 RepositoryStore::insertPointRow(const StoredBunch& bunch, const StoredRestorePoint& point)
 {
     QSqlDatabase db = m_db.database();
@@ -633,15 +492,56 @@ qint64 RepositoryStore::insertRestorePoint(
                 ok = ok && rows.close(OpenRows::Path, path);
             for (const StoredContent& item : changes.added)
                 ok = ok && rows.close(OpenRows::Path, item.path);
+            if (changes.stagedRun > 0)
+                ok = ok && closeStaged(generation, point.sequenceNumber - 1, changes.stagedRun);
         }
         if (!ok)
             return 0;
     }
+    if (changes.stagedRun > 0 && !insertStaged(generation, point.sequenceNumber, changes.stagedRun))
+        return 0;
     QList<const StoredContent*> items;
     items.reserve(changes.added.size());
     for (const StoredContent& item : changes.added)
         items.append(&item);
     return insertContent(generation, point.sequenceNumber, items) ? pointId : 0;
+}
+
+bool RepositoryStore::closeStaged(const QString& generation, qint64 lastSeq, qint64 runId)
+{
+    // As OpenRows does path by path, for every staged path at once.
+    QSqlQuery end(m_db.database());
+    QSqlQuery drop(m_db.database());
+    const QString where = QStringLiteral(" WHERE generation=? AND last_seq=? AND path IN "
+                                         "(SELECT path FROM staged_contents WHERE run_id=?) AND first_seq");
+    if (!end.prepare(QStringLiteral("UPDATE contents SET last_seq=?") + where + QStringLiteral("<=?"))
+        || !drop.prepare(QStringLiteral("DELETE FROM contents") + where + QStringLiteral(">?")))
+        return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(end.lastError().text()));
+    end.addBindValue(lastSeq);
+    for (QSqlQuery* q : {&end, &drop}) {
+        for (const QVariant& value : {QVariant(generation), QVariant(OpenEnd), QVariant(runId), QVariant(lastSeq)})
+            q->addBindValue(value);
+        if (!q->exec())
+            return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(q->lastError().text()));
+    }
+    return true;
+}
+
+bool RepositoryStore::insertStaged(const QString& generation, qint64 sequence, qint64 runId)
+{
+    QSqlQuery q(m_db.database());
+    q.prepare(QStringLiteral(
+        "INSERT INTO contents(generation, path, first_seq, last_seq, parent, name, type, modified_utc, size, "
+        "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, "
+        "stored_size) SELECT ?, path, ?, ?, parent, name, type, modified_utc, size, deleted, object, checksum, "
+        "modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size "
+        "FROM staged_contents WHERE run_id=?"));
+    for (const QVariant& value : {QVariant(generation), QVariant(sequence), QVariant(OpenEnd), QVariant(runId)})
+        q.addBindValue(value);
+    if (!q.exec())
+        return m_db.fail(
+            QStringLiteral("Cannot record the content of the restore point: %1").arg(q.lastError().text()));
+    return true;
 }
 
 } // namespace NVB::Engine

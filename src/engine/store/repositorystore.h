@@ -22,7 +22,7 @@ namespace NVB::Engine {
 class StoreDatabase;
 
 // The repository: `bunches`, `generations`, `restore_points` and their
-// `contents`.
+// `contents`, read and recorded; RestorePointRemoval takes them out.
 class RepositoryStore
 {
 public:
@@ -53,12 +53,6 @@ public:
     std::optional<QString> currentObjectEncoded(const QUuid& generationId, int encodingMask);
     // The children of `parent` in a restore point, a page at a time.
     QList<StoredContent> contentChildren(qint64 restorePointRowId, const QString& parent, int offset, int limit);
-    bool removeBunch(const QUuid& connectionId, const QUuid& bunchId);
-    bool removeGeneration(const QUuid& generationId);
-    // In one transaction: the listed paths out of their restore points, then
-    // the listed points whole (their content with them).
-    bool removeFromRestorePoints(const QHash<qint64, QStringList>& pathsByPoint, const QList<qint64>& points);
-
     // Inside a caller's transaction: the bunch, the generation's figures,
     // the restore point and its content. Answers the point's row, 0 on error.
     qint64 insertRestorePoint(
@@ -71,6 +65,10 @@ private:
     qint64 insertPointRow(const StoredBunch& bunch, const StoredRestorePoint& point);
     bool hasContent(const QString& generation);
     bool insertContent(const QString& generation, qint64 sequence, const QList<const StoredContent*>& items);
+    // Ends the open rows of the paths a run staged, and moves its staged
+    // rows into the point.
+    bool closeStaged(const QString& generation, qint64 lastSeq, qint64 runId);
+    bool insertStaged(const QString& generation, qint64 sequence, qint64 runId);
 
     StoreDatabase& m_db;
     // Prepared once: a run asks for every folder of its tree.

@@ -73,10 +73,18 @@ bool RunStore::finishRun(const RunRecord& run, const QList<RunFileRecord>& files
                 return false;
             if (!PlanStore(m_db).writeSummary(summary))
                 return false;
-            if (!withPoint)
-                return true;
-            made = insertPoint();
-            return made > 0;
+            if (withPoint) {
+                made = insertPoint();
+                if (made <= 0)
+                    return false;
+            }
+            // Whatever the run staged is in its point now, or goes with a
+            // run that made none.
+            QSqlQuery staged(db);
+            staged.prepare(QStringLiteral("DELETE FROM staged_contents WHERE run_id=?"));
+            staged.addBindValue(run.id);
+            return staged.exec()
+                || m_db.fail(QStringLiteral("Cannot drop the run's staged entries: %1").arg(staged.lastError().text()));
         },
         withPoint);
     if (ok && pointRowId)
@@ -117,6 +125,9 @@ int RunStore::closeInterruptedRuns(int runningResult, int interruptedResult, int
         if (!q.exec())
             return m_db.fail(q.lastError().text());
         count = q.numRowsAffected();
+        // Entries of runs that never committed.
+        if (!m_db.exec(QStringLiteral("DELETE FROM staged_contents")))
+            return false;
         return PlanStore(m_db).setEveryStatus(idleStatus);
     });
     return count;

@@ -129,6 +129,16 @@ QVector<StoreMigrations::Migration> build()
         {QStringLiteral("CREATE TABLE block_maps(object TEXT PRIMARY KEY, checksum BLOB NOT NULL, "
                         "encoding INTEGER NOT NULL, block_size INTEGER NOT NULL, size INTEGER NOT NULL, "
                         "hashes BLOB NOT NULL) WITHOUT ROWID")}});
+    // 16: a backup run writes its new and changed entries here while it
+    // walks, so that its memory does not grow with the tree; the point's
+    // commit moves them into `contents`.
+    steps.append({16, {QStringLiteral(R"(CREATE TABLE staged_contents(
+        run_id INTEGER NOT NULL, path TEXT NOT NULL, parent TEXT NOT NULL, name TEXT NOT NULL,
+        type INTEGER NOT NULL, modified_utc TEXT, size INTEGER NOT NULL, deleted INTEGER NOT NULL,
+        object TEXT NOT NULL, checksum BLOB NOT NULL, modified_ns INTEGER NOT NULL, changed_ns INTEGER NOT NULL,
+        inode INTEGER NOT NULL, mode INTEGER NOT NULL, owner INTEGER NOT NULL, grp INTEGER NOT NULL,
+        link_target TEXT NOT NULL, encoding INTEGER NOT NULL, stored_size INTEGER NOT NULL,
+        PRIMARY KEY(run_id, path)) WITHOUT ROWID)")}});
     return steps;
 }
 

@@ -14,4 +14,7 @@ QVariant str(const QString& value);
 QVariant stamp(const QDateTime& utc);
 QDateTime readStamp(const QVariant& value);
 
+// The last point of a content row that still holds in the latest point.
+constexpr qint64 OpenEnd = 9223372036854775807;
+
 } // namespace NVB::Engine::StoreValues

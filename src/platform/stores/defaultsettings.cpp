@@ -92,7 +92,8 @@ QMap<QString, QString> DefaultSettings::defaultValues()
         {QStringLiteral("DatabasePath"), QString()},
         // "error", "warning", "info" or "debug".
         {QStringLiteral("LogLevel"), QStringLiteral("info")},
-        // The web proxy of every transfer; the password is enciphered.
+        // The web proxy of cloud transfers, for accounts that use one; the
+        // password is enciphered.
         {QStringLiteral("ProxyEnabled"), QStringLiteral("false")},
         {QStringLiteral("ProxyHost"), QString()},
         {QStringLiteral("ProxyPort"), QStringLiteral("0")},
@@ -128,7 +129,7 @@ void DefaultSettings::load(const QMap<QString, QString>& defaults)
         }
     }
 
-    const auto onChange = [this](const Property&) { return save(); };
+    const auto onChange = [this](const Property& property) { return m_reloading || save(&property); };
     for (auto it = defaults.cbegin(); it != defaults.cend(); ++it) {
         QString value = it.value();
         const QJsonValue storedValue = stored.value(it.key());
@@ -140,11 +141,23 @@ void DefaultSettings::load(const QMap<QString, QString>& defaults)
     }
 }
 
-bool DefaultSettings::save() const
+bool DefaultSettings::save(const Property* changed) const
 {
     QJsonObject object;
-    for (auto it = m_items.cbegin(); it != m_items.cend(); ++it)
-        object.insert(it.key(), it.value()->value());
+    if (changed) {
+        // The console and the engine both write this file: keys the other
+        // wrote since this process loaded it stay as they are.
+        QFile current(m_filePath);
+        if (current.open(QIODevice::ReadOnly)) {
+            const QJsonDocument document = QJsonDocument::fromJson(current.readAll());
+            if (document.isObject())
+                object = document.object();
+        }
+    }
+    for (auto it = m_items.cbegin(); it != m_items.cend(); ++it) {
+        if (!object.contains(it.key()) || it.value() == changed)
+            object.insert(it.key(), it.value()->value());
+    }
 
     QDir().mkpath(QFileInfo(m_filePath).absolutePath());
     QSaveFile file(m_filePath);
@@ -174,6 +187,32 @@ bool DefaultSettings::setValue(const QString& key, const QString& value)
     if (it == m_items.cend())
         return false;
     return it.value()->setValue(value);
+}
+
+QStringList DefaultSettings::reload()
+{
+    QFile file(m_filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (!document.isObject()) {
+        warning() << QStringLiteral("Settings file %1 is damaged (%2); the values in use stay")
+                         .arg(m_filePath, error.errorString());
+        return {};
+    }
+    const QJsonObject stored = document.object();
+    QStringList changed;
+    m_reloading = true;
+    for (auto it = m_items.begin(); it != m_items.end(); ++it) {
+        const QJsonValue storedValue = stored.value(it.key());
+        if (storedValue.isString() && storedValue.toString() != it.value()->value()) {
+            it.value()->setValue(storedValue.toString());
+            changed.append(it.key());
+        }
+    }
+    m_reloading = false;
+    return changed;
 }
 
 void DefaultSettings::setBeforeCommitHookForTest(std::function<void()> hook)
