@@ -10,6 +10,7 @@
 #include "records/plan/planresult.h"
 #include "runs/folderhandle.h"
 #include "runs/objectencoding.h"
+#include "store/contentstaging.h"
 #include "store/repositorystore.h"
 #include "store/storedatabase.h"
 
@@ -82,7 +83,22 @@ ConsistencyCheck::Work ConsistencyCheck::around(
         RunOutcome outcome = work(stop);
         if (outcome.planResult != PlanResult::Success && outcome.planResult != PlanResult::Warning)
             return outcome;
-        QStringList found = problems(storageRoot, outcome.content);
+        // The new point's objects: what the run kept in memory, and what it
+        // staged in the store while it walked.
+        QList<StoredContent> fresh = outcome.content;
+        if (outcome.changes)
+            fresh += outcome.changes->added;
+        QStringList found = problems(storageRoot, fresh);
+        if (outcome.changes && outcome.changes->stagedRun > 0) {
+            StoreDatabase database;
+            const bool read = database.open(storeFile)
+                && ContentStaging::forEachBatch(database, outcome.changes->stagedRun,
+                    [&](const QList<StoredContent>& batch) { found += problems(storageRoot, batch); });
+            if (!read)
+                NVL::NvlDebug(QStringLiteral("NVB")).warning()
+                    << QStringLiteral("The new restore point could not be read for the consistency check: %1")
+                           .arg(database.lastError());
+        }
         if (!earlierPoints.isEmpty()) {
             StoreDatabase database;
             if (database.open(storeFile)) {

@@ -51,4 +51,36 @@ bool ContentStaging::add(const QList<StoredContent>& batch)
     });
 }
 
+bool ContentStaging::forEachBatch(
+    StoreDatabase& database, qint64 runId, const std::function<void(const QList<StoredContent>&)>& take)
+{
+    QSqlQuery q(database.database());
+    if (!q.prepare(QStringLiteral("SELECT path, type, size, deleted, object, stored_size, encoding FROM staged_contents "
+                                  "WHERE run_id = ? AND path > ? ORDER BY path LIMIT 4096")))
+        return database.fail(QStringLiteral("Cannot read the run's staged entries: %1").arg(q.lastError().text()));
+    QString after(QLatin1String(""));
+    for (;;) {
+        q.bindValue(0, runId);
+        q.bindValue(1, after);
+        if (!q.exec())
+            return database.fail(QStringLiteral("Cannot read the run's staged entries: %1").arg(q.lastError().text()));
+        QList<StoredContent> batch;
+        while (q.next()) {
+            StoredContent item;
+            item.path = q.value(0).toString();
+            item.type = q.value(1).toInt();
+            item.size = q.value(2).toLongLong();
+            item.deleted = q.value(3).toBool();
+            item.object = q.value(4).toString();
+            item.storedSize = q.value(5).toLongLong();
+            item.encoding = q.value(6).toInt();
+            batch.append(item);
+        }
+        if (batch.isEmpty())
+            return true;
+        after = batch.constLast().path;
+        take(batch);
+    }
+}
+
 } // namespace NVB::Engine

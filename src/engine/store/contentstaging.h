@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <QList>
@@ -25,6 +26,11 @@ public:
     ~ContentStaging();
 
     bool add(const QList<StoredContent>& batch);
+    // The run's staged entries, a batch at a time in path order (path, type,
+    // size, deletion, object, stored size and encoding only); false when
+    // they cannot be read.
+    static bool forEachBatch(
+        StoreDatabase& database, qint64 runId, const std::function<void(const QList<StoredContent>&)>& take);
     qint64 count() const { return m_count; }
 
 private:
