@@ -11,6 +11,7 @@
 #include "repository/chunktransform.h"
 #include "repository/repository.h"
 #include "storage/memorydriver.h"
+#include "store/contentchanges.h"
 #include "store/repositorystore.h"
 #include "store/storedatabase.h"
 #include "testmain.h"
@@ -235,7 +236,9 @@ private slots:
             QVERIFY2(made.planResult == PlanResult::Success, qPrintable(made.message));
             const StoredRestorePoint point {
                 0, bunch.connectionId, bunch.id, parameters.generation, sequence, parameters.startUtc};
-            QVERIFY(database.transaction([&] { return store.insertRestorePoint(bunch, point, made.content) > 0; }));
+            // As the engine records it: the run's changes against the previous point.
+            const ContentChanges changes {made.content, made.removed, QStringList(), made.replacesAll};
+            QVERIFY(database.transaction([&] { return store.insertRestorePoint(bunch, point, changes) > 0; }));
             retention.now = parameters.startUtc;
             const RetentionJob::Result pruned = ArchiveRetentionJob::apply(retention);
             QVERIFY2(pruned.error.isEmpty(), qPrintable(pruned.error));

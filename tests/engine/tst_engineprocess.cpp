@@ -380,17 +380,12 @@ private slots:
         // leaves nothing on the storage.
         const QList<QPair<QString, std::function<void(NVB::Info::Plan::BackupFile&)>>> options {
             {QStringLiteral("encryption"), [](auto& plan) { plan.encryption().setEnabled(true); }},
-            {QStringLiteral("retention policy"),
+            {QStringLiteral("skipping files in use in the new backup format"),
                 [](auto& plan) {
                     plan.setIsArchive(true);
-                    plan.retentionPolicy().setUseKeepVersion(true);
+                    plan.setSkipInUseFiles(true);
                 }},
-            {QStringLiteral("encryption in the new backup format"),
-                [](auto& plan) {
-                    plan.setIsArchive(true);
-                    plan.encryption().setEnabled(true);
-                    plan.encryption().setPassword(QStringLiteral("s3cret"));
-                }},
+            {QStringLiteral("repository synchronisation"), [](auto& plan) { plan.setSyncBeforeRun(true); }},
         };
         for (const auto& [name, tweak] : options) {
             const QUuid plan = savePlan(QStringLiteral("Asks for ") + name, items, tweak);
