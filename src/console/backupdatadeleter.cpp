@@ -91,7 +91,8 @@ void BackupDataDeleter::offer(QList<QSharedPointer<Generation>> generations)
         [](const auto& a, const auto& b) { return a->lastRestorePoint() > b->lastRestorePoint(); });
     QUuid chosen = generations.constFirst()->id();
     if (generations.size() > 1) {
-        QStringList names;
+        // A null generation stands for the whole backup.
+        QStringList names {tr("The whole backup (every generation)")};
         for (const auto& generation : generations) {
             names.append(
                 QStringLiteral("%1 - %2 (%3)")
@@ -101,11 +102,12 @@ void BackupDataDeleter::offer(QList<QSharedPointer<Generation>> generations)
                         NVB::GUI::SizeDelegate::toText(QVariant::fromValue(generation->storageSize()))));
         }
         bool ok = false;
-        const QString name = QInputDialog::getItem(m_window, tr("Delete backup data"),
-            tr("Generation of \"%1\" to delete:").arg(m_planName), names, 0, false, &ok);
+        const QString name = QInputDialog::getItem(
+            m_window, tr("Delete backup data"), tr("Data of \"%1\" to delete:").arg(m_planName), names, 1, false, &ok);
         if (!ok)
             return;
-        chosen = generations.at(names.indexOf(name))->id();
+        const int index = names.indexOf(name);
+        chosen = index > 0 ? generations.at(index - 1)->id() : QUuid();
     }
     NVB::GUI::DeleteBackupDataDialog dialog(m_connectionId, m_planId, chosen, m_window);
     emit finished(dialog.exec() == QDialog::Accepted);

@@ -509,6 +509,26 @@ private slots:
             QVERIFY(!bytes.contains("a.txt") && !bytes.contains("b.txt"));
         }
         QCOMPARE(sealed, 3); // the two text files and the picture, no filter here
+
+        // The whole legacy backup goes at once: none of its objects stay.
+        NVB::GUI::DeleteBackupDataDialog whole(QUuid(list->model()->index(row, Column::StorageID).data().toString()),
+            list->currentPlan(), QUuid(), &window);
+        whenModal<NVB::GUI::DeleteBackupDataDialog>([](NVB::GUI::DeleteBackupDataDialog* dialog) {
+            QTRY_VERIFY_WITH_TIMEOUT(!dialog->totalLabel()->text().isEmpty(), 10000);
+            QTreeWidgetItem* bunch = dialog->tree()->topLevelItem(0)->child(0);
+            auto* label = qobject_cast<QLabel*>(dialog->tree()->itemWidget(bunch, 0));
+            QVERIFY(label && label->text().contains(QStringLiteral("WILL BE DELETED")));
+            QCOMPARE(bunch->childCount(), 1);
+            dialog->confirmBox()->click();
+            dialog->buttonBox()->button(QDialogButtonBox::Yes)->click();
+        });
+        QCOMPARE(whole.exec(), int(QDialog::Accepted));
+        QDirIterator left(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
+        while (left.hasNext()) {
+            const QString path = left.next();
+            QVERIFY2(path.contains(QLatin1String("/archive/")) || path.endsWith(QLatin1String(".nvb-account")),
+                qPrintable(path));
+        }
     }
 
     // A disk image plan made through the image pages, run, and restored over

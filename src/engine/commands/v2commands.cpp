@@ -17,6 +17,7 @@
 #include "service/v2/commands/repository/getbunchlist.h"
 #include "service/v2/commands/repository/getbunchrestorepointlist.h"
 #include "service/v2/commands/repository/getgenerationlist.h"
+#include "service/v2/commands/repository/removedatabunch.h"
 #include "service/v2/commands/repository/removedatageneration.h"
 #include "store/enginestore.h"
 
@@ -176,6 +177,15 @@ void V2Commands::add(Engine* engine, V2Handlers* handlers)
         V2::Repository::GetBunchRestorePointList::Response response;
         response.setRestorePointList(list);
         return V2Answer::success(response.toJson());
+    });
+    handlers->insert(V2::Repository::RemoveDataBunch::CommandId, [engine](const QJsonObject& json) {
+        V2::Repository::RemoveDataBunch::Request request;
+        if (!request.fromJson(json) || request.bunchId().isNull())
+            return V2Answer::failure(QStringLiteral("The request does not name a backup"));
+        const Outcome outcome = engine->removeBunch(request.connectionId(), request.bunchId());
+        if (!outcome.ok)
+            return V2Answer::failure(outcome.error);
+        return V2Answer::success(V2::Repository::RemoveDataBunch::Response().toJson());
     });
     handlers->insert(V2::Repository::RemoveDataGeneration::CommandId, [engine](const QJsonObject& json) {
         V2::Repository::RemoveDataGeneration::Request request;

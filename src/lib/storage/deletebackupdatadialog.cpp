@@ -101,27 +101,14 @@ DeleteBackupDataDialog::DeleteBackupDataDialog(
     layout->addWidget(m_buttons);
 
     m_buttons->button(QDialogButtonBox::Yes)->setEnabled(false);
-    connect(m_confirm, &QCheckBox::toggled, this, &DeleteBackupDataDialog::updateYes);
+    connect(m_confirm, &QCheckBox::toggled, m_buttons->button(QDialogButtonBox::Yes), &QPushButton::setEnabled);
     connect(m_buttons->button(QDialogButtonBox::Yes), &QPushButton::clicked, this,
         &DeleteBackupDataDialog::onDeleteBackupData);
     connect(m_buttons->button(QDialogButtonBox::No), &QPushButton::clicked, this, &QDialog::reject);
-    if (m_generationId.isNull()) {
-        // The engine removes generation by generation; a whole backup is
-        // deleted by removing each of its generations.
-        m_buttons->button(QDialogButtonBox::Yes)
-            ->setToolTip(tr("The engine cannot delete a whole backup at once yet; delete its generations one "
-                            "by one."));
-    }
-
     loadConnectionInfo();
 }
 
 DeleteBackupDataDialog::~DeleteBackupDataDialog() = default;
-
-void DeleteBackupDataDialog::updateYes()
-{
-    m_buttons->button(QDialogButtonBox::Yes)->setEnabled(m_confirm->isChecked() && !m_generationId.isNull());
-}
 
 void DeleteBackupDataDialog::sendQuery(
     const QUuid& commandId, const QSharedPointer<Command::Request>& request, void (DeleteBackupDataDialog::*finished)())

@@ -58,7 +58,6 @@ private:
     // schedules `retry` when the engine asks for one.
     Command* finishedCommand(void (DeleteBackupDataDialog::*retry)());
     void insertItems(const Generations& list);
-    void updateYes();
 
     QUuid m_connectionId;
     QUuid m_bunchId;
