@@ -11,8 +11,10 @@
 #include "accounts/storages.h"
 #include "app/application.h"
 #include "app/icons/iconmanager.h"
+#include "backupdatadeleter.h"
 #include "diskspanel.h"
 #include "historypanel.h"
+#include "models/models.h"
 #include "mailserverdialog.h"
 #include "masterpasswordgate.h"
 #include "planlistview.h"
@@ -115,6 +117,10 @@ void MainWindow::buildToolBar()
     m_restoreImageAction = bar->addAction(tr("Restore image"), this, &MainWindow::onRestoreImage);
     m_restoreImageAction->setObjectName(QStringLiteral("restoreImage"));
     m_restoreImageAction->setEnabled(false);
+    m_deleteDataAction = bar->addAction(tr("Delete backup data..."), this, &MainWindow::onDeleteBackupData);
+    m_deleteDataAction->setObjectName(QStringLiteral("deleteBackupData"));
+    m_deleteDataAction->setEnabled(false);
+    m_dataDeleter = new BackupDataDeleter(this);
     // The legacy format's default retention, which plans on "Use default"
     // follow; written through as it is changed.
     QAction* retention = bar->addAction(tr("Retention policy"), this, [this] {
@@ -152,6 +158,7 @@ void MainWindow::onCurrentPlanChanged(const QUuid& id, int subtype)
     m_runAction->setEnabled(chosen);
     m_deleteAction->setEnabled(chosen);
     m_restoreImageAction->setEnabled(chosen && subtype == 1);
+    m_deleteDataAction->setEnabled(chosen && subtype == 1);
 }
 
 void MainWindow::onPlanStatusChanged(int status, int)
@@ -262,6 +269,21 @@ void MainWindow::onRestoreImage()
     auto* dialog = new RestoreImageDialog(plan->id(), plan->storage(), plan->name(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
+}
+
+void MainWindow::onDeleteBackupData()
+{
+    namespace Column = NVB::GUI::Models::Table::NvbPlanBackupModelInfo::Column;
+    const PlanListView* list = currentList();
+    if (list != m_backupPlans || list->currentPlan().isNull())
+        return;
+    const int row = list->currentIndex().row();
+    const QUuid storage(list->model()->index(row, Column::StorageID).data().toString());
+    if (storage.isNull()) {
+        QMessageBox::information(this, tr("Delete backup data"), tr("The plan has no storage yet."));
+        return;
+    }
+    m_dataDeleter->start(storage, list->currentPlan(), list->model()->index(row, Column::Name).data().toString());
 }
 
 void MainWindow::onDeletePlan()

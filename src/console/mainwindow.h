@@ -13,6 +13,7 @@ class PlanControlObject;
 
 namespace NVB::Console {
 
+class BackupDataDeleter;
 class DisksPanel;
 class HistoryPanel;
 class PlanListView;
@@ -47,6 +48,8 @@ public slots:
     void onDeletePlan();
     // Restores the selected disk image plan's newest image.
     void onRestoreImage();
+    // Deletes a generation of the selected backup plan from its storage.
+    void onDeleteBackupData();
 
 private slots:
     void onCurrentPlanChanged(const QUuid& id, int subtype);
@@ -68,6 +71,8 @@ private:
     QAction* m_runAction = nullptr;
     QAction* m_deleteAction = nullptr;
     QAction* m_restoreImageAction = nullptr;
+    QAction* m_deleteDataAction = nullptr;
+    BackupDataDeleter* m_dataDeleter = nullptr;
     PlanProgressPanel* m_progressPanel;
     HistoryPanel* m_historyPanel;
     DisksPanel* m_disks = nullptr;

@@ -2,6 +2,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,11 +16,13 @@
 #include <QAbstractItemModelTester>
 #include <QProcess>
 #include <QTreeView>
+#include <QTreeWidget>
 #include <QtTest>
 #include <unistd.h>
 
 #include "accounts/local/localadd.h"
 #include "accounts/storageseditlist.h"
+#include "backupdatadeleter.h"
 #include "app/delegates/storagenamedelegate.h"
 #include "app/icons/iconmanager.h"
 #include "disks/diskinfobackupmodel.h"
@@ -44,11 +47,13 @@
 #include "service/connectionmanager.h"
 #include "service/manager.h"
 #include "service/v2/command.h"
+#include "service/v2/commands/repository/getbunchrestorepointlist.h"
 #include "service/v2/commands/repository/removedatageneration.h"
 #include "service/notification/format.h"
 #include "settings/retentionpolicy.h"
 #include "settings/settingsimpledialog.h"
 #include "stores/defaultsettings.h"
+#include "storage/deletebackupdatadialog.h"
 #include "storage/storageconnectionsmodelcreator.h"
 #include "stores/defaultsettings.h"
 #include "testmain.h"
@@ -369,26 +374,53 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return history->view()->model()->rowCount() == 2; }, 10000));
         history->kindBox()->setCurrentIndex(0);
 
-        // The generation is deleted on request, the way the storage browser
-        // asks; a second request finds nothing to delete.
-        const auto removeGeneration = [&] {
-            auto* command = NVB::Common::Communication::Manager::instance()->commandFactoryV2(
-                NVB::Common::Communication::V2::Repository::RemoveDataGeneration::CommandId);
-            auto request = QSharedPointer<NVB::Common::Communication::V2::Repository::RemoveDataGeneration::Request>::create();
-            request->setConnectionId(QUuid(list->model()->index(0, Column::StorageID).data().toString()));
-            request->setBunchId(list->currentPlan());
-            request->setGenerationId(QUuid(QFileInfo(generationFolder).fileName()));
+        // The generation is deleted from the toolbar once confirmed: its
+        // objects and restore points go, and a second request finds nothing.
+        namespace V2 = NVB::Common::Communication::V2;
+        const QUuid storageId(list->model()->index(0, Column::StorageID).data().toString());
+        const auto ask = [](const QUuid& commandId, const QSharedPointer<V2::Command::Request>& request) {
+            auto* command = NVB::Common::Communication::Manager::instance()->commandFactoryV2(commandId);
             command->setRequest(request);
             command->exec();
             const bool ended = QTest::qWaitFor([command] { return command->isFinished(); }, 10000);
-            const int status = command->status();
             command->deleteLater();
-            return ended ? status : -1;
+            return qMakePair(ended ? command->status() : -1, command->response());
         };
-        QCOMPARE(removeGeneration(), int(NVB::Common::Communication::V2::Command::Success));
+        const auto points = [&] {
+            auto request = QSharedPointer<V2::Repository::GetBunchRestorePointList::Request>::create();
+            request->setConnectionId(storageId);
+            request->setBunchId(list->currentPlan());
+            const auto reply = ask(V2::Repository::GetBunchRestorePointList::CommandId, request);
+            const auto response = reply.second.dynamicCast<V2::Repository::GetBunchRestorePointList::Response>();
+            return reply.first == V2::Command::Success && response ? response->restorePointList().size() : -1;
+        };
+        QCOMPARE(points(), 1);
+        bool confirmed = false;
+        whenModal<NVB::GUI::DeleteBackupDataDialog>([&confirmed](NVB::GUI::DeleteBackupDataDialog* dialog) {
+            QPushButton* yes = dialog->buttonBox()->button(QDialogButtonBox::Yes);
+            QTRY_VERIFY_WITH_TIMEOUT(!dialog->totalLabel()->text().isEmpty(), 10000);
+            QTreeWidgetItem* bunch = dialog->tree()->topLevelItem(0)->child(0);
+            QCOMPARE(bunch->childCount(), 1);
+            auto* doomed = qobject_cast<QLabel*>(dialog->tree()->itemWidget(bunch->child(0), 0));
+            QVERIFY(doomed && doomed->text().contains(QStringLiteral("WILL BE DELETED")));
+            QVERIFY(!yes->isEnabled());
+            dialog->confirmBox()->click();
+            yes->click();
+            confirmed = true;
+        });
+        QSignalSpy closed(window.findChild<NVB::Console::BackupDataDeleter*>(), &NVB::Console::BackupDataDeleter::finished);
+        window.findChild<QAction*>(QStringLiteral("deleteBackupData"))->trigger();
+        QVERIFY(closed.wait(20000));
+        QVERIFY(confirmed);
+        QCOMPARE(closed.constFirst().constFirst().toBool(), true);
         QVERIFY(!QFileInfo::exists(generationFolder + QStringLiteral("/generation")));
         QVERIFY(QDir(generationFolder).entryList(QDir::Files | QDir::NoDotAndDotDot).isEmpty());
-        QCOMPARE(removeGeneration(), int(NVB::Common::Communication::V2::Command::Error));
+        QCOMPARE(points(), 0);
+        auto again = QSharedPointer<V2::Repository::RemoveDataGeneration::Request>::create();
+        again->setConnectionId(storageId);
+        again->setBunchId(list->currentPlan());
+        again->setGenerationId(QUuid(QFileInfo(generationFolder).fileName()));
+        QCOMPARE(ask(V2::Repository::RemoveDataGeneration::CommandId, again).first, int(V2::Command::Error));
 
         // With its source gone the next run fails, and the icon says so.
         QVERIFY(QDir().rename(source(), source() + QStringLiteral("-gone")));
@@ -477,6 +509,26 @@ private slots:
             QVERIFY(!bytes.contains("a.txt") && !bytes.contains("b.txt"));
         }
         QCOMPARE(sealed, 3); // the two text files and the picture, no filter here
+
+        // The whole legacy backup goes at once: none of its objects stay.
+        NVB::GUI::DeleteBackupDataDialog whole(QUuid(list->model()->index(row, Column::StorageID).data().toString()),
+            list->currentPlan(), QUuid(), &window);
+        whenModal<NVB::GUI::DeleteBackupDataDialog>([](NVB::GUI::DeleteBackupDataDialog* dialog) {
+            QTRY_VERIFY_WITH_TIMEOUT(!dialog->totalLabel()->text().isEmpty(), 10000);
+            QTreeWidgetItem* bunch = dialog->tree()->topLevelItem(0)->child(0);
+            auto* label = qobject_cast<QLabel*>(dialog->tree()->itemWidget(bunch, 0));
+            QVERIFY(label && label->text().contains(QStringLiteral("WILL BE DELETED")));
+            QCOMPARE(bunch->childCount(), 1);
+            dialog->confirmBox()->click();
+            dialog->buttonBox()->button(QDialogButtonBox::Yes)->click();
+        });
+        QCOMPARE(whole.exec(), int(QDialog::Accepted));
+        QDirIterator left(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
+        while (left.hasNext()) {
+            const QString path = left.next();
+            QVERIFY2(path.contains(QLatin1String("/archive/")) || path.endsWith(QLatin1String(".nvb-account")),
+                qPrintable(path));
+        }
     }
 
     // A disk image plan made through the image pages, run, and restored over

@@ -8,6 +8,8 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QToolButton>
@@ -20,12 +22,17 @@
 #include "masterpasswordgate.h"
 #include "modaldialog.h"
 #include "models/modelmanager.h"
+#include "planlistview.h"
 #include "plantablecreator.h"
+#include "records/plan/backupfile.h"
+#include "service/commands/plan.h"
 #include "service/commands/system.h"
 #include "service/connectionmanager.h"
+#include "sql/database.h"
 #include "settings/advanced.h"
 #include "settings/application.h"
 #include "settings/checkmasterpassworddialog.h"
+#include "settings/movedatabase.h"
 #include "settings/network.h"
 #include "settings/setmasterpassworddialog.h"
 #include "settings/settingdialog.h"
@@ -47,7 +54,9 @@ class TestConsoleSettings : public QObject
     Q_OBJECT
 
 private:
-    NvbTest::EngineProcess m_engine;
+    // One home for console and engine, as on a user's machine: both must
+    // agree on the settings and on where the database lies.
+    NvbTest::EngineProcess m_engine {qEnvironmentVariable("NVB_HOME")};
     NVB::Console::PlanTableCreator m_plans;
     NVB::GUI::StorageConnectionsModelCreator m_storages;
 
@@ -181,6 +190,77 @@ private slots:
         });
         QVERIFY(!NVB::Console::MasterPasswordGate::unlock(&window));
         NVB::DefaultSettings::instance()->setMasterPassword(QString());
+    }
+
+    void shouldMoveTheDatabaseAndKeepThePlans()
+    {
+        const auto savePlan = [](const QString& name) {
+            NVB::Info::Plan::BackupFile plan;
+            plan.setId(QUuid::createUuid());
+            plan.setName(name);
+            plan.setItems({QStringLiteral("/tmp")});
+            const auto reply = NvbTest::SyncCommand::run(QStringLiteral("CommonPlanEdit"),
+                {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}});
+            return reply.answered && !reply.isError;
+        };
+        const auto planNames = [] {
+            QStringList names;
+            namespace Plan = NVB::Common::Communication::Commands::Format::Plan;
+            const auto reply = NvbTest::SyncCommand::run(QString::fromLatin1(Plan::GetList::Name));
+            for (const QJsonValue& plan : reply.data.value(QLatin1String(Plan::GetList::Reply::Key)).toArray())
+                names.append(plan.toObject().value(QLatin1String(Plan::DataType::Info::Name)).toString());
+            names.sort();
+            return names;
+        };
+        NVB::Console::MainWindow window;
+        window.show();
+        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
+        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
+        QVERIFY(savePlan(QStringLiteral("Before the move")));
+        QTRY_COMPARE_WITH_TIMEOUT(window.backupPlans()->model()->rowCount(), 1, 10000);
+        const QString before = NVB::SQL::Database::connectionString();
+        QVERIFY2(QFileInfo(before).isFile(), qPrintable(before));
+        QTemporaryDir folder;
+        const QString target = folder.filePath(QStringLiteral("nvbackup.db"));
+        closeMessageBoxes(this);
+
+        QString shown;
+        whenModal<SettingDialog>([&](SettingDialog* dialog) {
+            whenModal<Application::MoveDatabase>([&](Application::MoveDatabase* move) {
+                QCOMPARE(move->pathEdit()->text(), before);
+                QVERIFY(!move->buttonBox()->button(QDialogButtonBox::Ok)->isEnabled());
+                move->setTargetFolder(folder.path());
+                move->buttonBox()->button(QDialogButtonBox::Ok)->click();
+                QTRY_VERIFY_WITH_TIMEOUT(!move->isVisible() || !move->errorLabel()->isHidden(), 30000);
+                QVERIFY2(move->errorLabel()->isHidden(), qPrintable(move->errorLabel()->text()));
+            });
+            dialog->applicationPage()->moveButton()->click();
+            shown = dialog->applicationPage()->locationLabel()->toolTip();
+            dialog->reject();
+        });
+        window.findChild<QAction*>(QStringLiteral("settings"))->trigger();
+
+        QCOMPARE(storedOnDisk(QStringLiteral("DatabasePath")), target);
+        QCOMPARE(NVB::SQL::Database::connectionString(), target);
+        QCOMPARE(shown, target);
+        QVERIFY(QFileInfo(target).isFile());
+        QVERIFY(!QFileInfo::exists(before));
+        // The engine keeps working on the new file: a plan saved now is in it.
+        QVERIFY(savePlan(QStringLiteral("After the move")));
+        QCOMPARE(planNames(), QStringList({QStringLiteral("After the move"), QStringLiteral("Before the move")}));
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("moved"));
+            db.setDatabaseName(target);
+            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+            QVERIFY(db.open());
+            QSqlQuery query(QStringLiteral("SELECT name FROM plans ORDER BY name"), db);
+            QStringList stored;
+            while (query.next())
+                stored.append(query.value(0).toString());
+            QCOMPARE(stored, QStringList({QStringLiteral("After the move"), QStringLiteral("Before the move")}));
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("moved"));
+        QTRY_COMPARE_WITH_TIMEOUT(window.backupPlans()->model()->rowCount(), 2, 10000);
     }
 };
 

@@ -3,6 +3,9 @@
 #include <QJsonArray>
 
 #include "core/engine.h"
+#include "records/repository/bunch.h"
+#include "records/repository/generation.h"
+#include "records/repository/restorepoint.h"
 #include "records/storage/connection.h"
 #include "service/commands/plan.h"
 #include "service/v2/commands/getconnection.h"
@@ -11,6 +14,10 @@
 #include "service/v2/commands/plan/getplan.h"
 #include "service/v2/commands/plan/getplanlist.h"
 #include "service/v2/commands/plan/getrestoreplanlist.h"
+#include "service/v2/commands/repository/getbunchlist.h"
+#include "service/v2/commands/repository/getbunchrestorepointlist.h"
+#include "service/v2/commands/repository/getgenerationlist.h"
+#include "service/v2/commands/repository/removedatabunch.h"
 #include "service/v2/commands/repository/removedatageneration.h"
 #include "store/enginestore.h"
 
@@ -29,6 +36,51 @@ QJsonObject connectionJson(const StoredAccount& account)
     connection.setType(account.type);
     connection.setSyncInProgress(false);
     return connection.toJson();
+}
+
+QJsonObject bunchJson(const StoredBunch& stored)
+{
+    NVB::Info::Repository::Bunch bunch;
+    bunch.setId(stored.id);
+    bunch.setConnectionId(stored.connectionId);
+    bunch.setDisplayName(stored.displayName);
+    bunch.setType(static_cast<NVL::Archive::Type>(stored.type));
+    return bunch.toJson();
+}
+
+QJsonObject generationJson(const StoredGeneration& stored)
+{
+    NVB::Info::Repository::Generation generation;
+    generation.setId(stored.id);
+    generation.setBunchId(stored.bunchId);
+    generation.setConnectionId(stored.connectionId);
+    generation.setFirstRestorePoint(stored.firstRestorePoint);
+    generation.setLastRestorePoint(stored.lastRestorePoint);
+    generation.setStatus(static_cast<NVB::Info::Repository::Generation::Status>(stored.status));
+    generation.setBrokenType(static_cast<NVL::Archive::BrokenType>(stored.brokenType));
+    generation.setDeepSync(static_cast<NVL::Archive::DeepSyncType>(stored.deepSync));
+    generation.setIsEncrypted(stored.encrypted);
+    generation.setHint(stored.hint);
+    generation.setStorageSize(static_cast<quint64>(qMax<qint64>(0, stored.storageSize)));
+    return generation.toJson();
+}
+
+QJsonObject restorePointJson(const StoredRestorePoint& stored)
+{
+    using NVB::Info::Repository::RestorePoint;
+    RestorePoint point;
+    point.setConnectionId(stored.connectionId);
+    point.setBunchId(stored.bunchId);
+    point.setGenerationId(stored.generationId);
+    point.setSequenceNumber(stored.sequenceNumber);
+    point.setStartDate(stored.startUtc);
+    point.setBackupType(static_cast<NVL::Archive::BackupType>(stored.backupType));
+    point.setType(static_cast<RestorePoint::Type>(stored.type));
+    point.setStatus(static_cast<RestorePoint::Status>(stored.status));
+    point.setDeepSync(static_cast<NVL::Archive::DeepSyncType>(stored.deepSync));
+    point.setIsEncrypted(stored.encrypted);
+    point.setSizeOnStorage(stored.sizeOnStorage);
+    return point.toJson();
 }
 
 // Plans of one job kind (0: all) as V2 list entries.
@@ -92,6 +144,49 @@ void V2Commands::add(Engine* engine, V2Handlers* handlers)
     handlers->insert(V2::Plan::GetPlanList::CommandId, planList(0));
     handlers->insert(V2::Plan::GetBackupPlanList::CommandId, planList(1));
     handlers->insert(V2::Plan::GetRestorePlanList::CommandId, planList(2));
+    handlers->insert(V2::Repository::GetBunchList::CommandId, [engine](const QJsonObject& json) {
+        V2::Repository::GetBunchList::Request request;
+        if (!request.fromJson(json) || !engine->store()->account(request.connectionId()))
+            return V2Answer::failure(QStringLiteral("There is no storage account with that id"));
+        QJsonArray list;
+        for (const StoredBunch& bunch : engine->store()->bunches(request.connectionId()))
+            list.append(bunchJson(bunch));
+        V2::Repository::GetBunchList::Response response;
+        response.setBunchList(list);
+        return V2Answer::success(response.toJson());
+    });
+    handlers->insert(V2::Repository::GetGenerationList::CommandId, [engine](const QJsonObject& json) {
+        V2::Repository::GetGenerationList::Request request;
+        if (!request.fromJson(json) || !engine->store()->bunch(request.connectionId(), request.bunchId()))
+            return V2Answer::failure(QStringLiteral("There is no backup with that id on that storage"));
+        QJsonArray list;
+        for (const StoredGeneration& generation :
+            engine->store()->generations(request.connectionId(), request.bunchId()))
+            list.append(generationJson(generation));
+        V2::Repository::GetGenerationList::Response response;
+        response.setGenerationList(list);
+        return V2Answer::success(response.toJson());
+    });
+    handlers->insert(V2::Repository::GetBunchRestorePointList::CommandId, [engine](const QJsonObject& json) {
+        V2::Repository::GetBunchRestorePointList::Request request;
+        if (!request.fromJson(json) || !engine->store()->bunch(request.connectionId(), request.bunchId()))
+            return V2Answer::failure(QStringLiteral("There is no backup with that id on that storage"));
+        QJsonArray list;
+        for (const StoredRestorePoint& point : engine->store()->restorePoints(request.connectionId(), request.bunchId()))
+            list.append(restorePointJson(point));
+        V2::Repository::GetBunchRestorePointList::Response response;
+        response.setRestorePointList(list);
+        return V2Answer::success(response.toJson());
+    });
+    handlers->insert(V2::Repository::RemoveDataBunch::CommandId, [engine](const QJsonObject& json) {
+        V2::Repository::RemoveDataBunch::Request request;
+        if (!request.fromJson(json) || request.bunchId().isNull())
+            return V2Answer::failure(QStringLiteral("The request does not name a backup"));
+        const Outcome outcome = engine->removeBunch(request.connectionId(), request.bunchId());
+        if (!outcome.ok)
+            return V2Answer::failure(outcome.error);
+        return V2Answer::success(V2::Repository::RemoveDataBunch::Response().toJson());
+    });
     handlers->insert(V2::Repository::RemoveDataGeneration::CommandId, [engine](const QJsonObject& json) {
         V2::Repository::RemoveDataGeneration::Request request;
         if (!request.fromJson(json) || request.generationId().isNull())

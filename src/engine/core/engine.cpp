@@ -1,5 +1,6 @@
 #include "engine.h"
 
+#include "archive/bunchremover.h"
 #include "archive/generationremover.h"
 #include "core/nvldebug.h"
 #include "plansummary.h"
@@ -19,6 +20,7 @@
 #include "service/v2/notification/addednewgeneration.h"
 #include "service/v2/notification/addednewplan.h"
 #include "service/v2/notification/addednewrestorepoint.h"
+#include "service/v2/notification/removedbunch.h"
 #include "service/v2/notification/removedconnection.h"
 #include "service/v2/notification/removedplan.h"
 #include "service/v2/notification/removedgeneration.h"
@@ -215,6 +217,46 @@ Outcome Engine::removeGeneration(const QUuid& connectionId, const QUuid& bunchId
     gone.setConnectionId(connectionId);
     gone.setBunchId(bunchId);
     gone.setGenerationId(generationId);
+    m_notifier->notifyV2(gone);
+    status.setStatus(3);
+    m_notifier->notifyV2(status);
+    return Outcome::success();
+}
+
+Outcome Engine::removeBunch(const QUuid& connectionId, const QUuid& bunchId)
+{
+    if (m_runs->isRunning(bunchId))
+        return Outcome::failure(QStringLiteral("The plan is running; stop it before deleting its data"));
+    const BunchRemover::Result removed = BunchRemover::remove(m_store, connectionId, bunchId);
+    // A whole bunch is reported with a null generation id.
+    V2N::RemoveNbfDataStatus status;
+    status.setConnectionId(connectionId);
+    status.setBunchId(bunchId);
+    if (!removed.error.isEmpty()) {
+        NVL::NvlDebug(QStringLiteral("NVB")).warning() << removed.error;
+        status.setStatus(5);
+        status.setMessage(removed.error);
+        m_notifier->notifyV2(status);
+        return Outcome::failure(removed.error);
+    }
+    for (const StoredRestorePoint& point : removed.points) {
+        V2N::RemoveRestorePoint gone;
+        gone.setConnectionId(point.connectionId);
+        gone.setBunchId(point.bunchId);
+        gone.setGenerationId(point.generationId);
+        gone.setSequenceNumber(point.sequenceNumber);
+        m_notifier->notifyV2(gone);
+    }
+    for (const QUuid& generation : removed.generations) {
+        V2N::RemovedGeneration gone;
+        gone.setConnectionId(connectionId);
+        gone.setBunchId(bunchId);
+        gone.setGenerationId(generation);
+        m_notifier->notifyV2(gone);
+    }
+    V2N::RemovedBunch gone;
+    gone.setConnectionId(connectionId);
+    gone.setBunchId(bunchId);
     m_notifier->notifyV2(gone);
     status.setStatus(3);
     m_notifier->notifyV2(status);

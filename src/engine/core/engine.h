@@ -47,6 +47,8 @@ public:
     // Deletes one generation of a plan's backup data from the storage and
     // the store, announcing each point, the generation and the outcome.
     Outcome removeGeneration(const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId);
+    // All of a plan's data on one storage, every generation.
+    Outcome removeBunch(const QUuid& connectionId, const QUuid& bunchId);
     Outcome startPlan(const QUuid& id, bool forceFull, bool verify = false);
     Outcome stopPlan(const QUuid& id);
     QJsonArray planList();

@@ -10,6 +10,7 @@
 #include "service/notification/iparser.h"
 #include "service/notification/parserfactory.h"
 #include "service/notificationcenter.h"
+#include "stores/defaultsettings.h"
 
 namespace NVB::GUI {
 
@@ -52,6 +53,10 @@ void ApplicationEventController::onNotification(const QJsonDocument& document)
     } else if (parser->type() == Notification::Format::System::UpdateStart::Type) {
         NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Notification to start update...");
         emit updateStarted();
+    } else if (parser->type() == Notification::Format::System::DefaultSettingsChanged::Type) {
+        // The engine writes some keys itself ("DatabasePath" when it moves
+        // its store); the console's copy must not go on with the old value.
+        NVB::DefaultSettings::instance()->reload();
     }
 }
 

@@ -32,6 +32,7 @@ public:
     QLabel* databaseLocationLabel() const { return m_location; }
     QLabel* databaseSizeLabel() const { return m_size; }
     QPushButton* moveButton() const { return m_move; }
+    QLabel* locationLabel() const { return m_location; }
     QPushButton* shrinkButton() const { return m_shrink; }
     QCheckBox* httpBox() const { return m_useHttp; }
     QSpinBox* httpPortBox() const { return m_httpPort; }

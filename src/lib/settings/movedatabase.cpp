@@ -19,6 +19,7 @@
 #include "service/commands/system.h"
 #include "service/icommand.h"
 #include "sql/database.h"
+#include "stores/defaultsettings.h"
 
 namespace NVB::GUI::Settings {
 
@@ -63,7 +64,6 @@ Application::MoveDatabase::MoveDatabase(QWidget* parent)
 
 void Application::MoveDatabase::onPathEditClicked()
 {
-    NVL::NvlDebug(QStringLiteral("NVB")).error() << Q_FUNC_INFO;
     const QString folder
         = QFileDialog::getExistingDirectory(this, tr("Select new container"), QFileInfo(m_path->text()).absolutePath());
     if (!folder.isEmpty())
@@ -114,6 +114,9 @@ void Application::MoveDatabase::onMoveFinished()
             throw tr("The engine has not finished yet. The move goes on; reopen this dialog later to see where "
                      "the database is.");
         NVB::Common::Communication::CommandResult::data(command.data());
+        // The engine wrote the new "DatabasePath" itself before it answered;
+        // without taking it in, this console would go on naming the old file.
+        NVB::DefaultSettings::instance()->reload();
         NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Database moved to %1").arg(m_path->text());
         accept();
     } catch (const QString& text) {

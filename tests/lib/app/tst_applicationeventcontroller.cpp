@@ -6,6 +6,7 @@
 #include "service/notification/format.h"
 #include "service/notificationcenter.h"
 #include "service/servicelink.h"
+#include "stores/defaultsettings.h"
 #include "testmain.h"
 
 using namespace NVB::Common::Communication;
@@ -21,6 +22,7 @@ private slots:
     void shouldAnnounceUpdateOncePerNotificationAfterSecondInit();
     void shouldIgnoreOtherAndUnknownNotifications();
     void shouldFollowConnectionLossAndReturn();
+    void shouldTakeSettingsTheEngineWrote();
 
 private:
     EngineTestPeer* m_peer = nullptr;
@@ -83,6 +85,21 @@ void TestApplicationEventController::shouldFollowConnectionLossAndReturn()
     m_peer->dropClients();
     QTRY_COMPARE(disconnected.count(), 1);
     QTRY_COMPARE(connected.count(), 1);
+}
+
+void TestApplicationEventController::shouldTakeSettingsTheEngineWrote()
+{
+    ApplicationEventController controller;
+    controller.init();
+    auto* live = NVB::DefaultSettings::instance();
+    const QString moved = QStringLiteral("/srv/moved/nvbackup.db");
+    // Written by another process: this one's copy does not know yet.
+    QVERIFY(NVB::DefaultSettings(live->filePath(), NVB::DefaultSettings::defaultValues())
+                .setValue(QStringLiteral("DatabasePath"), moved));
+    QVERIFY(live->value(QStringLiteral("DatabasePath")) != moved);
+    m_peer->notify(Notification::Format::System::DefaultSettingsChanged::Type,
+        {{QStringLiteral("PropertyName"), QStringLiteral("DatabasePath")}});
+    QTRY_COMPARE(live->value(QStringLiteral("DatabasePath")), moved);
 }
 
 NVB_TEST_MAIN(TestApplicationEventController)
