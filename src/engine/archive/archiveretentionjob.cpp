@@ -12,6 +12,7 @@
 #include "storage/filesystemdriver.h"
 #include "store/chunkindexstore.h"
 #include "store/repositorystore.h"
+#include "store/restorepointremoval.h"
 #include "store/storedatabase.h"
 
 namespace NVB::Engine {
@@ -85,7 +86,7 @@ RetentionJob::Result ArchiveRetentionJob::apply(const Parameters& parameters)
     if (plan.pathsByPoint.isEmpty() && plan.points.isEmpty())
         return result;
 
-    if (!store.removeFromRestorePoints(plan.pathsByPoint, plan.points)) {
+    if (!RestorePointRemoval(database).removeFromRestorePoints(plan.pathsByPoint, plan.points)) {
         result.error = database.lastError();
         return result;
     }
@@ -132,7 +133,7 @@ RetentionJob::Result ArchiveRetentionJob::apply(const Parameters& parameters)
                 fail(removed.error);
                 continue;
             }
-            store.removeGeneration(generation);
+            RestorePointRemoval(database).removeGeneration(generation);
             result.generations.append(generation);
             continue;
         }

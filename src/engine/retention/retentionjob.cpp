@@ -73,7 +73,7 @@ RetentionJob::Result RetentionJob::apply(const QString& storeFile, const QUuid& 
     // with the versions above. The newest point's generation is never empty.
     for (const QUuid& generation : std::as_const(emptied)) {
         if (repository.restorePoints(connectionId, bunchId, generation).isEmpty()
-            && repository.removeGeneration(generation))
+            && RestorePointRemoval(database).removeGeneration(generation))
             result.generations.append(generation);
     }
 
