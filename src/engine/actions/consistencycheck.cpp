@@ -11,7 +11,7 @@
 #include "runs/folderhandle.h"
 #include "runs/objectencoding.h"
 #include "store/contentstaging.h"
-#include "store/repositorystore.h"
+#include "store/pointobjects.h"
 #include "store/storedatabase.h"
 
 namespace NVB::Engine {
@@ -100,23 +100,20 @@ ConsistencyCheck::Work ConsistencyCheck::around(
                            .arg(database.lastError());
         }
         if (!earlierPoints.isEmpty()) {
+            // Every object once, however many of the points refer to it.
             StoreDatabase database;
-            if (database.open(storeFile)) {
-                RepositoryStore repository(database);
-                for (qint64 row : earlierPoints) {
-                    if (stop)
-                        break;
-                    for (const QString& problem : problems(storageRoot, repository.content(row))) {
-                        if (!found.contains(problem))
-                            found << problem;
-                    }
-                }
-                database.close();
-            } else {
+            const bool read = database.open(storeFile)
+                && PointObjects::forEachBatch(database, earlierPoints, [&](const QList<StoredContent>& batch) {
+                       for (const QString& problem : problems(storageRoot, batch)) {
+                           if (!found.contains(problem))
+                               found << problem;
+                       }
+                       return !stop;
+                   });
+            if (!read)
                 NVL::NvlDebug(QStringLiteral("NVB")).warning()
                     << QStringLiteral("The earlier restore points could not be read for the consistency check: %1")
                            .arg(database.lastError());
-            }
         }
         warn(&outcome, found);
         return outcome;
