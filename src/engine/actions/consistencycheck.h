@@ -29,8 +29,8 @@ public:
     // `storageRoot`, each as "object (reason)".
     // Objects whose key is in `checked` (ascending) were found whole moments
     // ago and are not looked up again.
-    static QStringList problems(const QString& storageRoot, const QList<StoredContent>& content,
-        const std::vector<quint64>& checked = {});
+    static QStringList problems(
+        const QString& storageRoot, const QList<StoredContent>& content, const std::vector<quint64>& checked = {});
 
     // An object found present with `size` bytes on the storage.
     static quint64 checkedKey(const QString& object, qint64 size);

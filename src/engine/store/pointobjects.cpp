@@ -50,9 +50,9 @@ bool PointObjects::forEachBatch(StoreDatabase& database, const QList<qint64>& po
         qint64 afterFirst = -1;
         for (;;) {
             int column = 0;
-            for (const QVariant& value : {QVariant(generation), QVariant(afterPath), QVariant(afterFirst),
-                     QVariant(int(StoredContent::File)), QVariant(held.back()), QVariant(held.front()),
-                     QVariant(Batch)})
+            for (const QVariant& value :
+                {QVariant(generation), QVariant(afterPath), QVariant(afterFirst), QVariant(int(StoredContent::File)),
+                    QVariant(held.back()), QVariant(held.front()), QVariant(Batch)})
                 q.bindValue(column++, value);
             if (!q.exec())
                 return database.fail(
