@@ -11,6 +11,12 @@
 //   NVB_BENCH_DIR    where the tree and the copies go (default: /tmp)
 //   NVB_BENCH_FILES  how many files (default: 1000000), in FILES/100 folders
 //   NVB_BENCH_KEEP   set: keep the tree, the storage and the engine's store
+//   NVB_BENCH_ROUNDS how many rounds (default: 3); the rounds of one format
+//                    should take as long as each other
+//   NVB_BENCH_ONLY   "legacy" or "new": that format alone
+//   NVB_BENCH_AFTER_ROUND  a shell command run after every round, with the
+//                    round and the work folder as $1 and $2 (to count the
+//                    store's rows, say)
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -353,7 +359,13 @@ int main(int argc, char* argv[])
     };
     Format formats[2]
         = {{"legacy format", false, {}, {}, {}, {}, {}, {}}, {"new format", true, {}, {}, {}, {}, {}, {}}};
+    const QString only = qEnvironmentVariable("NVB_BENCH_ONLY");
+    const auto skipped = [&only](const Format& format) {
+        return !only.isEmpty() && only != QLatin1String(format.archive ? "new" : "legacy");
+    };
     for (Format& format : formats) {
+        if (skipped(format))
+            continue;
         const QString name = QString::fromLatin1(format.archive ? "archive" : "legacy");
         format.account = QUuid::createUuid();
         format.storage = work.filePath(QStringLiteral("storage-") + name);
@@ -371,23 +383,40 @@ int main(int argc, char* argv[])
     // every contender alike; a fresh engine for every unchanged run, so its
     // peak is that run's own.
     QList<Measure> rsyncAgain;
-    for (int round = 0; round < 3; ++round) {
+    const int rounds
+        = qEnvironmentVariableIsSet("NVB_BENCH_ROUNDS") ? qMax(1, qEnvironmentVariableIntValue("NVB_BENCH_ROUNDS")) : 3;
+    const QByteArray afterRound = qgetenv("NVB_BENCH_AFTER_ROUND");
+    for (int round = 0; round < rounds; ++round) {
         rsyncAgain << timeRsync(source, copy);
-        for (Format& format : formats)
-            format.again << engineRun(binary, format.home, format.account, format.storage, &format.plan, false);
-        std::printf("round %d: rsync %lld ms, legacy %lld ms, new format %lld ms\n", round + 1, rsyncAgain.last().ms,
-            formats[0].again.last().ms, formats[1].again.last().ms);
+        for (Format& format : formats) {
+            format.again << (skipped(format)
+                    ? Measure()
+                    : engineRun(binary, format.home, format.account, format.storage, &format.plan, false));
+        }
+        std::printf("round %d: rsync %lld ms, legacy %lld ms (%lld MiB), new format %lld ms (%lld MiB)\n", round + 1,
+            rsyncAgain.last().ms, formats[0].again.last().ms, formats[0].again.last().peakKb / 1024,
+            formats[1].again.last().ms, formats[1].again.last().peakKb / 1024);
+        std::fflush(stdout);
+        if (!afterRound.isEmpty()) {
+            QProcess hook;
+            hook.setProcessChannelMode(QProcess::ForwardedChannels);
+            hook.start(QStringLiteral("sh"), {QStringLiteral("-c"), QString::fromLocal8Bit(afterRound),
+                                                 QStringLiteral("sh"), QString::number(round + 1), work.path()});
+            hook.waitForFinished(-1);
+        }
     }
     const Measure rsyncMedian = medianOf(rsyncAgain);
 
     std::printf("\n%-48s %10s %12s\n", "", "wall ms", "peak MiB");
     print("rsync -a, first copy", rsyncFirst);
-    print("rsync -a, nothing to do (median of 3)", rsyncMedian);
+    print("rsync -a, nothing to do (median)", rsyncMedian);
     bool met = true;
     for (const Format& format : formats) {
+        if (skipped(format))
+            continue;
         const Measure again = medianOf(format.again);
         print(qPrintable(QStringLiteral("engine, %1, first run").arg(QLatin1String(format.name))), format.first);
-        print(qPrintable(QStringLiteral("engine, %1, unchanged run (median of 3)").arg(QLatin1String(format.name))),
+        print(qPrintable(QStringLiteral("engine, %1, unchanged run (median)").arg(QLatin1String(format.name))),
             again);
         const double ratio = rsyncMedian.ms > 0 ? double(again.ms) / double(rsyncMedian.ms) : 0.0;
         std::printf("  %s: unchanged / rsync %.2f (target at most 1), peak %lld MiB (target under 300), "

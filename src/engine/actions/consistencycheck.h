@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <functional>
+#include <vector>
 
 #include "runs/runoutcome.h"
 
@@ -26,7 +27,13 @@ public:
 
     // The objects of `content` that are missing or of another size below
     // `storageRoot`, each as "object (reason)".
-    static QStringList problems(const QString& storageRoot, const QList<StoredContent>& content);
+    // Objects whose key is in `checked` (ascending) were found whole moments
+    // ago and are not looked up again.
+    static QStringList problems(
+        const QString& storageRoot, const QList<StoredContent>& content, const std::vector<quint64>& checked = {});
+
+    // An object found present with `size` bytes on the storage.
+    static quint64 checkedKey(const QString& object, qint64 size);
 
     // Turns a success into a warning naming the first of `found`, as every
     // format's check reports what it found.

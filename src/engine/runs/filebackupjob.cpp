@@ -11,6 +11,7 @@
 
 #include <QDir>
 
+#include "actions/consistencycheck.h"
 #include "blocks/blockdiffer.h"
 #include "blocks/blockhasher.h"
 #include "blocks/incrementheader.h"
@@ -299,8 +300,12 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
     struct stat stored
     {
     };
-    return ::fstatat(folder, name.constData(), &stored, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(stored.st_mode)
-        && stored.st_size == (previous.storedSize >= 0 ? previous.storedSize : previous.size);
+    const qint64 expected = previous.storedSize >= 0 ? previous.storedSize : previous.size;
+    if (::fstatat(folder, name.constData(), &stored, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(stored.st_mode)
+        || stored.st_size != expected)
+        return false;
+    m_result.checkedObjects.push_back(ConsistencyCheck::checkedKey(previous.object, expected));
+    return true;
 }
 
 const FolderHandle* FileBackupJob::cachedFolder(

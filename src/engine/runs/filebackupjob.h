@@ -98,6 +98,9 @@ public:
         int unsteadyCount = 0;
         // Block level: the maps of the full versions this run stored.
         QList<BlockMap> blockMaps;
+        // Earlier copies found whole as they were reused, as keys of
+        // ConsistencyCheck::checkedKey; 8 bytes a file, unsorted.
+        std::vector<quint64> checkedObjects;
     };
 
     using ProgressHandler = std::function<void(const RunProgress&)>;

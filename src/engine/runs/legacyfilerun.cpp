@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 #include <QDir>
 #include <QFile>
 
@@ -137,6 +139,8 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
         outcome.changes = ContentChanges {
             std::move(result.content), std::move(result.removed), std::move(result.emptiedFolders), replacesAll};
         outcome.changes->stagedRun = staging && staging->count() > 0 ? runId : 0;
+        outcome.checkedObjects = std::move(result.checkedObjects);
+        std::sort(outcome.checkedObjects.begin(), outcome.checkedObjects.end());
         return outcome;
     };
     QList<qint64> earlierPoints;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include <QList>
 #include <QString>
@@ -25,6 +26,10 @@ struct RunOutcome
     // Set instead of `content` when the run tells its point as the changes
     // since the previous one.
     std::optional<ContentChanges> changes;
+    // Legacy backups: the earlier copies the run found whole on the storage
+    // as it reused them (ConsistencyCheck::checkedKey), ascending, so that the
+    // check after the run need not look them up again.
+    std::vector<quint64> checkedObjects;
     RunProgress totals;
     // New-format backups: bytes read from the sources, the part of them new
     // to the generation, and the bytes written to the storage; -1 elsewhere.
