@@ -167,11 +167,8 @@ OperationResult AzureBlobClient::request(
     if (result.isError())
         return result;
     if (!m_http) {
-        CurlHttp::Options options;
-        const int timeout = config.value(Api::Config::Http::Timeout).toInt();
-        m_timeoutSeconds = timeout > 0 ? timeout : 30;
-        options.timeoutSeconds = m_timeoutSeconds;
-        options.useProxy = config.value(Config::Network::UseProxy).toBool();
+        const CurlHttp::Options options = CurlHttp::optionsFor(config);
+        m_timeoutSeconds = options.timeoutSeconds;
         m_http = std::make_unique<CurlHttp>(options);
     }
     QByteArray url = base.toEncoded(QUrl::StripTrailingSlash) + '/' + S3Signer::uriEncode(request.path.toUtf8(), true);

@@ -41,11 +41,8 @@ QString B2Client::nameError(const QString& name)
 CurlHttp& B2Client::http(const QMap<QString, QVariant>& config)
 {
     if (!m_http) {
-        CurlHttp::Options options;
-        const int timeout = config.value(Api::Config::Http::Timeout).toInt();
-        m_timeoutSeconds = timeout > 0 ? timeout : 30;
-        options.timeoutSeconds = m_timeoutSeconds;
-        options.useProxy = config.value(Config::Network::UseProxy).toBool();
+        const CurlHttp::Options options = CurlHttp::optionsFor(config);
+        m_timeoutSeconds = options.timeoutSeconds;
         m_http = std::make_unique<CurlHttp>(options);
     }
     return *m_http;

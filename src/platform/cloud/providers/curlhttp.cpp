@@ -12,6 +12,7 @@
 #include <QSslCertificate>
 
 #include "cloud/certificatepins.h"
+#include "cloud/cloudconfig.h"
 #include "cloud/networksettings.h"
 
 namespace NVL::Cloud {
@@ -137,6 +138,15 @@ struct CurlHttp::Handle
     CURL* curl = nullptr;
     TlsState tls;
 };
+
+CurlHttp::Options CurlHttp::optionsFor(const QMap<QString, QVariant>& config)
+{
+    Options options;
+    const int timeout = config.value(Api::Config::Http::Timeout).toInt();
+    options.timeoutSeconds = timeout > 0 ? timeout : 30;
+    options.useProxy = config.value(Config::Network::UseProxy).toBool();
+    return options;
+}
 
 CurlHttp::CurlHttp(const Options& options)
     : m_handle(std::make_unique<Handle>())

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QMap>
+#include <QVariant>
+
 #include <memory>
 
 #include "cloud/canceltoken.h"
@@ -30,6 +33,10 @@ public:
         qint64 maxSendSpeed = 0;
         qint64 maxReceiveSpeed = 0;
     };
+
+    // The options an account's configuration asks for: its time limit (30 s
+    // when it names none) and whether it goes through the proxy.
+    static Options optionsFor(const QMap<QString, QVariant>& config);
 
     explicit CurlHttp(const Options& options);
     ~CurlHttp();
