@@ -194,33 +194,8 @@ Outcome Engine::removeGeneration(const QUuid& connectionId, const QUuid& bunchId
     if (m_runs->isRunning(bunchId))
         return Outcome::failure(QStringLiteral("The plan is running; stop it before deleting its data"));
     const GenerationRemover::Result removed = GenerationRemover::remove(m_store, connectionId, bunchId, generationId);
-    V2N::RemoveNbfDataStatus status;
-    status.setConnectionId(connectionId);
-    status.setBunchId(bunchId);
-    status.setGenerationId(generationId);
-    if (!removed.error.isEmpty()) {
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << removed.error;
-        status.setStatus(5);
-        status.setMessage(removed.error);
-        m_notifier->notifyV2(status);
-        return Outcome::failure(removed.error);
-    }
-    for (const StoredRestorePoint& point : removed.points) {
-        V2N::RemoveRestorePoint gone;
-        gone.setConnectionId(point.connectionId);
-        gone.setBunchId(point.bunchId);
-        gone.setGenerationId(point.generationId);
-        gone.setSequenceNumber(point.sequenceNumber);
-        m_notifier->notifyV2(gone);
-    }
-    V2N::RemovedGeneration gone;
-    gone.setConnectionId(connectionId);
-    gone.setBunchId(bunchId);
-    gone.setGenerationId(generationId);
-    m_notifier->notifyV2(gone);
-    status.setStatus(3);
-    m_notifier->notifyV2(status);
-    return Outcome::success();
+    announceRemoval(connectionId, bunchId, generationId, removed.error, removed.points, {generationId});
+    return removed.error.isEmpty() ? Outcome::success() : Outcome::failure(removed.error);
 }
 
 Outcome Engine::removeBunch(const QUuid& connectionId, const QUuid& bunchId)
@@ -228,18 +203,25 @@ Outcome Engine::removeBunch(const QUuid& connectionId, const QUuid& bunchId)
     if (m_runs->isRunning(bunchId))
         return Outcome::failure(QStringLiteral("The plan is running; stop it before deleting its data"));
     const BunchRemover::Result removed = BunchRemover::remove(m_store, connectionId, bunchId);
-    // A whole bunch is reported with a null generation id.
+    announceRemoval(connectionId, bunchId, QUuid(), removed.error, removed.points, removed.generations);
+    return removed.error.isEmpty() ? Outcome::success() : Outcome::failure(removed.error);
+}
+
+void Engine::announceRemoval(const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId,
+    const QString& error, const QList<StoredRestorePoint>& points, const QList<QUuid>& generations)
+{
     V2N::RemoveNbfDataStatus status;
     status.setConnectionId(connectionId);
     status.setBunchId(bunchId);
-    if (!removed.error.isEmpty()) {
-        NVL::NvlDebug(QStringLiteral("NVB")).warning() << removed.error;
+    status.setGenerationId(generationId);
+    if (!error.isEmpty()) {
+        NVL::NvlDebug(QStringLiteral("NVB")).warning() << error;
         status.setStatus(5);
-        status.setMessage(removed.error);
+        status.setMessage(error);
         m_notifier->notifyV2(status);
-        return Outcome::failure(removed.error);
+        return;
     }
-    for (const StoredRestorePoint& point : removed.points) {
+    for (const StoredRestorePoint& point : points) {
         V2N::RemoveRestorePoint gone;
         gone.setConnectionId(point.connectionId);
         gone.setBunchId(point.bunchId);
@@ -247,20 +229,21 @@ Outcome Engine::removeBunch(const QUuid& connectionId, const QUuid& bunchId)
         gone.setSequenceNumber(point.sequenceNumber);
         m_notifier->notifyV2(gone);
     }
-    for (const QUuid& generation : removed.generations) {
+    for (const QUuid& generation : generations) {
         V2N::RemovedGeneration gone;
         gone.setConnectionId(connectionId);
         gone.setBunchId(bunchId);
         gone.setGenerationId(generation);
         m_notifier->notifyV2(gone);
     }
-    V2N::RemovedBunch gone;
-    gone.setConnectionId(connectionId);
-    gone.setBunchId(bunchId);
-    m_notifier->notifyV2(gone);
+    if (generationId.isNull()) {
+        V2N::RemovedBunch gone;
+        gone.setConnectionId(connectionId);
+        gone.setBunchId(bunchId);
+        m_notifier->notifyV2(gone);
+    }
     status.setStatus(3);
     m_notifier->notifyV2(status);
-    return Outcome::success();
 }
 
 Outcome Engine::removePlan(const QUuid& id)

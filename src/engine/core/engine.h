@@ -76,6 +76,10 @@ private:
     // The first path of a file plan that is not a plain absolute path.
     static QString unplainPath(const NVB::Info::Plan::Base& record);
     void notifyStateChange(const QUuid& planId, int state, int lastState);
+    // What a deletion took, point by point, then its outcome: a null
+    // generation id stands for the whole bunch.
+    void announceRemoval(const QUuid& connectionId, const QUuid& bunchId, const QUuid& generationId,
+        const QString& error, const QList<StoredRestorePoint>& points, const QList<QUuid>& generations);
 
     EngineStore* m_store;
     Notifier* m_notifier;
