@@ -38,4 +38,27 @@ void ContainerCombo::selectSaved(QComboBox* combo, QString* savedContainer)
     combo->setCurrentIndex(found < 0 ? 0 : found);
 }
 
+void ContainerCombo::update(
+    QComboBox* combo, QWidget* addButton, QWidget* okButton, bool filled, bool loaded, QString* savedContainer)
+{
+    combo->setEnabled(filled);
+    if (!filled) {
+        okButton->setEnabled(false);
+        return;
+    }
+    selectSaved(combo, savedContainer);
+    addButton->setEnabled(loaded);
+    okButton->setEnabled(loaded && combo->currentIndex() >= 0);
+}
+
+void ContainerCombo::reset(QComboBox* combo, QWidget* addButton, QWidget* okButton)
+{
+    {
+        const QSignalBlocker block(combo);
+        combo->clear();
+    }
+    addButton->setEnabled(false);
+    okButton->setEnabled(false);
+}
+
 } // namespace NVB::GUI::Settings::Account

@@ -130,26 +130,14 @@ void Azure::Add::onDataChanged()
         filled = filled && !line->text().trimmed().isEmpty();
     if (isStack())
         filled = filled && !m_endpoint->text().trimmed().isEmpty();
-    m_container->setEnabled(filled);
-    if (!filled) {
-        okButton()->setEnabled(false);
-        return;
-    }
-    ContainerCombo::selectSaved(m_container, &m_savedContainer);
-    m_addContainer->setEnabled(m_containersLoaded);
-    okButton()->setEnabled(m_containersLoaded && m_container->currentIndex() >= 0);
+    ContainerCombo::update(m_container, m_addContainer, okButton(), filled, m_containersLoaded, &m_savedContainer);
 }
 
 void Azure::Add::onCredsReset()
 {
     m_containers.clear();
-    {
-        const QSignalBlocker block(m_container);
-        m_container->clear();
-    }
     m_containersLoaded = false;
-    m_addContainer->setEnabled(false);
-    okButton()->setEnabled(false);
+    ContainerCombo::reset(m_container, m_addContainer, okButton());
 }
 
 QMap<QString, QVariant> Azure::Add::cloudConfig() const

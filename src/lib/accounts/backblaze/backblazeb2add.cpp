@@ -86,26 +86,14 @@ void BackblazeB2::Add::onDataChanged()
     bool filled = true;
     for (QLineEdit* line : {m_displayName, m_keyId, m_key})
         filled = filled && !line->text().trimmed().isEmpty();
-    m_bucket->setEnabled(filled);
-    if (!filled) {
-        okButton()->setEnabled(false);
-        return;
-    }
-    ContainerCombo::selectSaved(m_bucket, &m_savedContainer);
-    m_addBucket->setEnabled(m_containersLoaded);
-    okButton()->setEnabled(m_containersLoaded && m_bucket->currentIndex() >= 0);
+    ContainerCombo::update(m_bucket, m_addBucket, okButton(), filled, m_containersLoaded, &m_savedContainer);
 }
 
 void BackblazeB2::Add::onCredsReset()
 {
     m_ids.clear();
-    {
-        const QSignalBlocker block(m_bucket);
-        m_bucket->clear();
-    }
     m_containersLoaded = false;
-    m_addBucket->setEnabled(false);
-    okButton()->setEnabled(false);
+    ContainerCombo::reset(m_bucket, m_addBucket, okButton());
 }
 
 QMap<QString, QVariant> BackblazeB2::Add::cloudConfig() const

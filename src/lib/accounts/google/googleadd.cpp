@@ -184,26 +184,14 @@ void Google::Add::onDataChanged()
 {
     onClearErrorMessage();
     const bool filled = !m_displayName->text().trimmed().isEmpty() && credentialsComplete();
-    m_bucket->setEnabled(filled);
-    if (!filled) {
-        okButton()->setEnabled(false);
-        return;
-    }
-    ContainerCombo::selectSaved(m_bucket, &m_savedContainer);
-    m_addBucket->setEnabled(m_containersLoaded);
-    okButton()->setEnabled(m_containersLoaded && m_bucket->currentIndex() >= 0);
+    ContainerCombo::update(m_bucket, m_addBucket, okButton(), filled, m_containersLoaded, &m_savedContainer);
 }
 
 void Google::Add::onCredsReset()
 {
     m_containers.clear();
-    {
-        const QSignalBlocker block(m_bucket);
-        m_bucket->clear();
-    }
     m_containersLoaded = false;
-    m_addBucket->setEnabled(false);
-    okButton()->setEnabled(false);
+    ContainerCombo::reset(m_bucket, m_addBucket, okButton());
 }
 
 QMap<QString, QVariant> Google::Add::cloudConfig() const

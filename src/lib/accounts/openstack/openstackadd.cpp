@@ -15,6 +15,7 @@
 #include <QToolButton>
 
 #include "accounts/advanced/advancedstorage.h"
+#include "accounts/containercombo.h"
 #include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "cloud/cloudconfig.h"
@@ -283,13 +284,8 @@ void OpenStack::Add::onCredsReset()
 {
     m_containers.clear();
     m_order.clear();
-    {
-        const QSignalBlocker block(m_container);
-        m_container->clear();
-    }
     m_containersLoaded = false;
-    m_addContainer->setEnabled(false);
-    okButton()->setEnabled(false);
+    ContainerCombo::reset(m_container, m_addContainer, okButton());
 }
 
 QPair<QString, QString> OpenStack::Add::chosen() const

@@ -128,14 +128,9 @@ void AmazonS3Compatible::Add::onDataChanged()
 void AmazonS3Compatible::Add::onCredsReset()
 {
     m_containers.clear();
-    {
-        const QSignalBlocker block(m_bucket);
-        m_bucket->clear();
-    }
-    m_addBucket->setEnabled(false);
+    ContainerCombo::reset(m_bucket, m_addBucket, okButton());
     onClearErrorMessage();
     m_containersLoaded = false;
-    okButton()->setEnabled(false);
 }
 
 void AmazonS3Compatible::Add::onEditingFinished()
