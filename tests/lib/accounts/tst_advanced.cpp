@@ -81,7 +81,6 @@ private slots:
     void shouldEnableOkOnlyForNonBlankPrefix();
     void shouldStartFromGivenOrDefaultPrefix();
     void shouldListOnceAndMergeTheComputerName();
-    void shouldHideSslWhenAsked();
     void shouldListPrefixesOfLocalFolder();
     void shouldTakeOverPrefixChosenInLocalDialog();
     void shouldMapSignatureChoice_data();
@@ -172,7 +171,6 @@ void TestAdvanced::shouldTurnWheelOfItsFrameWhileListing()
 {
     PrefixSource source;
     Advanced dialog(source, false);
-    QVERIFY(qobject_cast<NVB::GUI::ProcessDialog*>(&dialog));
     dialog.show();
     QVERIFY(!dialog.progressWheel()->isAnimated());
     QTest::mouseClick(dialog.prefixCombo(), Qt::LeftButton);
@@ -214,20 +212,6 @@ void TestAdvanced::shouldListOnceAndMergeTheComputerName()
     dialog.prefixCombo()->hidePopup();
     QTest::mouseClick(dialog.prefixCombo(), Qt::LeftButton);
     QCOMPARE(source.requests, 1);
-}
-
-void TestAdvanced::shouldHideSslWhenAsked()
-{
-    AdvancedStorage shown(QStringLiteral("p"), {}, false, true, false);
-    shown.show();
-    QVERIFY(shown.sslBox()->isVisible());
-    QVERIFY(shown.useSsl());
-    shown.sslBox()->setChecked(false);
-    QVERIFY(!shown.useSsl());
-    AdvancedStorage hidden(QStringLiteral("p"), {}, false, false, true);
-    hidden.show();
-    QVERIFY(!hidden.sslBox()->isVisible());
-    QVERIFY(!hidden.useSsl());
 }
 
 void TestAdvanced::shouldListPrefixesOfLocalFolder()

@@ -1,10 +1,9 @@
 #include <QAbstractItemModelTester>
 #include <QDir>
-#include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
+#include "filetree.h"
 #include "models/basefilesmodel.h"
 #include "testmain.h"
 
@@ -68,42 +67,10 @@ public:
     int lastDepth = -1;
 };
 
-void touch(const QString& path)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-}
-
-// top/a/{x,y}, top/b/{deep/z}, top/.hidden, top/file
-void makeTree(const QString& top)
-{
-    QDir dir(top);
-    QVERIFY(dir.mkpath(QStringLiteral("a")));
-    QVERIFY(dir.mkpath(QStringLiteral("b/deep")));
-    touch(top + QStringLiteral("/a/x"));
-    touch(top + QStringLiteral("/a/y"));
-    touch(top + QStringLiteral("/b/deep/z"));
-    touch(top + QStringLiteral("/.hidden"));
-    touch(top + QStringLiteral("/file"));
-}
-
-int stateOf(const BaseFilesModel& model, const QString& path)
-{
-    return model.indexByPath(path).data(Qt::CheckStateRole).toInt();
-}
-
-bool expand(BaseFilesModel& model, const QString& path)
-{
-    const QModelIndex index = model.indexByPath(path);
-    if (!index.isValid() || !model.canFetchMore(index))
-        return false;
-    model.fetchMore(index);
-    return QTest::qWaitFor([&] {
-        return model.indexByPath(path).data(Qt::DisplayRole).isValid() && model.rowCount(model.indexByPath(path)) > 0;
-    });
-}
-
 } // namespace
+
+using NvbTest::checkState;
+using NvbTest::expand;
 
 class TestBaseFilesModel : public QObject
 {
@@ -113,7 +80,6 @@ private slots:
     void init();
     void shouldPassTesterWhileLoadingCheckingAndCollapsing();
     void shouldListFolderOnFetch();
-    void shouldServeColumnsAndRoles();
     void shouldGiveArrivingChildrenTheFolderMark();
     void shouldForgetChildrenAndMarksOnCollapse();
     void shouldIgnoreResultForGonePath();
@@ -122,7 +88,6 @@ private slots:
     void shouldWalkMarks();
     void shouldRefuseOtherRolesAndSameValue();
     void shouldMatchSiblingsWithOrWithoutHidden();
-    void shouldOnlyStoreHiddenFlag();
 
 private:
     // The tester knows only the toolkit's three check states and looks at the
@@ -130,20 +95,16 @@ private:
     // folder put before the one under test.
     QStringList testedTops() const { return {m_aside, m_top}; }
 
-    QScopedPointer<QTemporaryDir> m_dir;
+    QScopedPointer<NvbTest::FileTree> m_tree;
     QString m_top;
     QString m_aside;
 };
 
 void TestBaseFilesModel::init()
 {
-    m_dir.reset(new QTemporaryDir());
-    QVERIFY(m_dir->isValid());
-    m_top = m_dir->path() + QStringLiteral("/top");
-    m_aside = m_dir->path() + QStringLiteral("/aside");
-    QVERIFY(QDir().mkpath(m_top));
-    QVERIFY(QDir().mkpath(m_aside));
-    makeTree(m_top);
+    m_tree.reset(new NvbTest::FileTree({"aside/", "top/a/x", "top/a/y", "top/b/deep/z", "top/.hidden", "top/file"}));
+    m_top = m_tree->path(QStringLiteral("top"));
+    m_aside = m_tree->path(QStringLiteral("aside"));
 }
 
 void TestBaseFilesModel::shouldPassTesterWhileLoadingCheckingAndCollapsing()
@@ -181,24 +142,6 @@ void TestBaseFilesModel::shouldListFolderOnFetch()
     QVERIFY(!model.hasChildren(model.indexByPath(m_top + QStringLiteral("/file"))));
 }
 
-void TestBaseFilesModel::shouldServeColumnsAndRoles()
-{
-    FolderModel model({m_top});
-    QVERIFY(expand(model, m_top));
-    const QModelIndex hidden = model.indexByPath(m_top + QStringLiteral("/.hidden"));
-    QVERIFY(hidden.isValid());
-    QCOMPARE(model.columnCount(), 7);
-    QCOMPARE(hidden.sibling(hidden.row(), 1).data().toString(), m_top + QStringLiteral("/.hidden"));
-    QCOMPARE(hidden.sibling(hidden.row(), 2).data().toString(), m_top + QStringLiteral("/.hidden"));
-    QCOMPARE(hidden.sibling(hidden.row(), 3).data().toBool(), true);
-    QCOMPARE(hidden.sibling(hidden.row(), 5).data().toInt(), 0);
-    QCOMPARE(hidden.sibling(hidden.row(), 6).data().toBool(), true);
-    QVERIFY(!hidden.sibling(hidden.row(), 1).data(Qt::CheckStateRole).isValid());
-    QCOMPARE(hidden.data(Qt::CheckStateRole).toInt(), 0);
-    QVERIFY(hidden.data(Qt::DecorationRole).canConvert<QIcon>());
-    QVERIFY(model.flags(hidden) & Qt::ItemIsUserCheckable);
-}
-
 void TestBaseFilesModel::shouldGiveArrivingChildrenTheFolderMark()
 {
     FolderModel model({m_top});
@@ -207,13 +150,13 @@ void TestBaseFilesModel::shouldGiveArrivingChildrenTheFolderMark()
     QVERIFY(model.setData(model.indexByPath(a), 2, Qt::CheckStateRole));
     // Only the folder is marked until its children come.
     QCOMPARE(model.nodeCount(), 5);
-    QCOMPARE(stateOf(model, m_top), 1001);
+    QCOMPARE(checkState(model, m_top), 1001);
     QVERIFY(expand(model, a));
-    QCOMPARE(stateOf(model, a + QStringLiteral("/x")), 2);
-    QCOMPARE(stateOf(model, a + QStringLiteral("/y")), 2);
-    QCOMPARE(stateOf(model, m_top + QStringLiteral("/b")), 0);
+    QCOMPARE(checkState(model, a + QStringLiteral("/x")), 2);
+    QCOMPARE(checkState(model, a + QStringLiteral("/y")), 2);
+    QCOMPARE(checkState(model, m_top + QStringLiteral("/b")), 0);
     QVERIFY(expand(model, m_top + QStringLiteral("/b")));
-    QCOMPARE(stateOf(model, m_top + QStringLiteral("/b/deep")), 0);
+    QCOMPARE(checkState(model, m_top + QStringLiteral("/b/deep")), 0);
 }
 
 void TestBaseFilesModel::shouldForgetChildrenAndMarksOnCollapse()
@@ -223,7 +166,7 @@ void TestBaseFilesModel::shouldForgetChildrenAndMarksOnCollapse()
     QTRY_VERIFY(model.nodeByPath(m_top + QStringLiteral("/a/x")));
     const QString a = m_top + QStringLiteral("/a");
     QVERIFY(model.setData(model.indexByPath(a + QStringLiteral("/x")), 2, Qt::CheckStateRole));
-    QCOMPARE(stateOf(model, a), 1001);
+    QCOMPARE(checkState(model, a), 1001);
     QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
     model.onCollapse(model.indexByPath(a));
     QCOMPARE(removed.count(), 1);
@@ -234,8 +177,8 @@ void TestBaseFilesModel::shouldForgetChildrenAndMarksOnCollapse()
     // The tester opens the folder again at once; back again the children take
     // the folder's own state, which was incomplete.
     QTRY_VERIFY(model.nodeByPath(a + QStringLiteral("/y")));
-    QCOMPARE(stateOf(model, a + QStringLiteral("/x")), 0);
-    QCOMPARE(stateOf(model, a + QStringLiteral("/y")), 0);
+    QCOMPARE(checkState(model, a + QStringLiteral("/x")), 0);
+    QCOMPARE(checkState(model, a + QStringLiteral("/y")), 0);
 }
 
 void TestBaseFilesModel::shouldIgnoreResultForGonePath()
@@ -320,7 +263,7 @@ void TestBaseFilesModel::shouldWalkMarks()
     }
     for (const QString& expectation : expected) {
         const QStringList parts = expectation.split(QLatin1Char('='));
-        QCOMPARE(QStringLiteral("%1=%2").arg(parts.at(0)).arg(stateOf(model, full(parts.at(0)))), expectation);
+        QCOMPARE(QStringLiteral("%1=%2").arg(parts.at(0)).arg(checkState(model, full(parts.at(0)))), expectation);
     }
 }
 
@@ -332,7 +275,7 @@ void TestBaseFilesModel::shouldRefuseOtherRolesAndSameValue()
     QVERIFY(!model.setData(top, 2, Qt::DisplayRole));
     QVERIFY(!model.setData(top.sibling(0, 1), 2, Qt::CheckStateRole));
     QVERIFY(!model.setData(QModelIndex(), 2, Qt::CheckStateRole));
-    QCOMPARE(stateOf(model, m_top), 0);
+    QCOMPARE(checkState(model, m_top), 0);
 }
 
 void TestBaseFilesModel::shouldMatchSiblingsWithOrWithoutHidden()
@@ -348,19 +291,6 @@ void TestBaseFilesModel::shouldMatchSiblingsWithOrWithoutHidden()
     const QModelIndex last = model.indexByPath(m_top + QStringLiteral("/file"));
     QVERIFY(last.row() > hidden.row());
     QVERIFY(!model.hasMatchFirst(last, Qt::CheckStateRole, 2, true));
-}
-
-void TestBaseFilesModel::shouldOnlyStoreHiddenFlag()
-{
-    FolderModel model({m_top});
-    QVERIFY(expand(model, m_top));
-    const QModelIndex hidden = model.indexByPath(m_top + QStringLiteral("/.hidden"));
-    QVERIFY(model.setData(hidden, 2, Qt::CheckStateRole));
-    QVERIFY(model.uncheckedAllHiddenFiles());
-    model.onUncheckedAllHiddenFiles(false);
-    QVERIFY(!model.uncheckedAllHiddenFiles());
-    model.onUncheckedAllHiddenFiles(true);
-    QCOMPARE(hidden.data(Qt::CheckStateRole).toInt(), 2);
 }
 
 NVB_TEST_MAIN(TestBaseFilesModel)

@@ -1,20 +1,16 @@
 #include <QAbstractItemModelTester>
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "enginetestpeer.h"
-#include "listing/filesystemlisting.h"
+#include "filetree.h"
 #include "models/filesystemcheckedsharecontrolmodel.h"
 #include "service/commands/plan.h"
 #include "service/connectionmanager.h"
 #include "service/servicelink.h"
 #include "testmain.h"
 
-using NVB::FileSystemListing;
 using NVB::GUI::FileSystemCheckedShareControlModel;
 using NvbTest::EngineTestPeer;
 namespace Communication = NVB::Common::Communication;
@@ -46,7 +42,7 @@ private:
     }
 
     EngineTestPeer* m_peer = nullptr;
-    QScopedPointer<QTemporaryDir> m_dir;
+    QScopedPointer<NvbTest::FileTree> m_tree;
     QString m_aside;
     QString m_docs;
     QString m_media;
@@ -63,20 +59,13 @@ void TestFileSystemCheckedShareControlModel::initTestCase()
 
 void TestFileSystemCheckedShareControlModel::init()
 {
-    m_dir.reset(new QTemporaryDir());
-    QVERIFY(m_dir->isValid());
-    m_aside = m_dir->path() + QStringLiteral("/aside");
-    m_docs = m_dir->path() + QStringLiteral("/docs");
-    m_media = m_dir->path() + QStringLiteral("/media");
-    for (const QString& folder : {m_aside, m_docs + QStringLiteral("/letters"), m_media + QStringLiteral("/films")})
-        QVERIFY(QDir().mkpath(folder));
-    QFile table(m_dir->path() + QStringLiteral("/mountinfo"));
-    QVERIFY(table.open(QIODevice::WriteOnly));
-    table.write("27 1 254:0 / " + QFile::encodeName(m_aside) + " rw - ext4 /dev/vda rw\n");
-    table.write("28 27 0:50 / " + QFile::encodeName(m_docs) + " rw - cifs //srv/docs rw\n");
-    table.write("29 27 0:51 / " + QFile::encodeName(m_media) + " rw - nfs4 nas:/media rw\n");
-    table.close();
-    FileSystemListing::setMountTable(table.fileName());
+    m_tree.reset(new NvbTest::FileTree({"aside/", "docs/letters/", "media/films/"}));
+    m_tree->mount(QStringLiteral("aside"), "ext4", "/dev/vda");
+    m_tree->mount(QStringLiteral("docs"), "cifs", "//srv/docs");
+    m_tree->mount(QStringLiteral("media"), "nfs4", "nas:/media");
+    m_aside = m_tree->path(QStringLiteral("aside"));
+    m_docs = m_tree->path(QStringLiteral("docs"));
+    m_media = m_tree->path(QStringLiteral("media"));
     m_peer->onCommand(QLatin1String(UsedShare::Name),
         EngineTestPeer::Answer::reply({{QLatin1String(UsedShare::Reply::List),
             QJsonArray {usedBy(m_otherPlan, QStringLiteral("/NVB_SHARES/srv/docs"))}}}));
@@ -84,7 +73,7 @@ void TestFileSystemCheckedShareControlModel::init()
 
 void TestFileSystemCheckedShareControlModel::cleanup()
 {
-    FileSystemListing::setMountTable(QString());
+    m_tree.reset();
 }
 
 void TestFileSystemCheckedShareControlModel::shouldAskEngineForUsedShares()

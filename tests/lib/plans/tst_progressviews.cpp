@@ -51,24 +51,10 @@ private slots:
         QVERIFY(shown.contains(QChar(0x2026)));
     }
 
-    void shouldKeepTooltipForUnknownSubtype()
-    {
-        PlanFileProgress view;
-        QLabel* label = view.label(PlanFileProgress::ToolTip);
-        view.setCurrent(2);
-        QVERIFY(label->toolTip().contains(QStringLiteral("restore plan")));
-        view.setCurrent(7);
-        QVERIFY(label->toolTip().contains(QStringLiteral("restore plan")));
-        view.setCurrent(1);
-        QVERIFY(label->toolTip().contains(QStringLiteral("in this backup")));
-    }
-
     void shouldShowDisksAndVolumesByTheirIds()
     {
         namespace Disk = Keys::DiskImage::Disk;
         PlanDiskImageProgress view;
-        QCOMPARE(view.sizeLabel()->text(), QStringLiteral(" 0 "));
-        QCOMPARE(view.speedLabel()->text(), QStringLiteral("( 0 )"));
         const auto message = [](int read, int sent) {
             const QVariantMap volume {{Disk::Volume::Id, "p1"}, {Disk::Volume::Name, "sda1 (/)"},
                 {Disk::Volume::ProgressRead, read}, {Disk::Volume::ProgressUpload, sent}};

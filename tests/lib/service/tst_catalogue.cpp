@@ -4,19 +4,7 @@
 #include <QJsonDocument>
 #include <QSet>
 
-#include "service/commands/catalogue.h"
-#include "service/commands/content.h"
-#include "service/commands/header.h"
-#include "service/commands/history.h"
-#include "service/commands/license.h"
-#include "service/commands/plan.h"
-#include "service/commands/proxyjsonvalues.h"
-#include "service/commands/snapshot.h"
-#include "service/commands/storage.h"
-#include "service/commands/system.h"
-#include "service/icommand.h"
 #include "service/manager.h"
-#include "service/notification/format.h"
 #include "service/notification/parserfactory.h"
 #include "service/v2/commandcatalogue.h"
 #include "service/v2/commands/getconnection.h"
@@ -73,8 +61,6 @@ using PayloadRoundTrip = std::function<QByteArray(const QByteArray&)>;
 Q_DECLARE_METATYPE(PayloadRoundTrip)
 
 namespace {
-
-#include "catalogue_rows.inc"
 
 // Reads bytes into the payload and writes it back; empty when refused.
 template<typename Payload> PayloadRoundTrip roundTrip()
@@ -153,9 +139,6 @@ class TestCatalogue : public QObject
 {
     Q_OBJECT
 private slots:
-    void shouldRegisterEveryV1Command();
-    void shouldKnowEveryNotificationType_data();
-    void shouldKnowEveryNotificationType();
     void shouldRoundTripV2Commands_data();
     void shouldRoundTripV2Commands();
     void shouldRoundTripV2Payloads_data();
@@ -163,29 +146,6 @@ private slots:
     void shouldKeepPayloadTypeIdsDistinct();
     void shouldRefuseFractionForCount();
 };
-
-void TestCatalogue::shouldRegisterEveryV1Command()
-{
-    const QStringList names = commandNames();
-    QCOMPARE(Commands::Catalogue::names().size(), names.size());
-    for (const QString& name : names) {
-        QVERIFY2(Commands::Catalogue::contains(name), qPrintable(name));
-    }
-    QVERIFY(!Commands::Catalogue::contains(QStringLiteral("planexecutestart")));
-}
-
-void TestCatalogue::shouldKnowEveryNotificationType_data()
-{
-    QTest::addColumn<QUuid>("constant");
-    addNotificationTypeRows();
-}
-
-void TestCatalogue::shouldKnowEveryNotificationType()
-{
-    QFETCH(QUuid, constant);
-    QVERIFY(Notification::ParserFactory::instance().isKnownType(constant));
-    QVERIFY(Notification::Format::allTypes().contains(constant));
-}
 
 void TestCatalogue::shouldRoundTripV2Commands_data()
 {

@@ -82,11 +82,9 @@ class TestPlanWizardBase : public QObject
     Q_OBJECT
 
 private slots:
-    void shouldExposeKindEditAndIdAsProperties();
     void shouldTakeBackgroundFromImagesOfInstallation();
     void shouldRefuseSecondExecWhileOneIsOpen_data();
     void shouldRefuseSecondExecWhileOneIsOpen();
-    void shouldTitlePageByWizardKind();
     void shouldNotCompleteBlankName_data();
     void shouldNotCompleteBlankName();
     void shouldSummariseOnlyVisitedPagesAndKeepNameGoingBack();
@@ -96,19 +94,6 @@ private slots:
     void shouldTrimInternalPaths();
     void shouldWidenToLargestPage();
 };
-
-void TestPlanWizardBase::shouldExposeKindEditAndIdAsProperties()
-{
-    PlanWizardBase wizard(PlanWizardBase::PlanTypeRestore);
-    // The kind is fixed at construction; pages read the rest by name.
-    QVERIFY(!wizard.setProperty("PlanType", 1));
-    QCOMPARE(wizard.planType(), 2);
-    const QUuid id = QUuid::createUuid();
-    QVERIFY(wizard.setProperty("IsEdit", true));
-    QVERIFY(wizard.setProperty("PlanId", id));
-    QVERIFY(wizard.isEdit());
-    QCOMPARE(wizard.getPlanId(), id);
-}
 
 void TestPlanWizardBase::shouldTakeBackgroundFromImagesOfInstallation()
 {
@@ -179,16 +164,6 @@ void TestPlanWizardBase::shouldRefuseSecondExecWhileOneIsOpen()
     });
     QCOMPARE(second.exec(), int(QDialog::Accepted));
     QVERIFY(shownNow);
-}
-
-void TestPlanWizardBase::shouldTitlePageByWizardKind()
-{
-    // The backup title is checked by the backup wizard's own walk.
-    PlanWizardBase wizard(PlanWizardBase::PlanTypeRestore);
-    auto* page = new PlanWizardBase::PageName();
-    wizard.addPage(page);
-    wizard.show();
-    QCOMPARE(page->title(), QStringLiteral("Restore plan: Plan name"));
 }
 
 void TestPlanWizardBase::shouldNotCompleteBlankName_data()

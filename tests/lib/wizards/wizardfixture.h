@@ -2,17 +2,13 @@
 
 #include <QDir>
 #include <QFile>
-#include <QScopedPointer>
-#include <QTemporaryDir>
-#include <QTest>
-
 #include <QStandardItemModel>
 #include <QUuid>
 #include <QWizard>
 
 #include "accounts/storageseditlist.h"
 #include "core/apppath.h"
-#include "listing/filesystemlisting.h"
+#include "filetree.h"
 #include "models/filesystemcheckedmodel.h"
 #include "models/modelcreator.h"
 #include "models/modelmanager.h"
@@ -44,45 +40,22 @@ class WizardVolume
 {
 public:
     WizardVolume()
-        : m_dir(new QTemporaryDir())
+        : m_tree({"vol/docs/a.txt", "vol/docs/b.txt", "vol/docs/.hidden", "vol/music/song.ogg"})
     {
-        QDir dir(m_dir->path());
-        for (const char* folder : {"vol/docs", "vol/music"})
-            dir.mkpath(QLatin1String(folder));
-        for (const char* file : {"vol/docs/a.txt", "vol/docs/b.txt", "vol/docs/.hidden", "vol/music/song.ogg"}) {
-            QFile touch(m_dir->path() + QLatin1Char('/') + QLatin1String(file));
-            touch.open(QIODevice::WriteOnly);
-        }
-        QFile table(m_dir->path() + QStringLiteral("/mountinfo"));
-        table.open(QIODevice::WriteOnly);
-        table.write("28 1 254:1 / " + QFile::encodeName(vol()) + " rw - ext4 /dev/vdb rw\n");
-        table.close();
-        NVB::FileSystemListing::setMountTable(table.fileName());
+        m_tree.mount(QStringLiteral("vol"));
     }
-
-    ~WizardVolume() { NVB::FileSystemListing::setMountTable(QString()); }
 
     QString vol(const QString& relative = QString()) const
     {
-        const QString root = m_dir->path() + QStringLiteral("/vol");
-        return relative.isEmpty() ? root : root + QLatin1Char('/') + relative;
+        return m_tree.path(relative.isEmpty() ? QStringLiteral("vol") : QStringLiteral("vol/") + relative);
     }
 
     // A mount table without a single volume.
-    void makeEmpty()
-    {
-        QFile table(m_dir->path() + QStringLiteral("/mountinfo"));
-        table.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    }
+    void makeEmpty() { m_tree.unmountAll(); }
 
     static bool expand(NVB::GUI::FileSystemCheckedModel* model, const QString& path)
     {
-        const QModelIndex index = model->indexByPath(path);
-        if (!index.isValid())
-            return false;
-        if (model->canFetchMore(index))
-            model->fetchMore(index);
-        return QTest::qWaitFor([&] { return model->rowCount(model->indexByPath(path)) > 0; });
+        return NvbTest::expand(*model, path);
     }
 
     static bool mark(NVB::GUI::FileSystemCheckedModel* model, const QString& path, int state)
@@ -91,7 +64,7 @@ public:
     }
 
 private:
-    QScopedPointer<QTemporaryDir> m_dir;
+    NvbTest::FileTree m_tree;
 };
 
 // The shared storage table with one File System account, so that the storage
@@ -149,8 +122,8 @@ private:
 // default, to the first page that isn't one of them.
 inline void passOptionPages(QWizard& wizard)
 {
-    for (int steps = 0; steps < 8 && (wizard.currentId() == 102 || wizard.currentId() == 5 || wizard.currentId() == 103);
-         ++steps)
+    for (int steps = 0;
+         steps < 8 && (wizard.currentId() == 102 || wizard.currentId() == 5 || wizard.currentId() == 103); ++steps)
         wizard.next();
 }
 
