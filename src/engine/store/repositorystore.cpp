@@ -5,6 +5,8 @@
 #include <QSqlQuery>
 #include <QVariant>
 
+#include "contentrecorder.h"
+#include "contentrow.h"
 #include "storedatabase.h"
 #include "storevalues.h"
 
@@ -35,93 +37,6 @@ StoredRestorePoint readRestorePoint(const QSqlQuery& q)
 const QString RestorePointColumns = QStringLiteral(
     "id, connection_id, bunch_id, generation_id, sequence, start_utc, backup_type, type, status, deep_sync, "
     "encrypted, size_on_storage");
-
-const QString ContentColumns
-    = QStringLiteral("c.path, c.type, c.modified_utc, c.size, c.deleted, c.object, c.checksum, c.modified_ns, "
-                     "c.changed_ns, c.inode, c.mode, c.owner, c.grp, c.link_target, c.encoding, c.stored_size");
-
-StoredContent readContent(const QSqlQuery& q)
-{
-    StoredContent c;
-    c.path = q.value(0).toString();
-    c.type = q.value(1).toInt();
-    c.modifiedNs = q.value(7).toLongLong();
-    // The stamp is the nanoseconds cut to milliseconds; reading it back from
-    // them spares parsing a date per row. Rows without them keep their text.
-    c.modifiedUtc
-        = c.modifiedNs > 0 ? QDateTime::fromMSecsSinceEpoch(c.modifiedNs / 1000000, Qt::UTC) : readStamp(q.value(2));
-    c.size = q.value(3).toLongLong();
-    c.deleted = q.value(4).toBool();
-    c.object = q.value(5).toString();
-    c.checksum = q.value(6).toByteArray();
-    c.changedNs = q.value(8).toLongLong();
-    c.inode = quint64(q.value(9).toLongLong());
-    c.mode = uint(q.value(10).toLongLong());
-    c.owner = q.value(11).toLongLong();
-    c.group = q.value(12).toLongLong();
-    c.linkTarget = q.value(13).toString();
-    c.encoding = q.value(14).toInt();
-    c.storedSize = q.value(15).toLongLong();
-    return c;
-}
-
-// Ends open rows of a generation before a new point. A row that began after
-// `lastSeq` belonged only to a point deleted since, and goes.
-class OpenRows
-{
-public:
-    enum Scope { Path, Parent, All };
-
-    OpenRows(StoreDatabase& db, const QString& generation, qint64 lastSeq)
-        : m_db(db)
-        , m_generation(generation)
-        , m_lastSeq(lastSeq)
-    { }
-
-    bool close(Scope scope, const QString& value)
-    {
-        QSqlQuery& end = m_end[scope];
-        QSqlQuery& drop = m_drop[scope];
-        if (!m_prepared[scope]) {
-            const QString where = QStringLiteral(" WHERE generation=? AND last_seq=? AND %1 first_seq")
-                                      .arg(scope == Path        ? QStringLiteral("path=? AND")
-                                              : scope == Parent ? QStringLiteral("parent=? AND")
-                                                                : QString());
-            end = QSqlQuery(m_db.database());
-            drop = QSqlQuery(m_db.database());
-            // Without statistics SQLite prefers the primary key's generation
-            // prefix, a scan of the whole generation, to the parent index.
-            const QString table = scope == Parent ? QStringLiteral("contents INDEXED BY contents_by_parent")
-                                                  : QStringLiteral("contents");
-            if (!end.prepare(QStringLiteral("UPDATE %1 SET last_seq=?").arg(table) + where + QStringLiteral("<=?"))
-                || !drop.prepare(QStringLiteral("DELETE FROM %1").arg(table) + where + QStringLiteral(">?")))
-                return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(end.lastError().text()));
-            m_prepared[scope] = true;
-        }
-        int column = 0;
-        end.bindValue(column++, m_lastSeq);
-        for (QSqlQuery* q : {&end, &drop}) {
-            q->bindValue(column++, m_generation);
-            q->bindValue(column++, OpenEnd);
-            if (scope != All)
-                q->bindValue(column++, value);
-            q->bindValue(column++, m_lastSeq);
-            column = 0;
-        }
-        if (!end.exec() || !drop.exec())
-            return m_db.fail(QStringLiteral("Cannot close content rows: %1")
-                                 .arg(end.lastError().isValid() ? end.lastError().text() : drop.lastError().text()));
-        return true;
-    }
-
-private:
-    StoreDatabase& m_db;
-    QString m_generation;
-    qint64 m_lastSeq;
-    QSqlQuery m_end[3];
-    QSqlQuery m_drop[3];
-    bool m_prepared[3] = {false, false, false};
-};
 
 } // namespace
 
@@ -259,12 +174,12 @@ QList<StoredContent> RepositoryStore::content(qint64 restorePointRowId)
     q.setForwardOnly(true);
     q.prepare(QStringLiteral("SELECT %1 FROM restore_points r JOIN contents c ON c.generation=r.generation_id "
                              "AND c.first_seq<=r.sequence AND c.last_seq>=r.sequence WHERE r.id=? ORDER BY c.path")
-                  .arg(ContentColumns));
+                  .arg(ContentRow::columns()));
     q.addBindValue(restorePointRowId);
     if (!q.exec())
         return result;
     while (q.next())
-        result.append(readContent(q));
+        result.append(ContentRow::read(q));
     return result;
 }
 
@@ -277,7 +192,7 @@ QList<StoredContent> RepositoryStore::contentChildren(
                              "ON c.generation=r.generation_id AND c.parent=? AND c.first_seq<=r.sequence AND "
                              "c.last_seq>=r.sequence WHERE r.id=? "
                              "ORDER BY c.type, c.name LIMIT ? OFFSET ?")
-                  .arg(ContentColumns));
+                  .arg(ContentRow::columns()));
     q.addBindValue(parent);
     q.addBindValue(restorePointRowId);
     q.addBindValue(limit);
@@ -285,7 +200,7 @@ QList<StoredContent> RepositoryStore::contentChildren(
     if (!q.exec())
         return result;
     while (q.next())
-        result.append(readContent(q));
+        result.append(ContentRow::read(q));
     return result;
 }
 
@@ -298,7 +213,7 @@ std::optional<QList<StoredContent>> RepositoryStore::currentChildren(const QUuid
         // prefix, a scan of the whole generation, to the parent index.
         if (!m_childrenQuery->prepare(QStringLiteral("SELECT %1 FROM contents c INDEXED BY contents_by_parent "
                                                      "WHERE c.generation=? AND c.parent=? AND c.last_seq=?")
-                                          .arg(ContentColumns))) {
+                                          .arg(ContentRow::columns()))) {
             m_childrenQuery.reset();
             return std::nullopt;
         }
@@ -311,7 +226,7 @@ std::optional<QList<StoredContent>> RepositoryStore::currentChildren(const QUuid
         return std::nullopt;
     QList<StoredContent> result;
     while (q.next())
-        result.append(readContent(q));
+        result.append(ContentRow::read(q));
     q.finish();
     return result;
 }
@@ -387,90 +302,13 @@ qint64 RepositoryStore::insertPointRow(const StoredBunch& bunch, const StoredRes
     return r.lastInsertId().toLongLong();
 }
 
-bool RepositoryStore::hasContent(const QString& generation)
-{
-    QSqlQuery q(m_db.database());
-    q.prepare(QStringLiteral("SELECT 1 FROM contents WHERE generation=? LIMIT 1"));
-    q.addBindValue(generation);
-    return q.exec() && q.next();
-}
-
-bool RepositoryStore::insertContent(
-    const QString& generation, qint64 sequence, const QList<const StoredContent*>& items)
-{
-    QSqlQuery c(m_db.database());
-    c.prepare(QStringLiteral("INSERT INTO contents(generation, path, first_seq, last_seq, parent, name, type, "
-                             "modified_utc, size, deleted, object, checksum, modified_ns, changed_ns, inode, mode, "
-                             "owner, grp, link_target, encoding, stored_size) "
-                             "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
-    const QVariant generationValue(generation);
-    const QVariant first(sequence);
-    const QVariant open(OpenEnd);
-    for (const StoredContent* item : items) {
-        int column = 0;
-        for (const QVariant& value :
-            {generationValue, str(item->path), first, open, str(item->parentPath()), str(item->name()),
-                QVariant(item->type), stamp(item->modifiedUtc), QVariant(item->size), QVariant(item->deleted),
-                str(item->object), QVariant(item->checksum.isNull() ? QByteArray("") : item->checksum),
-                QVariant(item->modifiedNs), QVariant(item->changedNs), QVariant(qint64(item->inode)),
-                QVariant(qint64(item->mode)), QVariant(item->owner), QVariant(item->group), str(item->linkTarget),
-                QVariant(item->encoding), QVariant(item->storedSize)})
-            c.bindValue(column++, value);
-        if (!c.exec())
-            return m_db.fail(
-                QStringLiteral("Cannot record the content of the restore point: %1").arg(c.lastError().text()));
-    }
-    return true;
-}
-
 qint64 RepositoryStore::insertRestorePoint(
     const StoredBunch& bunch, const StoredRestorePoint& point, const QList<StoredContent>& content)
 {
     const qint64 pointId = insertPointRow(bunch, point);
     if (pointId == 0)
         return 0;
-    const QString generation = text(point.generationId);
-    QHash<QString, const StoredContent*> pending;
-    pending.reserve(content.size());
-    for (const StoredContent& item : content)
-        pending.insert(item.path, &item);
-    if (hasContent(generation)) {
-        // Entries equal to the latest point's keep their rows; the rest of
-        // that point's rows end before this one.
-        QStringList stale;
-        {
-            QSqlQuery q(m_db.database());
-            q.setForwardOnly(true);
-            q.prepare(
-                QStringLiteral("SELECT %1 FROM contents c WHERE c.generation=? AND c.last_seq=?").arg(ContentColumns));
-            q.addBindValue(generation);
-            q.addBindValue(OpenEnd);
-            if (!q.exec()) {
-                m_db.fail(QStringLiteral("Cannot read the latest restore point: %1").arg(q.lastError().text()));
-                return 0;
-            }
-            while (q.next()) {
-                const StoredContent held = readContent(q);
-                const auto it = pending.find(held.path);
-                if (it != pending.end() && (*it)->sameRecord(held))
-                    pending.erase(it);
-                else
-                    stale.append(held.path);
-            }
-        }
-        OpenRows rows(m_db, generation, point.sequenceNumber - 1);
-        for (const QString& path : std::as_const(stale)) {
-            if (!rows.close(OpenRows::Path, path))
-                return 0;
-        }
-    }
-    QList<const StoredContent*> items;
-    items.reserve(pending.size());
-    for (const StoredContent& item : content) {
-        if (pending.value(item.path) == &item)
-            items.append(&item);
-    }
-    return insertContent(generation, point.sequenceNumber, items) ? pointId : 0;
+    return ContentRecorder(m_db, text(point.generationId), point.sequenceNumber).record(content) ? pointId : 0;
 }
 
 qint64 RepositoryStore::insertRestorePoint(
@@ -479,69 +317,7 @@ qint64 RepositoryStore::insertRestorePoint(
     const qint64 pointId = insertPointRow(bunch, point);
     if (pointId == 0)
         return 0;
-    const QString generation = text(point.generationId);
-    if (hasContent(generation)) {
-        OpenRows rows(m_db, generation, point.sequenceNumber - 1);
-        bool ok = true;
-        if (changes.replacesAll) {
-            ok = rows.close(OpenRows::All, QString());
-        } else {
-            for (const QString& folder : changes.emptiedFolders)
-                ok = ok && rows.close(OpenRows::Parent, folder);
-            for (const QString& path : changes.removed)
-                ok = ok && rows.close(OpenRows::Path, path);
-            for (const StoredContent& item : changes.added)
-                ok = ok && rows.close(OpenRows::Path, item.path);
-            if (changes.stagedRun > 0)
-                ok = ok && closeStaged(generation, point.sequenceNumber - 1, changes.stagedRun);
-        }
-        if (!ok)
-            return 0;
-    }
-    if (changes.stagedRun > 0 && !insertStaged(generation, point.sequenceNumber, changes.stagedRun))
-        return 0;
-    QList<const StoredContent*> items;
-    items.reserve(changes.added.size());
-    for (const StoredContent& item : changes.added)
-        items.append(&item);
-    return insertContent(generation, point.sequenceNumber, items) ? pointId : 0;
-}
-
-bool RepositoryStore::closeStaged(const QString& generation, qint64 lastSeq, qint64 runId)
-{
-    // As OpenRows does path by path, for every staged path at once.
-    QSqlQuery end(m_db.database());
-    QSqlQuery drop(m_db.database());
-    const QString where = QStringLiteral(" WHERE generation=? AND last_seq=? AND path IN "
-                                         "(SELECT path FROM staged_contents WHERE run_id=?) AND first_seq");
-    if (!end.prepare(QStringLiteral("UPDATE contents SET last_seq=?") + where + QStringLiteral("<=?"))
-        || !drop.prepare(QStringLiteral("DELETE FROM contents") + where + QStringLiteral(">?")))
-        return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(end.lastError().text()));
-    end.addBindValue(lastSeq);
-    for (QSqlQuery* q : {&end, &drop}) {
-        for (const QVariant& value : {QVariant(generation), QVariant(OpenEnd), QVariant(runId), QVariant(lastSeq)})
-            q->addBindValue(value);
-        if (!q->exec())
-            return m_db.fail(QStringLiteral("Cannot close content rows: %1").arg(q->lastError().text()));
-    }
-    return true;
-}
-
-bool RepositoryStore::insertStaged(const QString& generation, qint64 sequence, qint64 runId)
-{
-    QSqlQuery q(m_db.database());
-    q.prepare(QStringLiteral(
-        "INSERT INTO contents(generation, path, first_seq, last_seq, parent, name, type, modified_utc, size, "
-        "deleted, object, checksum, modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, "
-        "stored_size) SELECT ?, path, ?, ?, parent, name, type, modified_utc, size, deleted, object, checksum, "
-        "modified_ns, changed_ns, inode, mode, owner, grp, link_target, encoding, stored_size "
-        "FROM staged_contents WHERE run_id=?"));
-    for (const QVariant& value : {QVariant(generation), QVariant(sequence), QVariant(OpenEnd), QVariant(runId)})
-        q.addBindValue(value);
-    if (!q.exec())
-        return m_db.fail(
-            QStringLiteral("Cannot record the content of the restore point: %1").arg(q.lastError().text()));
-    return true;
+    return ContentRecorder(m_db, text(point.generationId), point.sequenceNumber).record(changes) ? pointId : 0;
 }
 
 } // namespace NVB::Engine

@@ -22,7 +22,8 @@ namespace NVB::Engine {
 class StoreDatabase;
 
 // The repository: `bunches`, `generations`, `restore_points` and their
-// `contents`, read and recorded; RestorePointRemoval takes them out.
+// `contents`, read and recorded; ContentRecorder writes a new point's
+// `contents` rows for it, RestorePointRemoval takes them out.
 class RepositoryStore
 {
 public:
@@ -63,12 +64,6 @@ public:
 
 private:
     qint64 insertPointRow(const StoredBunch& bunch, const StoredRestorePoint& point);
-    bool hasContent(const QString& generation);
-    bool insertContent(const QString& generation, qint64 sequence, const QList<const StoredContent*>& items);
-    // Ends the open rows of the paths a run staged, and moves its staged
-    // rows into the point.
-    bool closeStaged(const QString& generation, qint64 lastSeq, qint64 runId);
-    bool insertStaged(const QString& generation, qint64 sequence, qint64 runId);
 
     StoreDatabase& m_db;
     // Prepared once: a run asks for every folder of its tree.
