@@ -55,6 +55,32 @@ struct Loop
     }
 };
 
+// An engine store with a File System account in a temporary folder.
+struct Storage
+{
+    EngineStore store;
+    StoredAccount account;
+    bool open(const QTemporaryDir& dir)
+    {
+        const QString root = dir.filePath(QStringLiteral("storage"));
+        account = StoredAccount {QUuid::createUuid(), {}, QStringLiteral("Disk"), 1, QStringLiteral("img"),
+            QJsonObject {{QStringLiteral("Path"), root}}};
+        return store.open(dir.filePath(QStringLiteral("engine.db"))) && QDir().mkpath(root)
+            && store.saveAccount(account);
+    }
+    bool save(const NVB::Info::Plan::Base& record)
+    {
+        StoredPlan plan {};
+        plan.id = record.id();
+        plan.name = record.name();
+        plan.xml = record.toXml();
+        plan.type = record.type();
+        plan.subtype = record.subtype();
+        plan.storageId = account.id;
+        return store.savePlan(plan);
+    }
+};
+
 } // namespace
 
 // A whole ext4 volume with files, imaged, wiped, restored and read back.
@@ -161,22 +187,11 @@ private slots:
         QVERIFY(QFile::remove(mnt + QStringLiteral("/gone.bin")));
         QVERIFY(run(QStringLiteral("umount"), {mnt}));
 
-        EngineStore store;
-        QVERIFY(store.open(dir.filePath(QStringLiteral("engine.db"))));
-        QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("storage"))));
-        StoredAccount account {QUuid::createUuid(), {}, QStringLiteral("Disk"), 1, QStringLiteral("img"),
-            QJsonObject {{QStringLiteral("Path"), dir.filePath(QStringLiteral("storage"))}}};
-        QVERIFY(store.saveAccount(account));
-        const auto save = [&](const NVB::Info::Plan::Base& record) {
-            StoredPlan plan;
-            plan.id = record.id();
-            plan.name = record.name();
-            plan.xml = record.toXml();
-            plan.type = record.type();
-            plan.subtype = record.subtype();
-            plan.storageId = account.id;
-            return store.savePlan(plan);
-        };
+        Storage storage;
+        QVERIFY(storage.open(dir));
+        EngineStore& store = storage.store;
+        const StoredAccount& account = storage.account;
+        const auto save = [&](const NVB::Info::Plan::Base& record) { return storage.save(record); };
         const QString name = QFileInfo(volume.device).fileName();
         auto disks = DiskScanner().scan();
         NVB::Info::DiskInfo::Volume chosen;
@@ -284,22 +299,11 @@ private slots:
         const QByteArray firstBefore = digest(first.device);
         const QByteArray secondBefore = digest(second.device);
 
-        EngineStore store;
-        QVERIFY(store.open(dir.filePath(QStringLiteral("engine.db"))));
-        QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("storage"))));
-        StoredAccount account {QUuid::createUuid(), {}, QStringLiteral("Disk"), 1, QStringLiteral("img"),
-            QJsonObject {{QStringLiteral("Path"), dir.filePath(QStringLiteral("storage"))}}};
-        QVERIFY(store.saveAccount(account));
-        const auto save = [&](const NVB::Info::Plan::Base& record) {
-            StoredPlan plan {};
-            plan.id = record.id();
-            plan.name = record.name();
-            plan.xml = record.toXml();
-            plan.type = record.type();
-            plan.subtype = record.subtype();
-            plan.storageId = account.id;
-            return store.savePlan(plan);
-        };
+        Storage storage;
+        QVERIFY(storage.open(dir));
+        EngineStore& store = storage.store;
+        const StoredAccount& account = storage.account;
+        const auto save = [&](const NVB::Info::Plan::Base& record) { return storage.save(record); };
         const QStringList names {QFileInfo(first.device).fileName(), QFileInfo(second.device).fileName()};
         auto disks = DiskScanner().scan();
         QHash<QUuid, QPair<QUuid, QUuid>> itself; // source volume: its own disk and volume
