@@ -97,6 +97,7 @@ void HistoryPanel::fillResults()
         m_result->addItem(tr("Restored"), 2);
         m_result->addItem(tr("Failed"), 3);
         m_result->addItem(tr("Skipped"), 4);
+        m_result->addItem(tr("Removed"), 5);
     } else {
         m_result->addItem(tr("Success"), 6);
         m_result->addItem(tr("Warning"), 7);

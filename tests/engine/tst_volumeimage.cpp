@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <QCryptographicHash>
@@ -51,6 +52,32 @@ struct Loop
     {
         return run(QStringLiteral("truncate"), {QStringLiteral("-s"), size, image})
             && run(QStringLiteral("losetup"), {QStringLiteral("-f"), QStringLiteral("--show"), image}, &device);
+    }
+};
+
+// An engine store with a File System account in a temporary folder.
+struct Storage
+{
+    EngineStore store;
+    StoredAccount account;
+    bool open(const QTemporaryDir& dir)
+    {
+        const QString root = dir.filePath(QStringLiteral("storage"));
+        account = StoredAccount {QUuid::createUuid(), {}, QStringLiteral("Disk"), 1, QStringLiteral("img"),
+            QJsonObject {{QStringLiteral("Path"), root}}};
+        return store.open(dir.filePath(QStringLiteral("engine.db"))) && QDir().mkpath(root)
+            && store.saveAccount(account);
+    }
+    bool save(const NVB::Info::Plan::Base& record)
+    {
+        StoredPlan plan {};
+        plan.id = record.id();
+        plan.name = record.name();
+        plan.xml = record.toXml();
+        plan.type = record.type();
+        plan.subtype = record.subtype();
+        plan.storageId = account.id;
+        return store.savePlan(plan);
     }
 };
 
@@ -160,22 +187,11 @@ private slots:
         QVERIFY(QFile::remove(mnt + QStringLiteral("/gone.bin")));
         QVERIFY(run(QStringLiteral("umount"), {mnt}));
 
-        EngineStore store;
-        QVERIFY(store.open(dir.filePath(QStringLiteral("engine.db"))));
-        QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("storage"))));
-        StoredAccount account {QUuid::createUuid(), {}, QStringLiteral("Disk"), 1, QStringLiteral("img"),
-            QJsonObject {{QStringLiteral("Path"), dir.filePath(QStringLiteral("storage"))}}};
-        QVERIFY(store.saveAccount(account));
-        const auto save = [&](const NVB::Info::Plan::Base& record) {
-            StoredPlan plan;
-            plan.id = record.id();
-            plan.name = record.name();
-            plan.xml = record.toXml();
-            plan.type = record.type();
-            plan.subtype = record.subtype();
-            plan.storageId = account.id;
-            return store.savePlan(plan);
-        };
+        Storage storage;
+        QVERIFY(storage.open(dir));
+        EngineStore& store = storage.store;
+        const StoredAccount& account = storage.account;
+        const auto save = [&](const NVB::Info::Plan::Base& record) { return storage.save(record); };
         const QString name = QFileInfo(volume.device).fileName();
         auto disks = DiskScanner().scan();
         NVB::Info::DiskInfo::Volume chosen;
@@ -255,6 +271,145 @@ private slots:
         }
         QVERIFY(!QFile::exists(mnt + QStringLiteral("/later.txt")));
         QVERIFY(run(QStringLiteral("umount"), {mnt}));
+    }
+
+    // An enciphered plan of two volumes: the storage holds nothing readable,
+    // a wrong password writes nothing, and one restore brings both volumes
+    // back, going on past a volume that cannot be written and naming it.
+    void shouldEncipherImagesAndRestoreSeveralVolumes()
+    {
+        if (!QFile::exists(QStringLiteral("/dev/loop-control")) || ::geteuid() != 0)
+            QSKIP("Loop devices are missing or the test does not run as root");
+        QTemporaryDir dir;
+        Loop first, second;
+        QVERIFY(first.attach(dir.filePath(QStringLiteral("first.img")), QStringLiteral("24M")));
+        QVERIFY(second.attach(dir.filePath(QStringLiteral("second.img")), QStringLiteral("16M")));
+        const QString mnt = dir.filePath(QStringLiteral("mnt"));
+        QVERIFY(QDir().mkpath(mnt));
+        const QByteArray sentence("The quick brown fox jumps over the lazy dog.\n");
+        for (const Loop* loop : {&first, &second}) {
+            QVERIFY(run(QStringLiteral("mkfs.ext4"), {QStringLiteral("-q"), loop->device}));
+            QVERIFY(run(QStringLiteral("mount"), {loop->device, mnt}));
+            QFile file(mnt + QStringLiteral("/fox.txt"));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(sentence.repeated(20000) + loop->device.toUtf8());
+            file.close();
+            QVERIFY(run(QStringLiteral("umount"), {mnt}));
+        }
+        const QByteArray firstBefore = digest(first.device);
+        const QByteArray secondBefore = digest(second.device);
+
+        Storage storage;
+        QVERIFY(storage.open(dir));
+        EngineStore& store = storage.store;
+        const StoredAccount& account = storage.account;
+        const auto save = [&](const NVB::Info::Plan::Base& record) { return storage.save(record); };
+        const QStringList names {QFileInfo(first.device).fileName(), QFileInfo(second.device).fileName()};
+        auto disks = DiskScanner().scan();
+        QHash<QUuid, QPair<QUuid, QUuid>> itself; // source volume: its own disk and volume
+        for (auto& disk : disks->disks()) {
+            for (auto& volume : disk.volumes()) {
+                volume.setEnabled(names.contains(volume.deviceName()));
+                if (volume.isEnabled())
+                    itself.insert(volume.identity(), {volume.diskId(), volume.identity()});
+            }
+        }
+        QCOMPARE(itself.size(), 2);
+        NVB::Info::Plan::BackupDiskImage backup;
+        backup.setId(QUuid::createUuid());
+        backup.setName(QStringLiteral("Sealed"));
+        backup.setStorage(account.id);
+        backup.setBackupVolumesType(NVB::Info::Plan::BackupDiskImage::SelectedPartitions);
+        backup.setDiskInfo(disks);
+        backup.setDifferentialBlockSize(1 << 20);
+        backup.setUseCompression(false); // so the sentence would show if the cipher were skipped
+        backup.encryption().setEnabled(true);
+        backup.encryption().setEncryptionType(NVB::Info::Plan::BackupEncyption::AES192);
+        backup.encryption().setPassword(QStringLiteral("correct horse"));
+        QVERIFY(save(backup));
+
+        RunManager runs(&store);
+        QSignalSpy finished(&runs, &RunManager::finished);
+        QCOMPARE(runs.start(backup.id(), false), QString());
+        QVERIFY(finished.wait(60000));
+        QVERIFY2(finished.first().at(2).toInt() == int(PlanResult::Success),
+            qPrintable(store.runs(HistoryQuery {}).first().errorMessage));
+        const auto point = store.latestRestorePoint(account.id, backup.id());
+        QVERIFY(point && point->encrypted);
+        const QList<StoredContent> images = store.content(point->rowId);
+        QCOMPARE(images.size(), 2);
+        for (const StoredContent& image : images) {
+            QFile stored(dir.filePath(QStringLiteral("storage/") + image.object));
+            QVERIFY(stored.open(QIODevice::ReadOnly));
+            const QByteArray bytes = stored.readAll();
+            QVERIFY(bytes.startsWith("NVBC"));
+            QVERIFY(!bytes.contains(sentence));
+            QVERIFY(!bytes.contains("NVBIMG01"));
+        }
+
+        NVB::Info::Plan::RestoreDiskImage restore;
+        restore.setId(QUuid::createUuid());
+        restore.setName(QStringLiteral("Unseal"));
+        restore.setStorage(account.id);
+        restore.setRestorePoint(
+            QStringLiteral("NVB_Archive\\%1\\latest").arg(backup.id().toString(QUuid::WithoutBraces)));
+        auto configuration = NVB::Info::RestoreDiskConfiguration::createFromDiskInfo(disks);
+        for (auto& disk : configuration->disks()) {
+            for (auto& target : disk.volumes()) {
+                if (!itself.contains(target.sourceIdentity()))
+                    continue;
+                target.setDestinationDiskId(itself.value(target.sourceIdentity()).first);
+                target.setDestinationIdentity(itself.value(target.sourceIdentity()).second);
+                target.setDestinationEnable(true);
+            }
+        }
+        restore.setRestoreDiskConfiguration(configuration);
+        const auto restoreWith = [&](const QString& password) {
+            restore.setEncryptionPassword(password);
+            finished.clear();
+            return save(restore) && runs.start(restore.id(), false).isEmpty() && finished.wait(60000)
+                ? finished.first().at(2).toInt()
+                : -1;
+        };
+        // Wiped with a pattern, so that any write would show.
+        for (const Loop* loop : {&first, &second}) {
+            QFile device(loop->device);
+            QVERIFY(device.open(QIODevice::WriteOnly));
+            QCOMPARE(device.write(QByteArray(1 << 20, 'X')), qint64(1 << 20));
+        }
+        const QByteArray firstWiped = digest(first.device);
+        const QByteArray secondWiped = digest(second.device);
+        QCOMPARE(restoreWith(QStringLiteral("wrong horse")), int(PlanResult::Failed));
+        QVERIFY(store.runs(HistoryQuery {}).first().errorMessage.contains(QStringLiteral("wrong password")));
+        QCOMPARE(digest(first.device), firstWiped);
+        QCOMPARE(digest(second.device), secondWiped);
+
+        // The volume restored first is held open exclusively: it fails, and
+        // the one after it is still restored.
+        QString early;
+        for (const auto& disk : disks->disks()) {
+            for (const auto& volume : disk.volumes()) {
+                if (early.isEmpty() && names.contains(volume.deviceName()))
+                    early = QStringLiteral("/dev/") + volume.deviceName();
+            }
+        }
+        const Loop& held = early == first.device ? first : second;
+        const Loop& other = early == first.device ? second : first;
+        const int fd = ::open(QFile::encodeName(held.device).constData(), O_RDONLY | O_EXCL);
+        QVERIFY(fd >= 0);
+        const int partly = restoreWith(QStringLiteral("correct horse"));
+        ::close(fd);
+        QCOMPARE(partly, int(PlanResult::Failed));
+        QCOMPARE(digest(other.device), &other == &first ? firstBefore : secondBefore);
+        QCOMPARE(digest(held.device), &held == &first ? firstWiped : secondWiped);
+        const QString message = store.runs(HistoryQuery {}).first().errorMessage;
+        QVERIFY2(
+            message.startsWith(held.device + QLatin1Char(':')) && !message.contains(other.device + QLatin1Char(':')),
+            qPrintable(message));
+
+        QCOMPARE(restoreWith(QStringLiteral("correct horse")), int(PlanResult::Success));
+        QCOMPARE(digest(first.device), firstBefore);
+        QCOMPARE(digest(second.device), secondBefore);
     }
 };
 

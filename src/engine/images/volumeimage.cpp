@@ -14,6 +14,8 @@
 
 #include <QFile>
 
+#include "imagefilereader.h"
+#include "imagefilewriter.h"
 #include "usedblocks.h"
 #include "volumesnapshot.h"
 
@@ -92,20 +94,6 @@ bool writeFull(int fd, const void* data, size_t size)
     return true;
 }
 
-bool readStream(int fd, void* buffer, size_t size)
-{
-    size_t done = 0;
-    while (done < size) {
-        const ssize_t n = ::read(fd, static_cast<char*>(buffer) + done, size - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        done += size_t(n);
-    }
-    return true;
-}
-
 template<typename T> void put(std::vector<char>* out, T value)
 {
     for (size_t i = 0; i < sizeof(T); ++i)
@@ -145,7 +133,7 @@ bool zeroRange(int fd, bool blockDevice, qint64 offset, qint64 length, std::vect
 } // namespace
 
 VolumeImage::Result VolumeImage::backup(const QString& device, const QString& imagePath, const Options& options,
-    const std::atomic_bool& stop, const Progress& progress)
+    const std::atomic_bool& stop, const Progress& progress, std::shared_ptr<const ObjectKey> key)
 {
     Result result;
     if (options.blockSize < 4096 || options.blockSize > MaxBlockSize || options.blockSize % 512 != 0) {
@@ -177,9 +165,9 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
                                    snapshot.available ? QStringLiteral("LVM snapshots are not taken yet")
                                                       : snapshot.message);
     }
-    Fd target {::open(QFile::encodeName(imagePath).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)};
-    if (target.fd < 0) {
-        result.error = QStringLiteral("Cannot write the image %1: %2").arg(imagePath, systemError());
+    ImageFileWriter target(imagePath, std::move(key));
+    if (!target.isOpen()) {
+        result.error = target.error();
         return result;
     }
     std::vector<char> out(Magic, Magic + sizeof(Magic));
@@ -243,9 +231,8 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
             ++result.blocksStored;
         }
         if (out.size() >= (4u << 20)) {
-            if (!writeFull(target.fd, out.data(), out.size()))
-                return fail(QStringLiteral("Cannot write the image %1: %2").arg(imagePath, systemError()));
-            result.storedBytes += qint64(out.size());
+            if (!target.write(out.data(), out.size()))
+                return fail(target.error());
             out.clear();
         }
         if (progress)
@@ -255,15 +242,26 @@ VolumeImage::Result VolumeImage::backup(const QString& device, const QString& im
     put<quint64>(&out, quint64(result.blocksStored));
     ZSTD_freeCCtx(context);
     context = nullptr;
-    if (!writeFull(target.fd, out.data(), out.size()) || ::fsync(target.fd) != 0)
-        return fail(QStringLiteral("Cannot write the image %1: %2").arg(imagePath, systemError()));
-    result.storedBytes += qint64(out.size());
+    if (!target.write(out.data(), out.size()) || !target.finish())
+        return fail(target.error());
+    result.storedBytes = target.written();
     result.ok = true;
     return result;
 }
 
-VolumeImage::Result VolumeImage::restore(
-    const QString& imagePath, const QString& device, const std::atomic_bool& stop, const Progress& progress)
+QString VolumeImage::openError(const QString& imagePath, const QString& password)
+{
+    ImageFileReader image(imagePath, password);
+    if (!image.isOpen())
+        return image.error();
+    char magic[sizeof(Magic)];
+    if (!image.read(magic, sizeof(magic)) || std::memcmp(magic, Magic, sizeof(Magic)) != 0)
+        return image.error().isEmpty() ? QStringLiteral("%1 is not a volume image").arg(imagePath) : image.error();
+    return {};
+}
+
+VolumeImage::Result VolumeImage::restore(const QString& imagePath, const QString& device, const std::atomic_bool& stop,
+    const Progress& progress, const QString& password)
 {
     Result result;
     const QStringList mounted = VolumeSnapshot::mountPoints(device);
@@ -272,14 +270,17 @@ VolumeImage::Result VolumeImage::restore(
                            .arg(device, mounted.join(QStringLiteral(", ")));
         return result;
     }
-    Fd image {::open(QFile::encodeName(imagePath).constData(), O_RDONLY | O_CLOEXEC)};
-    if (image.fd < 0) {
-        result.error = QStringLiteral("Cannot open the image %1: %2").arg(imagePath, systemError());
+    // A wrong password is found here, before the target is even opened.
+    ImageFileReader image(imagePath, password);
+    if (!image.isOpen()) {
+        result.error = image.error();
         return result;
     }
     unsigned char header[20];
-    if (!readStream(image.fd, header, sizeof(header)) || std::memcmp(header, Magic, sizeof(Magic)) != 0) {
-        result.error = QStringLiteral("%1 is not a volume image").arg(imagePath);
+    if (!image.read(header, sizeof(header)) || std::memcmp(header, Magic, sizeof(Magic)) != 0) {
+        result.error = image.error().isEmpty()
+            ? QStringLiteral("%1 is not a volume image").arg(imagePath)
+            : QStringLiteral("The image %1 is damaged: %2").arg(imagePath, image.error());
         return result;
     }
     const qint64 blockSize = get<quint32>(header + 8);
@@ -311,8 +312,10 @@ VolumeImage::Result VolumeImage::restore(
     std::vector<char> zeros(size_t(blockSize), 0);
     qint64 next = 0; // the first byte not yet written
     const auto damaged = [&](const QString& why) {
-        result.error
-            = QStringLiteral("The image %1 is damaged: %2; %3 is left partly written").arg(imagePath, why, device);
+        // The cipher's own reason, when it has one, says more than the
+        // block that could not be read.
+        result.error = QStringLiteral("The image %1 is damaged: %2; %3 is left partly written")
+                           .arg(imagePath, image.error().isEmpty() ? why : image.error(), device);
         return result;
     };
     for (;;) {
@@ -321,24 +324,26 @@ VolumeImage::Result VolumeImage::restore(
             return result;
         }
         unsigned char head[8];
-        if (!readStream(image.fd, head, sizeof(head)))
+        if (!image.read(head, sizeof(head)))
             return damaged(QStringLiteral("it ends early"));
         const quint64 index = get<quint64>(head);
         if (index == EndIndex) {
             unsigned char count[8];
-            if (!readStream(image.fd, count, sizeof(count)) || get<quint64>(count) != quint64(result.blocksStored))
+            if (!image.read(count, sizeof(count)) || get<quint64>(count) != quint64(result.blocksStored))
                 return damaged(QStringLiteral("its block count does not match"));
+            if (!image.finish())
+                return damaged(image.error());
             break;
         }
         unsigned char rest[5];
-        if (!readStream(image.fd, rest, sizeof(rest)))
+        if (!image.read(rest, sizeof(rest)))
             return damaged(QStringLiteral("it ends early"));
         const size_t length = get<quint32>(rest);
         const quint8 encoding = rest[4];
         const qint64 offset = qint64(index) * blockSize;
         const size_t wanted = size_t(qMin<qint64>(blockSize, result.volumeSize - offset));
         if (offset < next || offset >= result.volumeSize || length > stored.size()
-            || !readStream(image.fd, stored.data(), length))
+            || !image.read(stored.data(), length))
             return damaged(QStringLiteral("block %1 is out of place or cut short").arg(index));
         const char* data = stored.data();
         if (encoding == 1) {

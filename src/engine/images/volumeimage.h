@@ -2,11 +2,14 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 
 #include <QString>
 #include <QStringList>
 
 namespace NVB::Engine {
+
+class ObjectKey;
 
 // A volume copied block by block into one image file and back. Blocks that
 // hold only zeros are not stored; the others are stored with zstd when
@@ -14,6 +17,8 @@ namespace NVB::Engine {
 // volume size (u64), then per stored block its index (u64), its stored length
 // (u32), its encoding (u8: 0 plain, 1 zstd) and the bytes; an index of all
 // ones with the count of stored blocks ends it. Numbers are little-endian.
+// Under a key the whole file is enciphered as one stream (ImageFileWriter),
+// after the blocks were compressed: ciphertext does not compress.
 class VolumeImage
 {
 public:
@@ -39,12 +44,19 @@ public:
     // Bytes done and the total, after each block.
     using Progress = std::function<void(qint64 done, qint64 total)>;
 
+    // Under `key` the image is enciphered.
     static Result backup(const QString& device, const QString& imagePath, const Options& options,
-        const std::atomic_bool& stop, const Progress& progress = {});
+        const std::atomic_bool& stop, const Progress& progress = {}, std::shared_ptr<const ObjectKey> key = {});
     // Writes the image over `device`, which must be unmounted and at least as
-    // large as the imaged volume; the blocks not stored are zeroed.
-    static Result restore(
-        const QString& imagePath, const QString& device, const std::atomic_bool& stop, const Progress& progress = {});
+    // large as the imaged volume; the blocks not stored are zeroed. An
+    // enciphered image needs `password`; without it, or with a wrong one,
+    // nothing is written.
+    static Result restore(const QString& imagePath, const QString& device, const std::atomic_bool& stop,
+        const Progress& progress = {}, const QString& password = QString());
+    // Why the image cannot be opened with `password` (missing, not an image
+    // this engine reads, enciphered under another password); empty when it
+    // can. Reads only the file's head.
+    static QString openError(const QString& imagePath, const QString& password);
 };
 
 } // namespace NVB::Engine

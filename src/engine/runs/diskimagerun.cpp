@@ -7,7 +7,9 @@
 
 #include "accountfolder.h"
 #include "disks/diskscanner.h"
+#include "encryption/objectkey.h"
 #include "images/volumeimage.h"
+#include "objectencoding.h"
 #include "planoptions.h"
 #include "records/plan/backupdiskimage.h"
 #include "records/plan/planresult.h"
@@ -62,11 +64,36 @@ int percent(qint64 done, qint64 total)
     return total > 0 ? int(qBound<qint64>(0, done * 100 / total, 100)) : 100;
 }
 
-// Images or restores each target in turn; `backup` tells which.
+// One history line of a volume.
+RunFileRecord volumeLine(const StoredPlan& plan, const QString& device, int operation)
+{
+    RunFileRecord file;
+    file.planId = plan.id;
+    file.planName = plan.name;
+    file.file = device;
+    file.operation = operation;
+    file.finishUtc = QDateTime::currentDateTimeUtc();
+    return file;
+}
+
+// Images or restores each target in turn; `backup` tells which. A backup
+// stops at its first failure, since a point missing a volume is no image of
+// the machine; a restore goes on with the other volumes, each writing a
+// target of its own, and names every volume that failed.
 RunOutcome runTargets(const StoredPlan& plan, QList<ImageTarget> targets, const VolumeImage::Options& options,
-    bool backup, const QString& runFolder, const std::atomic_bool& stop, const ProgressSink& sink)
+    const std::shared_ptr<const ObjectKey>& key, const QString& password, bool backup, const QString& runFolder,
+    const std::atomic_bool& stop, const ProgressSink& sink)
 {
     RunOutcome outcome;
+    if (!backup) {
+        // Every image must open before any target is written: a wrong
+        // password leaves all the volumes as they were.
+        for (const ImageTarget& target : targets) {
+            const QString error = VolumeImage::openError(target.image, password);
+            if (!error.isEmpty())
+                return RunPreparation::failedOutcome(error);
+        }
+    }
     Throttle throttle(sink);
     RunProgress progress;
     progress.totalCount = targets.size();
@@ -77,6 +104,7 @@ RunOutcome runTargets(const StoredPlan& plan, QList<ImageTarget> targets, const 
     }
     qint64 before = 0;
     QStringList warnings;
+    QStringList failures;
     for (int i = 0; i < targets.size(); ++i) {
         const ImageTarget& target = targets.at(i);
         progress.currentFile = target.device;
@@ -92,30 +120,36 @@ RunOutcome runTargets(const StoredPlan& plan, QList<ImageTarget> targets, const 
                 QStringLiteral("The volume %1 is no longer on this machine").arg(target.device));
         }
         const VolumeImage::Result result = backup
-            ? VolumeImage::backup(target.device, target.image, options, stop, step)
-            : VolumeImage::restore(target.image, target.device, stop, step);
-        if (!result.ok) {
+            ? VolumeImage::backup(target.device, target.image, options, stop, step, key)
+            : VolumeImage::restore(target.image, target.device, stop, step, password);
+        if (!result.ok && (backup || stop)) {
             if (backup)
                 QDir(runFolder).removeRecursively(); // a run without a point leaves nothing behind
-            outcome = RunPreparation::failedOutcome(result.error);
+            QList<RunFileRecord> done = outcome.files;
+            outcome = RunPreparation::failedOutcome(
+                failures.isEmpty() ? result.error : (failures << result.error).join(QStringLiteral("; ")));
+            if (!backup)
+                outcome.files = done;
             if (stop)
                 outcome.planResult = PlanResult::Interrupted;
             outcome.totals = progress;
             return outcome;
         }
-        warnings << result.warnings;
         before += target.length;
-        progress.copiedCount = i + 1;
+        if (!result.ok) {
+            RunFileRecord failed = volumeLine(plan, target.device, RunFileRecord::Failed);
+            failed.message = result.error;
+            outcome.files << failed;
+            failures << QStringLiteral("%1: %2").arg(target.device, result.error);
+            continue;
+        }
+        warnings << result.warnings;
+        progress.copiedCount += 1;
         progress.scannedCount = i + 1;
         progress.scannedSize += result.volumeSize;
         progress.volumes[i].read = progress.volumes[i].upload = 100;
-        RunFileRecord file;
-        file.planId = plan.id;
-        file.planName = plan.name;
-        file.file = target.device;
-        file.operation = backup ? RunFileRecord::Copied : RunFileRecord::Restored;
+        RunFileRecord file = volumeLine(plan, target.device, backup ? RunFileRecord::Copied : RunFileRecord::Restored);
         file.size = result.volumeSize;
-        file.finishUtc = QDateTime::currentDateTimeUtc();
         file.message = result.warnings.join(QStringLiteral("; "));
         outcome.files << file;
         if (backup) {
@@ -126,8 +160,9 @@ RunOutcome runTargets(const StoredPlan& plan, QList<ImageTarget> targets, const 
             content.size = result.volumeSize;
             content.object = target.image;
             content.storedSize = QFileInfo(QDir(runFolder).filePath(QFileInfo(target.image).fileName())).size();
-            // The image file carries each block's own encoding.
-            content.encoding = 0;
+            // The image file carries each block's own compression; the
+            // cipher, when there is one, wraps the whole file.
+            content.encoding = int(key ? ObjectEncoding::Enciphered : ObjectEncoding::Plain);
             outcome.content << content;
             outcome.bytesStored = qMax<qint64>(0, outcome.bytesStored) + content.storedSize;
         }
@@ -140,6 +175,10 @@ RunOutcome runTargets(const StoredPlan& plan, QList<ImageTarget> targets, const 
     outcome.bytesStored = -1; // the image sizes are the uploaded size; no deduplication figures
     outcome.planResult = warnings.isEmpty() ? PlanResult::Success : PlanResult::Warning;
     outcome.message = warnings.join(QStringLiteral("; "));
+    if (!failures.isEmpty()) {
+        outcome.planResult = PlanResult::Failed;
+        outcome.message = (failures << warnings).join(QStringLiteral("; "));
+    }
     return outcome;
 }
 
@@ -172,11 +211,13 @@ QString DiskImageRun::prepareBackup(EngineStore* store, ActiveRun& active, const
     const ProgressSink& report, RunWork* work)
 {
     const QString option = PlanOptions::unperformed(plan);
-    if (!option.isEmpty() || plan.encryption().isEnabled()) {
+    if (!option.isEmpty())
         return QStringLiteral("The plan asks for %1, which disk image runs do not perform yet; turn it off to run the "
                               "plan")
-            .arg(option.isEmpty() ? QStringLiteral("encryption") : option);
-    }
+            .arg(option);
+    const bool enciphered = plan.encryption().isEnabled();
+    const QString password = enciphered ? plan.encryption().password() : QString();
+    const int keyBytes = enciphered ? 16 + 8 * int(plan.encryption().encryptionType()) : 0;
     const QList<DiskInfoVolume> volumes = chosenVolumes(plan);
     if (volumes.isEmpty())
         return QStringLiteral("The plan chooses no volume to image");
@@ -199,7 +240,7 @@ QString DiskImageRun::prepareBackup(EngineStore* store, ActiveRun& active, const
     point.generationId = QUuid::createUuid();
     point.sequenceNumber = 1;
     point.backupType = 0;
-    point.encrypted = false;
+    point.encrypted = enciphered;
 
     const QString relative
         = QStringLiteral("NVB_%1/%2/%3/%4")
@@ -222,13 +263,19 @@ QString DiskImageRun::prepareBackup(EngineStore* store, ActiveRun& active, const
     options.blockSize = qint64(plan.differentialBlockSize());
     options.compress = plan.useCompression();
     options.ignoreBadSectors = plan.ignoreBadSectors();
-    *work = [plan = active.plan, targets, options, root, runFolder, report](const std::atomic_bool& stop) {
+    *work = [plan = active.plan, targets, options, password, keyBytes, root, runFolder, report](
+                const std::atomic_bool& stop) {
+        // The derivation is slow on purpose, so it runs here, on the worker,
+        // once for all the run's volumes.
+        std::shared_ptr<const ObjectKey> key;
+        if (keyBytes > 0 && !(key = ObjectKey::create(password, keyBytes)))
+            return RunPreparation::failedOutcome(QStringLiteral("Cannot make the encryption key of the plan"));
         if (!QDir().mkpath(runFolder))
             return RunPreparation::failedOutcome(QStringLiteral("Cannot make the folder %1").arg(runFolder));
         QList<ImageTarget> absolute = targets;
         for (ImageTarget& target : absolute)
             target.image = root + QLatin1Char('/') + target.image;
-        RunOutcome outcome = runTargets(plan, absolute, options, true, runFolder, stop, report);
+        RunOutcome outcome = runTargets(plan, absolute, options, key, QString(), true, runFolder, stop, report);
         for (StoredContent& content : outcome.content)
             content.object = content.object.mid(root.size() + 1);
         return outcome;
@@ -299,8 +346,9 @@ QString DiskImageRun::prepareRestore(EngineStore* store, ActiveRun& active,
     }
     if (targets.isEmpty())
         return QStringLiteral("The restore plan chooses no volume to restore");
-    *work = [plan = active.plan, targets, report](const std::atomic_bool& stop) {
-        return runTargets(plan, targets, VolumeImage::Options {}, false, QString(), stop, report);
+    const QString password = plan.encryptionPassword();
+    *work = [plan = active.plan, targets, password, report](const std::atomic_bool& stop) {
+        return runTargets(plan, targets, VolumeImage::Options {}, nullptr, password, false, QString(), stop, report);
     };
     return {};
 }

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QSignalSpy>
 
+#include "app/icons/iconmanager.h"
 #include "planfixture.h"
 #include "plans/history/historygetbyfilemodel.h"
 #include "plans/history/historygetbyplanmodel.h"
@@ -96,6 +97,34 @@ private slots:
         QVERIFY(done.wait());
         QCOMPARE(model.rowCount(), 0);
         QVERIFY(!model.canFetchMore({}));
+    }
+
+    // Retention's removals come as file rows of operation 5; they must not
+    // look like copies.
+    void shouldShowRemovalsApartFromCopies()
+    {
+        HistoryGetByFileModel model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        m_peer->onCommand(QStringLiteral("HistoryListByFiles"),
+            EngineTestPeer::Answer::reply({{"HistoryListByFiles",
+                QJsonArray {QJsonObject {
+                                {"ID", 2}, {"Operation", 5}, {"File", "Removed by the retention policy: generation 1"}},
+                    QJsonObject {{"ID", 1}, {"Operation", 1}, {"File", "/docs/a.txt"}}}}}));
+        QSignalSpy done(&model, &BaseModel::complite);
+        model.load(0, QUuid::createUuid(), 0);
+        QVERIFY(done.wait());
+        QCOMPARE(model.rowCount(), 2);
+        const auto image = [](const QVariant& icon) { return icon.value<QIcon>().pixmap(16).toImage(); };
+        const QImage removed = image(model.index(0, 0).data(Qt::DecorationRole));
+        QVERIFY(!removed.isNull());
+        QCOMPARE(removed, image(IconManager::resource(QStringLiteral("restore-point-empty.svg"))));
+        QCOMPARE(image(model.index(1, 0).data(Qt::DecorationRole)),
+            image(IconManager::icon(IconManager::BackupPlanSuccess)));
+        QVERIFY(removed != image(model.index(1, 0).data(Qt::DecorationRole)));
+        QCOMPARE(model.index(0, 0).data(Qt::ToolTipRole).toString(), QStringLiteral("Removed"));
+        QCOMPARE(model.index(1, 0).data(Qt::ToolTipRole).toString(), QStringLiteral("Copied"));
+        QCOMPARE(model.index(0, 0).data(Qt::ForegroundRole), QVariant(QColor(Qt::blue)));
+        QCOMPARE(model.index(1, 0).data(Qt::ForegroundRole), QVariant(QColor(Qt::darkGreen)));
     }
 
     void shouldShowResultsAndFinishTimes_data()

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QIcon>
 
+#include "app/icons/iconmanager.h"
 #include "models/models.h"
 #include "plans/plancommand.h"
 #include "plans/plantablemodel.h"
@@ -19,8 +20,27 @@ using NVB::Info::Plan::PlanResult;
 
 namespace {
 
-// The engine's file operations: 1 copied, 2 restored, 3 failed, 4 skipped.
-enum Operation { Copied = 1, Restored = 2, Failed = 3, Skipped = 4 };
+// The engine's file operations: 1 copied, 2 restored, 3 failed, 4 skipped,
+// 5 a restore point or generation that retention removed.
+enum Operation { Copied = 1, Restored = 2, Failed = 3, Skipped = 4, Removed = 5 };
+
+const char* operationName(int operation)
+{
+    switch (operation) {
+    case Copied:
+        return QT_TRANSLATE_NOOP("NVB::GUI::HistoryGetByFileModel", "Copied");
+    case Restored:
+        return QT_TRANSLATE_NOOP("NVB::GUI::HistoryGetByFileModel", "Restored");
+    case Failed:
+        return QT_TRANSLATE_NOOP("NVB::GUI::HistoryGetByFileModel", "Failed");
+    case Skipped:
+        return QT_TRANSLATE_NOOP("NVB::GUI::HistoryGetByFileModel", "Skipped");
+    case Removed:
+        return QT_TRANSLATE_NOOP("NVB::GUI::HistoryGetByFileModel", "Removed");
+    default:
+        return nullptr;
+    }
+}
 
 PlanResult::Value resultOf(int operation, const QString& message)
 {
@@ -67,13 +87,25 @@ QVariant HistoryGetByFileModel::data(const QModelIndex& index, int role) const
     case Qt::ForegroundRole:
         if (index.column() != Info::Column::Operation && index.column() != Info::Column::Message)
             return {};
+        // A removal the policy asked for is neither a copy that worked nor a
+        // problem: it gets the colour of the runs' informational results.
+        if (operation == Removed && result == PlanResult::Success)
+            return QColor(Qt::blue);
         if (result == PlanResult::Failed)
             return QColor(Qt::red);
         return result == PlanResult::Warning ? QColor(Qt::darkYellow) : QColor(Qt::darkGreen);
     case Qt::DecorationRole:
-        return index.column() == 0
-            ? QVariant(PlanTableModel::palnStatusIcon(operation == Restored ? 2 : 1, PlanResult(result)))
-            : QVariant();
+        if (index.column() != 0)
+            return {};
+        // Retention took a point away: the image of an empty restore point
+        // says that better than a backup's.
+        if (operation == Removed)
+            return IconManager::resource(QStringLiteral("restore-point-empty.svg"));
+        return PlanTableModel::palnStatusIcon(operation == Restored ? 2 : 1, PlanResult(result));
+    case Qt::ToolTipRole:
+        if (index.column() != Info::Column::Operation || !operationName(operation))
+            return {};
+        return tr(operationName(operation));
     case Qt::DisplayRole:
         switch (index.column()) {
         case Info::Column::Operation:
