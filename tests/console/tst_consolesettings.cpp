@@ -18,6 +18,7 @@
 #include <QTreeWidget>
 #include <QtTest>
 
+#include "core/apppath.h"
 #include "crypt/cryptns.h"
 #include "engineprocess.h"
 #include "mainwindow.h"
@@ -34,6 +35,7 @@
 #include "settings/advanced.h"
 #include "settings/application.h"
 #include "settings/checkmasterpassworddialog.h"
+#include "settings/license.h"
 #include "settings/movedatabase.h"
 #include "settings/network.h"
 #include "settings/repositorystatusdialog.h"
@@ -129,7 +131,11 @@ private slots:
         bool opened = false;
         whenModal<SettingDialog>([&opened](SettingDialog* dialog) {
             opened = true;
-            QCOMPARE(dialog->tabs()->count(), 5);
+            QCOMPARE(dialog->tabs()->count(), 6);
+            // The edition follows the installation's config file.
+            QCOMPARE(dialog->licensePage()->editionLabel()->text(), QStringLiteral("Free edition"));
+            QVERIFY(dialog->licensePage()->allowsLabel()->text().contains(
+                QStringLiteral("Encryption: not in this edition")));
             dialog->advancedPage()->threadBox()->setValue(7);
             QCOMPARE(storedOnDisk(QStringLiteral("MultiThread threads count")), QStringLiteral("7"));
 
@@ -154,8 +160,15 @@ private slots:
             QVERIFY(dialog->applicationPage()->masterPasswordBox()->isChecked());
             dialog->reject();
         });
+        const QString config = NVB::Defines::AppPath::to().config() + QStringLiteral("/nvbBackup.conf");
+        QVERIFY(QDir().mkpath(QFileInfo(config).absolutePath()));
+        QFile edition(config);
+        QVERIFY(edition.open(QIODevice::WriteOnly));
+        edition.write("<nvbBackup edition=\"standalone\" license=\"free\"/>");
+        edition.close();
         QAction* settings = window.findChild<QAction*>(QStringLiteral("settings"));
         settings->trigger();
+        QFile::remove(config);
         QVERIFY(opened);
         QCOMPARE(storedOnDisk(QStringLiteral("MasterPassword")),
             SHARED::cryptNS::encrypt_local_password(QStringLiteral("guard")));

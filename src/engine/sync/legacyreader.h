@@ -17,8 +17,9 @@ namespace NVB::Engine {
 // (they stay in the later points of their generation), each file's SHA-256
 // (a restore then cannot check the data; increments carry theirs),
 // permissions and owners (a restore takes the copy's own mode), links and
-// empty folders, the plan's name, and the paths of an enciphered plan's
-// files (their objects are named by a keyed hash).
+// empty folders, the plan's name, whether a run ended (a killed run's
+// folder reads as a point of the whole copies it made), and the paths of an
+// enciphered plan's files (their objects are named by a keyed hash).
 class LegacyReader : public PlanReader
 {
 public:

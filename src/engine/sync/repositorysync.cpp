@@ -265,53 +265,49 @@ void RepositorySync::syncPlan(
         }
         if (missing.isEmpty())
             continue;
-        int added = 0;
         bool withoutContent = false;
-        const bool ok = db.transaction(
-            [&] {
-                for (int sequence : std::as_const(missing)) {
-                    if (m_cancel)
-                        return false;
-                    FoundPoint point;
-                    QString error;
-                    if (!found.reader->read(generation, sequence, &point, &error))
-                        return db.fail(error);
-                    if (bunch.displayName.isEmpty())
-                        bunch.displayName = found.reader->planName();
-                    if (bunch.displayName.isEmpty())
-                        bunch.displayName = QStringLiteral("Plan %1").arg(RunPreparation::noBraces(planId));
-                    StoredRestorePoint row;
-                    row.connectionId = m_accountId;
-                    row.bunchId = planId;
-                    row.generationId = generation;
-                    row.sequenceNumber = sequence;
-                    row.startUtc = point.startUtc;
-                    row.backupType = sequence == found.points.first() ? 0 : 2;
-                    row.encrypted = point.encrypted;
-                    row.sizeOnStorage = point.sizeOnStorage;
-                    withoutContent = withoutContent || !point.contentKnown;
-                    if (repository.insertRestorePoint(bunch, row, point.content) == 0)
-                        return false;
-                    ++added;
-                    m_status(QStringLiteral("Plan \"%1\": restore point %2 of generation %3 recorded")
-                                 .arg(bunch.displayName)
-                                 .arg(sequence)
-                                 .arg(RunPreparation::noBraces(generation)));
-                }
-                return true;
-            },
-            true);
-        if (!ok) {
+        QString failure;
+        for (int sequence : std::as_const(missing)) {
             if (m_cancel) {
                 m_result.cancelled = true;
                 return;
             }
-            m_result.notes.append(
-                QStringLiteral("Generation %1 of plan %2 was not recorded: %3")
-                    .arg(RunPreparation::noBraces(generation), RunPreparation::noBraces(planId), db.lastError()));
-            continue;
+            // Read before the transaction, so the store is held only while
+            // the point is written, never while the storage is read.
+            FoundPoint point;
+            if (!found.reader->read(generation, sequence, &point, &failure))
+                break;
+            if (bunch.displayName.isEmpty())
+                bunch.displayName = found.reader->planName();
+            if (bunch.displayName.isEmpty())
+                bunch.displayName = QStringLiteral("Plan %1").arg(RunPreparation::noBraces(planId));
+            StoredRestorePoint row;
+            row.connectionId = m_accountId;
+            row.bunchId = planId;
+            row.generationId = generation;
+            row.sequenceNumber = sequence;
+            row.startUtc = point.startUtc;
+            row.backupType = sequence == found.points.first() ? 0 : 2;
+            row.encrypted = point.encrypted;
+            row.sizeOnStorage = point.sizeOnStorage;
+            withoutContent = withoutContent || !point.contentKnown;
+            // Points go in one by one, in order: whatever stops the work
+            // leaves whole points, and the next synchronisation goes on after
+            // the last.
+            if (!db.transaction([&] { return repository.insertRestorePoint(bunch, row, point.content) != 0; }, true)) {
+                failure = db.lastError();
+                break;
+            }
+            ++m_result.added;
+            m_status(QStringLiteral("Plan \"%1\": restore point %2 of generation %3 recorded")
+                         .arg(bunch.displayName)
+                         .arg(sequence)
+                         .arg(RunPreparation::noBraces(generation)));
         }
-        m_result.added += added;
+        if (!failure.isEmpty())
+            m_result.notes.append(
+                QStringLiteral("Generation %1 of plan %2 was recorded only in part: %3")
+                    .arg(RunPreparation::noBraces(generation), RunPreparation::noBraces(planId), failure));
         if (withoutContent && found.reader->isArchive())
             m_result.notes.append(
                 QStringLiteral("Generation %1 of plan \"%2\" is enciphered under a password this engine does not "
