@@ -17,6 +17,7 @@
 #include "models/models.h"
 #include "mailserverdialog.h"
 #include "masterpasswordgate.h"
+#include "models/modelmanager.h"
 #include "planlistview.h"
 #include "planprogresspanel.h"
 #include "records/plan/planenums.h"
@@ -27,6 +28,7 @@
 #include "plans/planstatuslist.h"
 #include "plans/planxmllist.h"
 #include "service/notification/format.h"
+#include "settings/repositorystatusdialog.h"
 #include "settings/retentionpolicy.h"
 #include "settings/settingdialog.h"
 #include "settings/settingsimpledialog.h"
@@ -141,6 +143,15 @@ void MainWindow::buildToolBar()
         dialog.exec();
     });
     settings->setObjectName(QStringLiteral("settings"));
+    // Reading a storage back into the repository: after a reinstall, or
+    // when backups were deleted on the storage itself.
+    QAction* synchronize = bar->addAction(tr("Synchronize repository"), this, [this] {
+        const auto models = NVB::GUI::ModelManager::instance();
+        NVB::GUI::Settings::RepositoryStatusDialog dialog(
+            models ? models->create(NVB::GUI::Models::Table::NvbStorageConnectionModelInfo::Type) : nullptr, this);
+        dialog.exec();
+    });
+    synchronize->setObjectName(QStringLiteral("synchronizeRepository"));
 }
 
 PlanListView* MainWindow::currentList() const

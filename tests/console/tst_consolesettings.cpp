@@ -1,9 +1,11 @@
 #include <QAction>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
@@ -16,6 +18,7 @@
 #include <QTreeWidget>
 #include <QtTest>
 
+#include "core/apppath.h"
 #include "crypt/cryptns.h"
 #include "engineprocess.h"
 #include "mainwindow.h"
@@ -25,18 +28,21 @@
 #include "planlistview.h"
 #include "plantablecreator.h"
 #include "records/plan/backupfile.h"
+#include "records/plan/restorefile.h"
 #include "service/commands/plan.h"
 #include "service/commands/system.h"
 #include "service/connectionmanager.h"
-#include "sql/database.h"
 #include "settings/advanced.h"
 #include "settings/application.h"
 #include "settings/checkmasterpassworddialog.h"
+#include "settings/license.h"
 #include "settings/movedatabase.h"
 #include "settings/network.h"
+#include "settings/repositorystatusdialog.h"
 #include "settings/setmasterpassworddialog.h"
 #include "settings/settingdialog.h"
 #include "settings/ssltrustedstoragedialog.h"
+#include "sql/database.h"
 #include "storage/storageconnectionsmodelcreator.h"
 #include "stores/defaultsettings.h"
 #include "synccommand.h"
@@ -125,7 +131,11 @@ private slots:
         bool opened = false;
         whenModal<SettingDialog>([&opened](SettingDialog* dialog) {
             opened = true;
-            QCOMPARE(dialog->tabs()->count(), 5);
+            QCOMPARE(dialog->tabs()->count(), 6);
+            // The edition follows the installation's config file.
+            QCOMPARE(dialog->licensePage()->editionLabel()->text(), QStringLiteral("Free edition"));
+            QVERIFY(dialog->licensePage()->allowsLabel()->text().contains(
+                QStringLiteral("Encryption: not in this edition")));
             dialog->advancedPage()->threadBox()->setValue(7);
             QCOMPARE(storedOnDisk(QStringLiteral("MultiThread threads count")), QStringLiteral("7"));
 
@@ -150,8 +160,15 @@ private slots:
             QVERIFY(dialog->applicationPage()->masterPasswordBox()->isChecked());
             dialog->reject();
         });
+        const QString config = NVB::Defines::AppPath::to().config() + QStringLiteral("/nvbBackup.conf");
+        QVERIFY(QDir().mkpath(QFileInfo(config).absolutePath()));
+        QFile edition(config);
+        QVERIFY(edition.open(QIODevice::WriteOnly));
+        edition.write("<nvbBackup edition=\"standalone\" license=\"free\"/>");
+        edition.close();
         QAction* settings = window.findChild<QAction*>(QStringLiteral("settings"));
         settings->trigger();
+        QFile::remove(config);
         QVERIFY(opened);
         QCOMPARE(storedOnDisk(QStringLiteral("MasterPassword")),
             SHARED::cryptNS::encrypt_local_password(QStringLiteral("guard")));
@@ -261,6 +278,112 @@ private slots:
         }
         QSqlDatabase::removeDatabase(QStringLiteral("moved"));
         QTRY_COMPARE_WITH_TIMEOUT(window.backupPlans()->model()->rowCount(), 2, 10000);
+    }
+
+    // A reinstalled machine: the engine's store is gone, the storage is
+    // not. The account added again and synchronized from the settings
+    // dialog, the old backup restores byte for byte.
+    void shouldRestoreFromAStorageReadBackIntoAFreshStore()
+    {
+        const auto info = [](const QUuid& plan) {
+            return NvbTest::SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.toString()}})
+                .data.value(QStringLiteral("planInfo"))
+                .toObject();
+        };
+        const auto runToSuccess = [&info](const QUuid& plan) {
+            const auto started = NvbTest::SyncCommand::run(
+                QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
+            return started.answered && !started.isError
+                && QTest::qWaitFor(
+                    [&] { return info(plan).value(QStringLiteral("LastRunStatus")).toInt() == 6; }, 30000);
+        };
+        const auto addAccount = [](const QString& path) {
+            const QUuid id = QUuid::createUuid();
+            const auto saved = NvbTest::SyncCommand::run(QStringLiteral("SaveStorage"),
+                {{QStringLiteral("ID"), id.toString()}, {QStringLiteral("displayName"), QStringLiteral("Backup disk")},
+                    {QStringLiteral("type"), 1}, {QStringLiteral("prefix"), QStringLiteral("home")},
+                    {QStringLiteral("params"), QJsonObject {{QStringLiteral("Path"), path}}}});
+            return saved.answered && !saved.isError ? id : QUuid();
+        };
+        const auto savePlan = [](const NVB::Info::Plan::Base& plan) {
+            const auto reply = NvbTest::SyncCommand::run(QStringLiteral("CommonPlanEdit"),
+                {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}});
+            return reply.answered && !reply.isError;
+        };
+        QTemporaryDir storage;
+        QTemporaryDir source;
+        QTemporaryDir target;
+        QByteArray bytes(700 * 1024, Qt::Uninitialized);
+        for (int i = 0; i < bytes.size(); ++i)
+            bytes[i] = char((i * 7919) >> 3);
+        QFile file(source.filePath(QStringLiteral("report.bin")));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+
+        NVB::Console::MainWindow window;
+        window.show();
+        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
+        const auto restartOnAnEmptyStore = [&] {
+            // Wherever the store was moved to, it goes; the new one takes
+            // the default place.
+            const QString store = NVB::SQL::Database::connectionString();
+            if (!m_engine.stop() || !QTest::qWaitFor([&] { return !connection->isLocalManagmentConnected(); }, 10000))
+                return false;
+            for (const char* suffix : {"", "-wal", "-shm"})
+                QFile::remove(store + QLatin1String(suffix));
+            return NVB::DefaultSettings::instance()->setValue(QStringLiteral("DatabasePath"), QString())
+                && m_engine.start() && QTest::qWaitFor([&] { return connection->isLocalManagmentConnected(); }, 15000);
+        };
+        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
+        QVERIFY(restartOnAnEmptyStore());
+        NVB::Info::Plan::BackupFile plan;
+        plan.setId(QUuid::createUuid());
+        plan.setName(QStringLiteral("Reports"));
+        plan.setStorage(addAccount(storage.path()));
+        plan.setItems({source.path()});
+        QVERIFY(savePlan(plan));
+        QVERIFY2(runToSuccess(plan.id()), QJsonDocument(info(plan.id())).toJson().constData());
+
+        // A reinstallation: the engine starts on an empty store.
+        QVERIFY(restartOnAnEmptyStore());
+        const QUuid account = addAccount(storage.path());
+        QVERIFY(!account.isNull());
+
+        QStringList said;
+        whenModal<SettingDialog>([&](SettingDialog* dialog) {
+            whenModal<RepositoryStatusDialog>([&](RepositoryStatusDialog* sync) {
+                QTRY_VERIFY_WITH_TIMEOUT(sync->storageBox()->findData(account) >= 0, 10000);
+                sync->storageBox()->setCurrentIndex(sync->storageBox()->findData(account));
+                sync->synchronizeButton()->click();
+                QTRY_COMPARE_WITH_TIMEOUT(
+                    sync->stateLabel()->text(), QStringLiteral("Synchronization finished"), 30000);
+                QVERIFY(sync->synchronizeButton()->isEnabled());
+                for (int i = 0; i < sync->statusList()->count(); ++i)
+                    said << sync->statusList()->item(i)->text();
+                sync->reject();
+            });
+            dialog->applicationPage()->synchronizeButton()->click();
+            dialog->reject();
+        });
+        window.findChild<QAction*>(QStringLiteral("settings"))->trigger();
+        QVERIFY2(said.contains(QStringLiteral("Synchronization finished: 1 restore points added, 0 removed")),
+            qPrintable(said.join(QLatin1Char('\n'))));
+
+        NVB::Info::Plan::RestoreFile restore;
+        restore.setId(QUuid::createUuid());
+        restore.setName(QStringLiteral("Reports back"));
+        restore.setStorage(account);
+        restore.setRestorePoint(QStringLiteral("NVB_Archive\\%1\\now").arg(plan.id().toString(QUuid::WithoutBraces)));
+        restore.setRestoreToOriginalLocation(false);
+        restore.setDestination(target.path());
+        QVERIFY(savePlan(restore));
+        QVERIFY2(runToSuccess(restore.id()), QJsonDocument(info(restore.id())).toJson().constData());
+        QFile restored(target.path() + source.filePath(QStringLiteral("report.bin")));
+        QVERIFY(restored.open(QIODevice::ReadOnly));
+        QVERIFY(restored.readAll() == bytes);
+        QVERIFY(
+            !NvbTest::SyncCommand::run(QStringLiteral("PlanRemove"), {{QStringLiteral("ID"), restore.id().toString()}})
+                 .isError);
     }
 };
 

@@ -4,6 +4,8 @@
 #include <QJsonArray>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
@@ -162,14 +164,17 @@ private slots:
     {
         QTest::addColumn<QString>("setting");
         QTest::addColumn<int>("files"); // links kept as links are no files
-        QTest::newRow("originals instead of links") << QStringLiteral("2") << 2;
-        QTest::newRow("links only") << QStringLiteral("3") << 1;
+        QTest::addColumn<int>("links");
+        QTest::newRow("originals instead of links") << QStringLiteral("2") << 2 << 0;
+        QTest::newRow("links only") << QStringLiteral("3") << 1 << 1;
+        QTest::newRow("no links") << QStringLiteral("4") << 1 << 0;
     }
 
     void shouldTreatSymlinksAsTheSettingSays()
     {
         QFETCH(QString, setting);
         QFETCH(int, files);
+        QFETCH(int, links);
         QTemporaryDir source;
         write(source.filePath(QStringLiteral("original.txt")), "the original");
         QVERIFY(
@@ -182,6 +187,19 @@ private slots:
                   .data.value(QStringLiteral("planInfo"))
                   .toObject();
         QCOMPARE(info.value(QStringLiteral("LastFileCount")).toInt(), files);
+        // What the point holds of the link, read from the engine's store.
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("links"));
+            db.setDatabaseName(m_engine->dataDirectory() + QStringLiteral("/nvbackup.db"));
+            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+            QVERIFY(db.open());
+            QSqlQuery query(db);
+            QVERIFY(query.prepare(QStringLiteral("SELECT COUNT(*) FROM contents WHERE path=? AND type=3")));
+            query.addBindValue(source.filePath(QStringLiteral("link.txt")));
+            QVERIFY(query.exec() && query.next());
+            QCOMPARE(query.value(0).toInt(), links);
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("links"));
     }
 
     void shouldHoldBackupsToTheLocalBandwidthSetWhileRunning()

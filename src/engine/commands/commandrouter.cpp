@@ -15,6 +15,7 @@
 #include "service/v2/commandcatalogue.h"
 #include "service/v2/wire.h"
 #include "storagecommands.h"
+#include "sync/syncmanager.h"
 #include "systemcommands.h"
 #include "v2commands.h"
 
@@ -37,6 +38,7 @@ CommandRouter::CommandRouter(Engine* engine)
 {
     PlanCommands::add(engine, &m_v1);
     StorageCommands::add(engine, &m_v1);
+    SyncManager::add(engine, &m_v1);
     HistoryCommands::add(engine, &m_v1);
     DiskCommands::add(engine, &m_v1);
     SystemCommands::add(engine, &m_v1, &m_v1Deferred);
@@ -146,7 +148,7 @@ QJsonObject CommandRouter::handleV2(const QJsonObject& frame)
     const auto handler = m_v2.constFind(commandId);
     if (commandId.isNull() || handler == m_v2.cend()) {
         return Envelope::replyV2(frame, 3, {},
-                                 QStringLiteral("Unknown command %1").arg(frame.value(QLatin1String(Wire::CommandId)).toString()));
+            QStringLiteral("Unknown command %1").arg(frame.value(QLatin1String(Wire::CommandId)).toString()));
     }
     // The typed request refuses values of the wrong type; check before the
     // handler reads it.

@@ -18,10 +18,13 @@
 #include "core/nvldebug.h"
 #include "core/providerdefines.h"
 #include "core/transform.h"
+#include "models/modelmanager.h"
+#include "models/models.h"
 #include "network/checklocalport.h"
 #include "network/interface.h"
 #include "settings/checkmasterpassworddialog.h"
 #include "settings/movedatabase.h"
+#include "settings/repositorystatusdialog.h"
 #include "settings/sectionline.h"
 #include "settings/setmasterpassworddialog.h"
 #include "sql/database.h"
@@ -215,12 +218,12 @@ void Application::onMoveDatabaseClicked()
 
 void Application::onSincAccount()
 {
-    // The engine keeps its repository index in step with the storage by
-    // itself after every run; a forced resynchronisation has no engine
-    // command yet, so the user is told so rather than shown a dialog that
-    // never ends.
-    QMessageBox::information(
-        this, tr("Synchronize Repository"), tr("The repository is synchronized by the engine after every backup run."));
+    const auto manager = ModelManager::instance();
+    QAbstractItemModel* connections
+        = manager ? manager->create(Models::Table::NvbStorageConnectionModelInfo::Type) : nullptr;
+    RepositoryStatusDialog dialog(connections, this);
+    connect(this, &Application::ForceClose, &dialog, &QDialog::close, Qt::QueuedConnection);
+    dialog.exec();
     loadSettings();
 }
 

@@ -34,6 +34,7 @@ public:
     QPushButton* moveButton() const { return m_move; }
     QLabel* locationLabel() const { return m_location; }
     QPushButton* shrinkButton() const { return m_shrink; }
+    QPushButton* synchronizeButton() const { return m_synchronize; }
     QCheckBox* httpBox() const { return m_useHttp; }
     QSpinBox* httpPortBox() const { return m_httpPort; }
     QCheckBox* httpsBox() const { return m_useHttps; }

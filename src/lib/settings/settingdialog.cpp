@@ -13,6 +13,7 @@
 #include "settings/advanced.h"
 #include "settings/application.h"
 #include "settings/backup.h"
+#include "settings/license.h"
 #include "settings/network.h"
 #include "settings/singlestorage.h"
 #include "stores/rebranding.h"
@@ -52,8 +53,13 @@ SettingDialog::SettingDialog(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_tabs);
     QWidget* storage = storagePage(this);
-    for (QWidget* page : std::initializer_list<QWidget*> {storage, m_backup, m_network, m_application, m_advanced})
-        m_tabs->addTab(page, page->windowTitle());
+    if (Application::isStandalon())
+        m_license = new Settings::License(this);
+    for (QWidget* page :
+        std::initializer_list<QWidget*> {storage, m_backup, m_network, m_application, m_advanced, m_license}) {
+        if (page)
+            m_tabs->addTab(page, page->windowTitle());
+    }
     auto* bottom = new QHBoxLayout();
     bottom->addStretch(1);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
@@ -65,6 +71,8 @@ SettingDialog::SettingDialog(QWidget* parent)
     connect(this, &SettingDialog::meExec, m_network, &Settings::Network::loadSettings);
     connect(this, &SettingDialog::meExec, m_application, &Settings::Application::loadSettings);
     connect(this, &SettingDialog::meExec, m_advanced, &Settings::Advanced::loadSettings);
+    if (m_license)
+        connect(this, &SettingDialog::meExec, m_license, &Settings::License::loadSettings);
     connect(this, &SettingDialog::ForceClose, m_application, &Settings::Application::ForceClose, Qt::QueuedConnection);
     resize(minimumSizeHint());
 }

@@ -10,6 +10,7 @@ namespace Settings {
 class Advanced;
 class Application;
 class Backup;
+class License;
 class Network;
 } // namespace Settings
 
@@ -26,6 +27,8 @@ public:
     Settings::Network* networkPage() const { return m_network; }
     Settings::Application* applicationPage() const { return m_application; }
     Settings::Advanced* advancedPage() const { return m_advanced; }
+    // Null outside the standalone edition.
+    Settings::License* licensePage() const { return m_license; }
 
 signals:
     void meExec();
@@ -41,6 +44,7 @@ private:
     Settings::Network* m_network;
     Settings::Application* m_application;
     Settings::Advanced* m_advanced;
+    Settings::License* m_license = nullptr;
 };
 
 } // namespace NVB::GUI

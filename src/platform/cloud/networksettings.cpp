@@ -76,7 +76,7 @@ QString NetworkSettings::proxyProblem(bool accountUsesProxy) const
         .arg(proxyPort);
 }
 
-void NetworkSettings::applyTo(void* handle, bool accountUsesProxy, qint64 sendLimit, qint64 receiveLimit) const
+void NetworkSettings::applyTo(void* handle, bool accountUsesProxy, qint64 sendLimit) const
 {
     CURL* curl = handle;
     const QByteArray url = proxyUrl().toUtf8();
@@ -97,7 +97,14 @@ void NetworkSettings::applyTo(void* handle, bool accountUsesProxy, qint64 sendLi
             curl, CURLOPT_PROXYPASSWORD, proxyUser.isEmpty() ? nullptr : proxyPassword.toUtf8().constData());
     }
     curl_easy_setopt(curl, CURLOPT_MAX_SEND_SPEED_LARGE, curl_off_t(lower(sendLimit, bandwidth)));
-    curl_easy_setopt(curl, CURLOPT_MAX_RECV_SPEED_LARGE, curl_off_t(lower(receiveLimit, bandwidth)));
+    // libcurl 7.88 lets a fast link run past its own receive limit; the
+    // caller holds receiveLimit() in its write callback instead.
+    curl_easy_setopt(curl, CURLOPT_MAX_RECV_SPEED_LARGE, curl_off_t(0));
+}
+
+qint64 NetworkSettings::receiveLimit(qint64 accountLimit) const
+{
+    return lower(accountLimit, bandwidth);
 }
 
 } // namespace NVL::Cloud

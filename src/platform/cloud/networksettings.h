@@ -29,10 +29,13 @@ struct NetworkSettings
     // port. Going around a proxy the user asked for would be worse than failing.
     QString proxyProblem(bool accountUsesProxy) const;
 
-    // Sets the proxy and speed options of a libcurl easy handle. The
+    // Sets the proxy and upload speed options of a libcurl easy handle. The
     // account's own switch decides whether its transfers use a proxy at all;
-    // its own speed limits, when lower, win.
-    void applyTo(void* curl, bool accountUsesProxy, qint64 sendLimit, qint64 receiveLimit) const;
+    // its own speed limit, when lower, wins.
+    void applyTo(void* curl, bool accountUsesProxy, qint64 sendLimit) const;
+    // Bytes per second a download may take (0: no limit), the lower of the
+    // account's own limit and the setting.
+    qint64 receiveLimit(qint64 accountLimit) const;
 };
 
 } // namespace NVL::Cloud

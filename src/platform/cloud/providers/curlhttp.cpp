@@ -8,8 +8,10 @@
 #include <openssl/x509.h>
 #include <openssl/x509_vfy.h>
 
+#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QSslCertificate>
+#include <QThread>
 
 #include "cloud/certificatepins.h"
 #include "cloud/cloudconfig.h"
@@ -96,10 +98,38 @@ CURLcode sslContextCallback(CURL*, void* context, void* user)
     return CURLE_OK;
 }
 
+// A download's body, taken no faster than the receive limit: when the bytes
+// so far run ahead of the limit (a quarter second of burst allowed), the
+// write callback waits. curl reads no more meanwhile, so the socket's buffer
+// fills and TCP slows the sender, on a fast local link as on any other.
+struct ReceiveState
+{
+    QByteArray* body = nullptr;
+    qint64 limit = 0; // bytes per second, 0 for none
+    qint64 received = 0;
+    QElapsedTimer clock;
+    const CancelToken* cancel = nullptr;
+};
+
 size_t writeBody(char* data, size_t size, size_t count, void* user)
 {
-    static_cast<QByteArray*>(user)->append(data, int(size * count));
-    return size * count;
+    auto* state = static_cast<ReceiveState*>(user);
+    const size_t length = size * count;
+    state->body->append(data, int(length));
+    if (state->limit <= 0)
+        return length;
+    if (!state->clock.isValid())
+        state->clock.start();
+    state->received += qint64(length);
+    for (;;) {
+        const qint64 dueMs = (state->received - state->limit / 4) * 1000 / state->limit;
+        const qint64 aheadMs = dueMs - state->clock.elapsed();
+        if (aheadMs <= 0 || state->cancel->isCancelled())
+            break;
+        // In short steps, so that a cancel is not held up by the wait.
+        QThread::msleep(ulong(qMin<qint64>(aheadMs, 50)));
+    }
+    return length;
 }
 
 size_t writeHeader(char* data, size_t size, size_t count, void* user)
@@ -200,7 +230,11 @@ bool CurlHttp::perform(HttpExchange& exchange, const CancelToken& cancel)
         exchange.curlCode = CURLE_COULDNT_RESOLVE_PROXY;
         return false;
     }
-    network.applyTo(curl, m_options.useProxy, m_options.maxSendSpeed, m_options.maxReceiveSpeed);
+    network.applyTo(curl, m_options.useProxy, m_options.maxSendSpeed);
+    ReceiveState receive;
+    receive.body = &exchange.body;
+    receive.limit = network.receiveLimit(m_options.maxReceiveSpeed);
+    receive.cancel = &cancel;
     m_handle->tls.ignoreErrors = network.ignoreSslErrors;
     // Our own verification (system authorities, then the host:port pin)
     // runs inside the handshake; curl's would refuse a pinned server first.
@@ -214,7 +248,7 @@ bool CurlHttp::perform(HttpExchange& exchange, const CancelToken& cancel)
     curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, progress);
     curl_easy_setopt(curl, CURLOPT_XFERINFODATA, &cancel);
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, writeBody);
-    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &exchange.body);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &receive);
     curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, writeHeader);
     curl_easy_setopt(curl, CURLOPT_HEADERDATA, &exchange);
 
