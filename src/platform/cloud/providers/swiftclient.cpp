@@ -113,10 +113,19 @@ OperationResult SwiftClient::loginV1(const QMap<QString, QVariant>& config, cons
         return ProviderErrors::answer(ProviderErrors::Protocol::Swift, exchange.status, QString(),
             QString::fromUtf8(exchange.body.left(200)), url.toString());
     m_token = exchange.header("x-auth-token");
-    const QUrl storage(QString::fromUtf8(exchange.header("x-storage-url")));
+    QUrl storage(QString::fromUtf8(exchange.header("x-storage-url")));
     if (m_token.isEmpty() || !storage.isValid() || storage.host().isEmpty())
         return OperationResult::failure(
             OperationError::InternalError, QStringLiteral("The server's login answer has no token or storage URL"));
+    // A proxy behind a TLS front (a load balancer, stunnel) sees plain HTTP
+    // and names its storage with "http" and the front's own host and port.
+    // Storage on the very server we logged in at is reached the way we
+    // reached the login: plain HTTP to a TLS port would fail, and from a
+    // TLS login it would send the token in the clear.
+    if (url.scheme() == QLatin1String("https") && storage.scheme() == QLatin1String("http")
+        && storage.host().compare(url.host(), Qt::CaseInsensitive) == 0
+        && storage.port(80) == url.port(443))
+        storage.setScheme(QStringLiteral("https"));
     m_endpoints.append({QString(), storage, storage});
     return {};
 }
