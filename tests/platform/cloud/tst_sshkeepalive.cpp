@@ -126,8 +126,8 @@ void TestSshKeepAlive::shouldEndIdleSessionWhoseServerStoppedAnswering()
     QVERIFY(relay.port() > 0);
     namespace Net = Config::Network;
     const QMap<QString, QVariant> config {{Config::Type, Name::Sftp}, {Net::Address, QStringLiteral("127.0.0.1")},
-        {Net::Port, relay.port()}, {Net::KeepAlive, true}, {Net::Sftp::KeepAliveInterval, 1},
-        {Net::Sftp::Timeout, 3}, {Net::Sftp::User, server.user()},
+        {Net::Port, relay.port()}, {Net::KeepAlive, true}, {Net::Sftp::KeepAliveInterval, 1}, {Net::Sftp::Timeout, 3},
+        {Net::Sftp::User, server.user()},
         {Net::Sftp::PrivateKey, SftpTestServer::readFile(server.path(QStringLiteral("user_key")))},
         {Net::Sftp::KnownHostsFile, home.filePath(QStringLiteral("known_hosts"))}};
     // The relay's port is another host:port for known_hosts.
