@@ -108,6 +108,10 @@ inline const QString Passphrase = QStringLiteral("Passphrase");
 // Seconds any single step may wait for the server (connect, login, each SFTP
 // request); absent or 0 means SshConnection::DefaultTimeoutSeconds.
 inline const QString Timeout = QStringLiteral("Timeout");
+// Our own addition: with KeepAlive on, seconds a session may stay idle before
+// the server must answer a keepalive; absent or 0 means
+// SshConnection::KeepAliveSeconds.
+inline const QString KeepAliveInterval = QStringLiteral("KeepAliveInterval");
 // Set by a failed operation whose host key is unknown or changed, for the
 // dialog that asks the user: the key as a known_hosts line would hold it
 // ("ssh-ed25519 AAAA..."), its SHA256 fingerprint as ssh prints it, and for

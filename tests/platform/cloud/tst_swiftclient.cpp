@@ -27,6 +27,7 @@ private slots:
     void shouldLogInCreateAndListWithEveryAuth();
     void shouldRefuseWrongKeysAndUnknownRegions();
     void shouldRenewARefusedTokenOnlyOnce();
+    void shouldLogInBehindTlsOncePinned_data();
     void shouldLogInBehindTlsOncePinned();
 
 private:
@@ -198,18 +199,27 @@ void TestSwiftClient::shouldRenewARefusedTokenOnlyOnce()
     keystoneControl(QStringLiteral("/control/expire?count=0"));
 }
 
-// The identity service behind a TLS front with a certificate no authority
-// signed: refused with the certificate offered, then logged in once it is
-// pinned for that host and port. (Swift's own v1.0 auth names a storage URL
-// of the host it was asked on, which would be the front's in plain HTTP.)
+// The identity service, and Swift's own v1.0 auth, behind a TLS front with
+// a certificate no authority signed: refused with the certificate offered,
+// then logged in once it is pinned for that host and port. Behind the front
+// tempauth names its storage in plain HTTP on the front's port.
+void TestSwiftClient::shouldLogInBehindTlsOncePinned_data()
+{
+    QTest::addColumn<bool>("keystoneLogin");
+    QTest::newRow("Keystone v2.0") << true;
+    QTest::newRow("v1.0") << false;
+}
+
 void TestSwiftClient::shouldLogInBehindTlsOncePinned()
 {
+    QFETCH(bool, keystoneLogin);
     if (!m_server.isAvailable() || !m_server.keystonePort())
         QSKIP("no server");
     NvbTest::TlsFront front;
-    QVERIFY(front.start(m_server.keystonePort()));
-    Settings settings = keystone(2);
-    settings.insert(Api::Config::Http::Endpoint, QStringLiteral("127.0.0.1:%1/v2.0").arg(front.port()));
+    QVERIFY(front.start(keystoneLogin ? m_server.keystonePort() : m_server.port()));
+    Settings settings = keystoneLogin ? keystone(2) : v1();
+    settings.insert(Api::Config::Http::Endpoint,
+        QStringLiteral("127.0.0.1:%1/%2").arg(front.port()).arg(keystoneLogin ? "v2.0" : "auth/v1.0"));
     settings.insert(Api::Config::Http::UseSsl, true);
     OperationResult result = SwiftClient().listContainers(settings, m_cancel);
     QCOMPARE(result.errorCode, int(OperationError::SslUntrusted));

@@ -4,9 +4,10 @@
 #   sshd.sh start DIR   make keys, a config and the test user, start sshd
 #   sshd.sh stop DIR    stop the sshd that "start" left in DIR, by its pid
 #
-# Needs root: it creates the local user "nvbsftptest", which can only log in
-# to these servers (they allow no other user; the system's own sshd is not
-# touched), with a new random password on every start; "stop" removes it.
+# Needs root: it creates a local user of its own, "nvbsftp" and a random
+# suffix (so that runs side by side never share or remove each other's), which
+# can only log in to these servers (they allow no other user; the system's own
+# sshd is not touched), with a random password; "stop" removes it.
 # Three servers start, all with the same host key:
 #   the main one       SFTP only (ForceCommand internal-sftp), password or key
 #   stall_*            lets the login through, then its sftp subsystem is
@@ -34,8 +35,10 @@ if [[ -z "$command" || -z "$dir" ]]; then
     exit 2
 fi
 
-user=nvbsftptest
 sshd=/usr/sbin/sshd
+# Every user this script makes has this prefix; "stop" removes no other.
+user_prefix=nvbsftp
+user=
 
 stop_one() {
     local pidfile="$dir/$1server.pid"
@@ -66,14 +69,19 @@ stop_server() {
     stop_one kbd_
 }
 
+# Removes the user that the start in DIR made, and only that one.
 remove_user() {
-    if id "$user" >/dev/null 2>&1; then
+    local made
+    made=$(cat "$dir/user" 2>/dev/null || true)
+    [[ "$made" == "$user_prefix"* ]] || return 0
+    if id "$made" >/dev/null 2>&1; then
         # Sessions that outlived their listener would keep the user busy.
-        for pid in $(pgrep -u "$user" 2>/dev/null || true); do
+        for pid in $(pgrep -u "$made" 2>/dev/null || true); do
             kill "$pid" 2>/dev/null || true
         done
-        userdel -f "$user" 2>/dev/null || true
+        userdel -f "$made" 2>/dev/null || true
     fi
+    rm -f "$dir/user"
 }
 
 unavailable() {
@@ -103,6 +111,7 @@ esac
 mkdir -p "$dir"
 dir=$(cd "$dir" && pwd)
 stop_server
+remove_user
 rm -rf "$dir/data" "$dir/unavailable" "$dir"/*_key* "$dir"/known_hosts* "$dir/authorized_keys" "$dir"/*port
 chmod 755 "$dir"
 
@@ -113,13 +122,15 @@ command -v ssh-keygen >/dev/null || unavailable "ssh-keygen is not installed (pa
 # A real shell: sshd runs the stall server's forced command through it. The
 # main server still forces internal-sftp, and every server allows only this
 # user, on 127.0.0.1, with a password that lives as long as the servers.
-if ! id "$user" >/dev/null 2>&1; then
-    useradd --system --no-create-home --home-dir /nonexistent --shell /bin/sh "$user"
-fi
-usermod --shell /bin/sh "$user" >/dev/null 2>&1 || true
+for _ in $(seq 10); do
+    user=$user_prefix$(head -c 4 /dev/urandom | od -An -tx1 | tr -d ' \n')
+    id "$user" >/dev/null 2>&1 || break
+done
+useradd --system --no-create-home --home-dir /nonexistent --shell /bin/sh "$user"
+# Written at once, so that "stop" removes the user even if the start fails later.
+echo "$user" > "$dir/user"
 password=$(head -c 18 /dev/urandom | od -An -tx1 | tr -d ' \n')
 echo "$user:$password" | chpasswd
-echo "$user" > "$dir/user"
 echo "$password" > "$dir/password"
 chmod 600 "$dir/password"
 

@@ -186,14 +186,25 @@ for kind in account container object proxy; do
     echo $! > "$dir/$kind.pid"
 done
 
-# Ready when a v1 login answers with a token: that needs the proxy, memcached
-# and the account ring.
+# Ready when a v1 login answers with a token (the proxy, memcached, the
+# account ring) and a container can be made with it (the account and
+# container servers answer too; before that the proxy says 503).
+ready() {
+    local headers token storage
+    headers=$(curl -sf -D - -o /dev/null -H 'X-Auth-User: test:tester' -H 'X-Auth-Key: testing' \
+        "http://127.0.0.1:$proxy_port/auth/v1.0") || return 1
+    token=$(printf '%s\n' "$headers" | tr -d '\r' | sed -n 's/^[Xx]-[Aa]uth-[Tt]oken: //p')
+    storage=$(printf '%s\n' "$headers" | tr -d '\r' | sed -n 's/^[Xx]-[Ss]torage-[Uu]rl: //p')
+    [[ -n "$token" && -n "$storage" ]] || return 1
+    curl -sf -o /dev/null -X PUT -H "X-Auth-Token: $token" "$storage/nvb-ready" || return 1
+    curl -sf -o /dev/null -X DELETE -H "X-Auth-Token: $token" "$storage/nvb-ready" || true
+}
+
 for _ in $(seq 300); do
     for name in proxy object container account memcached; do
         kill -0 "$(cat "$dir/$name.pid")" 2>/dev/null || { stop_all; echo "swift.sh: $name died, see $dir/$name.log" >&2; exit 1; }
     done
-    if curl -sf -o /dev/null -H 'X-Auth-User: test:tester' -H 'X-Auth-Key: testing' \
-        "http://127.0.0.1:$proxy_port/auth/v1.0"; then
+    if ready; then
         python3 "$(dirname "$0")/keystone_fake.py" "$dir/keystone_port" "http://127.0.0.1:$proxy_port" \
             test:tester testing > "$dir/keystone.log" 2>&1 &
         echo $! > "$dir/keystone.pid"

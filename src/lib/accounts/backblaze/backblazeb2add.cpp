@@ -1,9 +1,7 @@
 #include "backblazeb2add.h"
 
 #include <QComboBox>
-#include <QEvent>
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QJsonArray>
 #include <QLineEdit>
 #include <QPushButton>
@@ -11,9 +9,6 @@
 #include <QToolButton>
 
 #include "accounts/advanced/advanced.h"
-#include "accounts/containercombo.h"
-#include "app/guiconfig.h"
-#include "app/icons/iconmanager.h"
 #include "backblazeb2addcontainer.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/containerparams/backblaze.h"
@@ -28,9 +23,7 @@ namespace Record = NVB::Info::StorageAccountConfigFormat;
 namespace B2 = NVL::Cloud::Config::BackBlaze;
 
 BackblazeB2::Add::Add(QWidget* parent)
-    : Storages::Add(NVL::Cloud::Type::BackBlaze, parent)
-    , m_bucket(new QComboBox(this))
-    , m_addBucket(new QToolButton(this))
+    : BucketAdd(NVL::Cloud::Type::BackBlaze, parent)
 {
     auto edit = [this] {
         auto* line = new QLineEdit(this);
@@ -41,20 +34,11 @@ BackblazeB2::Add::Add(QWidget* parent)
     m_keyId = edit();
     m_key = edit();
     m_key->setEchoMode(QLineEdit::Password);
-    m_bucket->setEnabled(false);
-    m_addBucket->setIcon(IconManager::icon(IconManager::Add));
-    m_addBucket->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
-    m_addBucket->setToolTip(tr("Add New Container"));
-    m_addBucket->setEnabled(false);
     auto* form = new QFormLayout;
     form->addRow(tr("Display Name:"), m_displayName);
     form->addRow(tr("Key ID:"), m_keyId);
     form->addRow(tr("Application Key:"), m_key);
-    auto* bucketRow = new QHBoxLayout;
-    bucketRow->setSpacing(2);
-    bucketRow->addWidget(m_bucket, 1);
-    bucketRow->addWidget(m_addBucket);
-    form->addRow(tr("Bucket:"), bucketRow);
+    form->addRow(tr("Bucket:"), bucketRow());
     setProviderLayout(form);
 
     connect(m_displayName, &QLineEdit::textChanged, this, &Add::onDataChanged);
@@ -62,22 +46,8 @@ BackblazeB2::Add::Add(QWidget* parent)
         connect(line, &QLineEdit::textChanged, this, &Add::onDataChanged);
         connect(line, &QLineEdit::textChanged, this, &Add::onCredsReset);
     }
-    connect(m_bucket, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &Add::onDataChanged);
-    connect(m_addBucket, &QToolButton::clicked, this, &Add::onAddBucketClicked);
-    m_bucket->installEventFilter(this);
-}
-
-bool BackblazeB2::Add::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == m_bucket && event->type() == QEvent::MouseButtonPress && m_bucket->isEnabled()
-        && !m_containersLoaded)
-        loadContainers();
-    return Storages::Add::eventFilter(watched, event);
-}
-
-bool BackblazeB2::Add::canRequestPrefixes() const
-{
-    return m_containersLoaded;
+    connect(bucketCombo(), QOverload<int>::of(&QComboBox::currentIndexChanged), this, &Add::onDataChanged);
+    connect(addBucketButton(), &QToolButton::clicked, this, &Add::onAddBucketClicked);
 }
 
 void BackblazeB2::Add::onDataChanged()
@@ -86,14 +56,13 @@ void BackblazeB2::Add::onDataChanged()
     bool filled = true;
     for (QLineEdit* line : {m_displayName, m_keyId, m_key})
         filled = filled && !line->text().trimmed().isEmpty();
-    ContainerCombo::update(m_bucket, m_addBucket, okButton(), filled, m_containersLoaded, &m_savedContainer);
+    updateBuckets(filled);
 }
 
 void BackblazeB2::Add::onCredsReset()
 {
     m_ids.clear();
-    m_containersLoaded = false;
-    ContainerCombo::reset(m_bucket, m_addBucket, okButton());
+    resetBuckets();
 }
 
 QMap<QString, QVariant> BackblazeB2::Add::cloudConfig() const
@@ -101,7 +70,7 @@ QMap<QString, QVariant> BackblazeB2::Add::cloudConfig() const
     QMap<QString, QVariant> config = Storages::Add::cloudConfig();
     config.insert(B2::AccountId, m_keyId->text().trimmed());
     config.insert(B2::ApplicationKey, m_key->text().trimmed());
-    const QString name = m_bucket->currentText().trimmed();
+    const QString name = bucketCombo()->currentText().trimmed();
     if (!name.isEmpty())
         config.insert(NVL::Cloud::OperationConfig::ContainerName, QStringLiteral("%1|%2").arg(m_ids.value(name), name));
     return config;
@@ -110,37 +79,13 @@ QMap<QString, QVariant> BackblazeB2::Add::cloudConfig() const
 bool BackblazeB2::Add::loadContainersFinished(NVL::Cloud::Operation::ListContainers* operation)
 {
     m_ids.clear();
-    QStringList names;
     const QJsonArray data = operation->data();
-    for (const QJsonValue& value : data) {
-        const QString name = value.toObject().value(QStringLiteral("Name")).toString();
-        m_ids.insert(name, value.toObject().value(QStringLiteral("Id")).toString());
-        names.append(name);
-    }
-    {
-        const QSignalBlocker block(m_bucket);
-        m_bucket->clear();
-        m_bucket->addItems(names);
-    }
-    m_containersLoaded = true;
-    if (!m_newContainer.isEmpty()) {
-        m_savedContainer = m_newContainer;
-        m_newContainer.clear();
-    }
+    for (const QJsonValue& value : data)
+        m_ids.insert(value.toObject().value(QStringLiteral("Name")).toString(),
+            value.toObject().value(QStringLiteral("Id")).toString());
+    fillBuckets(data);
     onDataChanged();
     return true;
-}
-
-void BackblazeB2::Add::lockWidgetsAfterError(bool locked)
-{
-    Storages::Add::lockWidgetsAfterError(locked);
-    m_addBucket->setEnabled(!locked && m_containersLoaded);
-}
-
-void BackblazeB2::Add::lockWidgetsAfterSslOperation(bool locked)
-{
-    Storages::Add::lockWidgetsAfterSslOperation(locked);
-    m_bucket->setEnabled(true);
 }
 
 void BackblazeB2::Add::operationErrorHandler(int code, const QString& message)
@@ -150,7 +95,7 @@ void BackblazeB2::Add::operationErrorHandler(int code, const QString& message)
 
 void BackblazeB2::Add::saveConfig()
 {
-    const QString name = m_bucket->currentText().trimmed();
+    const QString name = bucketCombo()->currentText().trimmed();
     QJsonObject record;
     record.insert(Record::Cloud::BackBlaze::AccountId, m_keyId->text().trimmed());
     record.insert(
@@ -183,7 +128,7 @@ void BackblazeB2::Add::onSetItem(const QModelIndex& index)
         return;
     }
     loadContainers();
-    m_savedContainer = record.value(Record::Cloud::ContainerName).toString();
+    setSavedContainer(record.value(Record::Cloud::ContainerName).toString());
 }
 
 void BackblazeB2::Add::onAddBucketClicked()

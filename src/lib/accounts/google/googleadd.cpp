@@ -1,21 +1,23 @@
 #include "googleadd.h"
 
 #include <QComboBox>
-#include <QEvent>
 #include <QFormLayout>
+#include <QFutureWatcher>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSet>
 #include <QToolButton>
+#include <QtConcurrent>
 
 #include "accounts/advanced/advancedstorage.h"
-#include "accounts/containercombo.h"
 #include "app/guiconfig.h"
 #include "app/icons/iconmanager.h"
 #include "cloud/cloudconfig.h"
 #include "cloud/containerparams/googlestorage.h"
+#include "cloud/operationmanager.h"
 #include "cloud/operations/listcontainers.h"
+#include "cloud/providers/googleclient.h"
 #include "cloud/storageaccountconfigformat.h"
 #include "core/nvldebug.h"
 #include "crypt/cryptns.h"
@@ -59,12 +61,10 @@ QString decipher(const QJsonObject& record, const QString& key)
 } // namespace
 
 Google::Add::Add(QWidget* parent)
-    : Storages::Add(NVL::Cloud::Type::GoogleStorage, parent)
+    : BucketAdd(NVL::Cloud::Type::GoogleStorage, parent)
     , m_displayName(new QLineEdit(this))
     , m_authentication(new QComboBox(this))
     , m_settings(new QToolButton(this))
-    , m_bucket(new QComboBox(this))
-    , m_addBucket(new QToolButton(this))
 {
     m_displayName->setMinimumWidth(LineEditWidth);
     m_authentication->addItem(tr("Access and Secret Key"));
@@ -75,11 +75,6 @@ Google::Add::Add(QWidget* parent)
     m_settings->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
     m_settings->setToolTip(tr("Authentication settings"));
     m_settings->setEnabled(false);
-    m_bucket->setEnabled(false);
-    m_addBucket->setIcon(IconManager::icon(IconManager::Add));
-    m_addBucket->setStyleSheet(NVB::GUI::Config::ToolButton::StyleSheet);
-    m_addBucket->setToolTip(tr("Add New Container"));
-    m_addBucket->setEnabled(false);
 
     auto* form = new QFormLayout;
     form->addRow(tr("Display Name:"), m_displayName);
@@ -88,33 +83,62 @@ Google::Add::Add(QWidget* parent)
     authRow->addWidget(m_authentication, 1);
     authRow->addWidget(m_settings);
     form->addRow(tr("Authentication:"), authRow);
-    auto* bucketRow = new QHBoxLayout;
-    bucketRow->setSpacing(2);
-    bucketRow->addWidget(m_bucket, 1);
-    bucketRow->addWidget(m_addBucket);
-    form->addRow(tr("Bucket:"), bucketRow);
+    form->addRow(tr("Bucket:"), bucketRow());
     setProviderLayout(form);
 
     connect(m_displayName, &QLineEdit::textChanged, this, &Add::onDataChanged);
     connect(
         m_authentication, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &Add::onAuthenticationTypeChanged);
     connect(m_settings, &QToolButton::clicked, this, &Add::onAuthenticationSettingsClicked);
-    connect(m_bucket, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &Add::onDataChanged);
-    connect(m_addBucket, &QToolButton::clicked, this, &Add::onAddBucketClicked);
-    m_bucket->installEventFilter(this);
+    connect(bucketCombo(), QOverload<int>::of(&QComboBox::currentIndexChanged), this, &Add::onDataChanged);
+    connect(addBucketButton(), &QToolButton::clicked, this, &Add::onAddBucketClicked);
 }
 
-bool Google::Add::eventFilter(QObject* watched, QEvent* event)
+Google::Add::~Add()
 {
-    if (watched == m_bucket && event->type() == QEvent::MouseButtonPress && m_bucket->isEnabled()
-        && !m_containersLoaded)
+    // A trade still under way has nobody left to hand its token to.
+    m_exchange.cancel();
+}
+
+void Google::Add::refreshTokenInstalledApp(const QByteArray& code)
+{
+    m_exchange.cancel();
+    m_exchange = NVL::Cloud::CancelToken();
+    const NVL::Cloud::CancelToken cancel = m_exchange;
+    const QMap<QString, QVariant> config = cloudConfig();
+    auto* watcher = new QFutureWatcher<NVL::Cloud::OperationResult>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, cancel]() {
+        watcher->deleteLater();
+        if (cancel.isCancelled())
+            return;
+        m_trading = false;
+        const NVL::Cloud::OperationResult result = watcher->result();
+        endLockUI();
+        if (result.isError()) {
+            // The form's own update clears messages, so it goes first.
+            onDataChanged();
+            operationErrorHandler(result.errorCode, result.errorMessage);
+            return;
+        }
+        NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Refresh token: obtained");
+        m_refreshToken = result.config.value(G::Auth_InstalledApplication::RefreshToken).toString();
+        m_code.clear();
+        onDataChanged();
         loadContainers();
-    return Storages::Add::eventFilter(watched, event);
+    });
+    m_trading = true;
+    beginLockUI();
+    process(true);
+    // The manager's workers, which the application stops before the
+    // network libraries' own exit cleanup.
+    watcher->setFuture(QtConcurrent::run(NVL::Cloud::OperationManager::instance().threadPool(),
+        [config, code, cancel]() { return NVL::Cloud::GoogleClient().refreshTokenFor(config, code, cancel); }));
 }
 
-bool Google::Add::canRequestPrefixes() const
+bool Google::Add::mayLoadContainers() const
 {
-    return m_containersLoaded;
+    // A code being traded now would be traded twice, and a code is good once.
+    return !m_trading;
 }
 
 bool Google::Add::editCredentials(int method)
@@ -135,6 +159,11 @@ bool Google::Add::editCredentials(int method)
             m_refreshToken.clear();
             m_codeVerifier = dialog.codeVerifier();
             m_redirectUri = dialog.redirectUri();
+            // Queued, so that the combo's own handling of this choice
+            // (onCredsReset) has run before the trade's answer can come.
+            if (!m_code.trimmed().isEmpty())
+                QMetaObject::invokeMethod(
+                    this, [this]() { refreshTokenInstalledApp(m_code.toLatin1()); }, Qt::QueuedConnection);
         }
         return true;
     }
@@ -184,14 +213,13 @@ void Google::Add::onDataChanged()
 {
     onClearErrorMessage();
     const bool filled = !m_displayName->text().trimmed().isEmpty() && credentialsComplete();
-    ContainerCombo::update(m_bucket, m_addBucket, okButton(), filled, m_containersLoaded, &m_savedContainer);
+    updateBuckets(filled);
 }
 
 void Google::Add::onCredsReset()
 {
     m_containers.clear();
-    m_containersLoaded = false;
-    ContainerCombo::reset(m_bucket, m_addBucket, okButton());
+    resetBuckets();
 }
 
 QMap<QString, QVariant> Google::Add::cloudConfig() const
@@ -216,7 +244,7 @@ QMap<QString, QVariant> Google::Add::cloudConfig() const
         config.insert(G::Auth_AccessAndSecretKey::SecretKey, m_secretKey);
         config.insert(Http::UseSsl, m_useSsl);
     }
-    const QString name = m_bucket->currentText().trimmed();
+    const QString name = bucketCombo()->currentText().trimmed();
     if (!name.isEmpty())
         config.insert(NVL::Cloud::OperationConfig::ContainerName, name);
     return config;
@@ -224,30 +252,17 @@ QMap<QString, QVariant> Google::Add::cloudConfig() const
 
 bool Google::Add::loadContainersFinished(NVL::Cloud::Operation::ListContainers* operation)
 {
-    // The first listing of an installed application trades its code for a
-    // refresh token: from now on that token is the account's sign-in.
+    // A listing started before the code was traded trades it itself: from
+    // now on that token is the account's sign-in.
     const QString token = operation->cloudConfig().value(G::Auth_InstalledApplication::RefreshToken).toString();
     if (m_authentication->currentIndex() == InstalledApp && !token.isEmpty() && token != m_refreshToken) {
         NVL::NvlDebug(QStringLiteral("NVB")).info() << QStringLiteral("Refresh token: obtained");
         m_refreshToken = token;
         m_code.clear();
     }
-    m_containers = ContainerCombo::fill(m_bucket, operation->data(), &m_newContainer, &m_savedContainer);
-    m_containersLoaded = true;
+    m_containers = fillBuckets(operation->data());
     onDataChanged();
     return true;
-}
-
-void Google::Add::lockWidgetsAfterError(bool locked)
-{
-    Storages::Add::lockWidgetsAfterError(locked);
-    m_addBucket->setEnabled(!locked && m_containersLoaded);
-}
-
-void Google::Add::lockWidgetsAfterSslOperation(bool locked)
-{
-    Storages::Add::lockWidgetsAfterSslOperation(locked);
-    m_bucket->setEnabled(true);
 }
 
 void Google::Add::saveConfig()
@@ -269,7 +284,7 @@ void Google::Add::saveConfig()
         record.insert(GoogleRecord::ASkey::SecretKey, encipher(m_secretKey));
         record.insert(Record::Cloud::UseSsl, m_useSsl);
     }
-    record.insert(Record::Cloud::ContainerName, m_bucket->currentText().trimmed());
+    record.insert(Record::Cloud::ContainerName, bucketCombo()->currentText().trimmed());
     saveRecord(record, m_displayName->text().trimmed());
 }
 
@@ -318,7 +333,7 @@ void Google::Add::onSetItem(const QModelIndex& index)
     }
     m_settings->setEnabled(true);
     loadContainers();
-    m_savedContainer = record.value(Record::Cloud::ContainerName).toString();
+    setSavedContainer(record.value(Record::Cloud::ContainerName).toString());
 }
 
 void Google::Add::onAddBucketClicked()

@@ -3,7 +3,8 @@
 #include <QByteArray>
 #include <QStringList>
 
-#include "accounts/storagesadd.h"
+#include "accounts/bucketadd.h"
+#include "cloud/canceltoken.h"
 #include "google.h"
 
 class QComboBox;
@@ -15,7 +16,7 @@ namespace NVB::GUI::Settings::Account {
 // The Google Cloud Storage dialog. The account signs in one of three ways,
 // each edited in a small dialog of its own; this dialog keeps only what they
 // give. Opening the bucket list is the test of the account.
-class Google::Add : public Storages::Add
+class Google::Add : public BucketAdd
 {
     Q_OBJECT
 
@@ -28,23 +29,22 @@ public:
     enum Method { AccessKey = 0, InstalledApp = 1, ServiceAccount = 2 };
 
     explicit Add(QWidget* parent = nullptr);
+    ~Add() override;
 
-    bool canRequestPrefixes() const override;
+    // Trades the installed application's code for its refresh token on a
+    // worker, then loads the buckets with that token; the code is spent.
+    void refreshTokenInstalledApp(const QByteArray& code);
+
     QMap<QString, QVariant> cloudConfig() const override;
     bool loadContainersFinished(NVL::Cloud::Operation::ListContainers* operation) override;
-    void lockWidgetsAfterError(bool locked) override;
-    void lockWidgetsAfterSslOperation(bool locked) override;
 
     QLineEdit* displayNameEdit() const { return m_displayName; }
     QComboBox* authenticationCombo() const { return m_authentication; }
     QToolButton* settingsButton() const { return m_settings; }
-    QComboBox* bucketCombo() const { return m_bucket; }
-    QToolButton* addBucketButton() const { return m_addBucket; }
-    bool containersLoaded() const { return m_containersLoaded; }
     QString refreshToken() const { return m_refreshToken; }
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool mayLoadContainers() const override;
 
 protected slots:
     void onAccept() override;
@@ -67,8 +67,6 @@ private:
     QLineEdit* m_displayName;
     QComboBox* m_authentication;
     QToolButton* m_settings;
-    QComboBox* m_bucket;
-    QToolButton* m_addBucket;
 
     QString m_accessKey;
     QString m_secretKey;
@@ -80,11 +78,11 @@ private:
     QString m_codeVerifier;
     QString m_redirectUri;
     QString m_refreshToken;
+    NVL::Cloud::CancelToken m_exchange;
+    bool m_trading = false;
     bool m_useSsl = true;
 
     QStringList m_containers;
-    QString m_savedContainer;
-    bool m_containersLoaded = false;
 };
 
 } // namespace NVB::GUI::Settings::Account

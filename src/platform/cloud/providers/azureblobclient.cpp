@@ -166,11 +166,6 @@ OperationResult AzureBlobClient::request(
     OperationResult result = accountUrl(config, &base, &pathStyle);
     if (result.isError())
         return result;
-    if (!m_http) {
-        const CurlHttp::Options options = CurlHttp::optionsFor(config);
-        m_timeoutSeconds = options.timeoutSeconds;
-        m_http = std::make_unique<CurlHttp>(options);
-    }
     QByteArray url = base.toEncoded(QUrl::StripTrailingSlash) + '/' + S3Signer::uriEncode(request.path.toUtf8(), true);
     QByteArrayList items;
     for (const auto& item : request.query)
@@ -194,8 +189,8 @@ OperationResult AzureBlobClient::request(
         = QMessageAuthenticationCode::hash(stringToSign(*exchange, account, pathStyle), key, QCryptographicHash::Sha256)
               .toBase64();
     exchange->requestHeaders.append({"Authorization", "SharedKey " + account.toUtf8() + ':' + signature});
-    if (!m_http->perform(*exchange, cancel))
-        return ProviderErrors::transport(*exchange, config, m_timeoutSeconds);
+    if (!http(config).perform(*exchange, cancel))
+        return transportFailure(*exchange, config);
     if (exchange->status >= 300) {
         const QPair<QString, QString> error = errorOf(*exchange);
         return ProviderErrors::answer(ProviderErrors::Protocol::Azure, exchange->status, error.first, error.second,

@@ -1,18 +1,15 @@
 #pragma once
 
-#include <memory>
-
 #include <QUrl>
 
-#include "curlhttp.h"
-#include "providerclient.h"
+#include "httpproviderclient.h"
 
 namespace NVL::Cloud {
 
 // Azure Blob storage with a storage account's shared key: the account's own
 // host for the public clouds, or an Azure Stack endpoint (an emulator on an
 // IP address or "localhost" is addressed by path, as Azurite wants).
-class AzureBlobClient : public ProviderClient
+class AzureBlobClient : public HttpProviderClient
 {
 public:
     // One request below the account (path not encoded: "" for the account,
@@ -46,9 +43,6 @@ public:
 
 private:
     OperationResult accountUrl(const QMap<QString, QVariant>& config, QUrl* url, bool* pathStyle) const;
-
-    std::unique_ptr<CurlHttp> m_http;
-    int m_timeoutSeconds = 30;
 };
 
 } // namespace NVL::Cloud

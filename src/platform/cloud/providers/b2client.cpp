@@ -38,16 +38,6 @@ QString B2Client::nameError(const QString& name)
     return QString();
 }
 
-CurlHttp& B2Client::http(const QMap<QString, QVariant>& config)
-{
-    if (!m_http) {
-        const CurlHttp::Options options = CurlHttp::optionsFor(config);
-        m_timeoutSeconds = options.timeoutSeconds;
-        m_http = std::make_unique<CurlHttp>(options);
-    }
-    return *m_http;
-}
-
 OperationResult B2Client::authorize(const QMap<QString, QVariant>& config, const CancelToken& cancel)
 {
     m_token.clear();
@@ -66,7 +56,7 @@ OperationResult B2Client::authorize(const QMap<QString, QVariant>& config, const
     exchange.url = QUrl(base.toString(QUrl::StripTrailingSlash) + QStringLiteral("/b2api/v2/b2_authorize_account"));
     exchange.requestHeaders = {{"Authorization", "Basic " + (keyId + QLatin1Char(':') + key).toUtf8().toBase64()}};
     if (!http(config).perform(exchange, cancel))
-        return ProviderErrors::transport(exchange, config, m_timeoutSeconds);
+        return transportFailure(exchange, config);
     if (exchange.status != 200)
         return failureOf(exchange, QString());
     const QJsonObject answer = QJsonDocument::fromJson(exchange.body).object();
@@ -98,7 +88,7 @@ OperationResult B2Client::call(const QMap<QString, QVariant>& config, const QStr
         exchange.requestHeaders = {{"Authorization", m_token}, {"Content-Type", "application/json"}};
         exchange.requestBody = QJsonDocument(request).toJson(QJsonDocument::Compact);
         if (!http(config).perform(exchange, cancel))
-            return ProviderErrors::transport(exchange, config, m_timeoutSeconds);
+            return transportFailure(exchange, config);
         if (exchange.status == 401 && attempt == 0
             && QJsonDocument::fromJson(exchange.body).object().value(QStringLiteral("code")).toString()
                 == QLatin1String("expired_auth_token")) {

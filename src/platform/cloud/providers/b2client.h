@@ -1,12 +1,9 @@
 #pragma once
 
-#include <memory>
-
 #include <QJsonObject>
 #include <QUrl>
 
-#include "curlhttp.h"
-#include "providerclient.h"
+#include "httpproviderclient.h"
 
 namespace NVL::Cloud {
 
@@ -14,7 +11,7 @@ namespace NVL::Cloud {
 // key ID and application key, then JSON calls to the API URL it names with
 // the session's token. A bucket is "<bucket id>|<bucket name>" in the
 // configuration, as the account record keeps both.
-class B2Client : public ProviderClient
+class B2Client : public HttpProviderClient
 {
 public:
     OperationResult checkConfig(const QMap<QString, QVariant>& config, const CancelToken& cancel) override;
@@ -38,10 +35,7 @@ private:
     // The bucket's id, looked up by name when the configuration has no id.
     OperationResult bucketId(
         const QMap<QString, QVariant>& config, QString* id, QString* name, const CancelToken& cancel);
-    CurlHttp& http(const QMap<QString, QVariant>& config);
 
-    std::unique_ptr<CurlHttp> m_http;
-    int m_timeoutSeconds = 30;
     QByteArray m_token;
     QUrl m_apiUrl;
     QString m_accountId;

@@ -28,6 +28,12 @@ QByteArray formValue(const QString& value)
     return QUrl::toPercentEncoding(value);
 }
 
+QByteArray clientForm()
+{
+    return "client_id=" + formValue(Info::GoogleStorage::clientId())
+        + "&client_secret=" + formValue(Info::GoogleStorage::clientSecret());
+}
+
 // The token endpoint answers {"error", "error_description"}, the JSON API
 // {"error": {"code", "message", "errors": [{"reason"}]}}.
 OperationResult failureOf(const HttpExchange& exchange, const QString& subject)
@@ -67,16 +73,6 @@ QString GoogleClient::nameError(const QString& name)
     return QString();
 }
 
-CurlHttp& GoogleClient::http(const QMap<QString, QVariant>& config)
-{
-    if (!m_http) {
-        const CurlHttp::Options options = CurlHttp::optionsFor(config);
-        m_timeoutSeconds = options.timeoutSeconds;
-        m_http = std::make_unique<CurlHttp>(options);
-    }
-    return *m_http;
-}
-
 QString GoogleClient::projectId(const QMap<QString, QVariant>& config) const
 {
     const QString key = config.value(G::AuthType).toInt() == ServiceAccount ? Sa::ProjectId : App::ProjectId;
@@ -93,7 +89,7 @@ OperationResult GoogleClient::postToken(const QMap<QString, QVariant>& config, c
     exchange.requestHeaders = {{"Content-Type", "application/x-www-form-urlencoded"}};
     exchange.requestBody = form;
     if (!http(config).perform(exchange, cancel))
-        return ProviderErrors::transport(exchange, config, m_timeoutSeconds);
+        return transportFailure(exchange, config);
     if (exchange.status != 200)
         return failureOf(exchange, QString());
     *answer = QJsonDocument::fromJson(exchange.body).object();
@@ -101,6 +97,35 @@ OperationResult GoogleClient::postToken(const QMap<QString, QVariant>& config, c
         return OperationResult::failure(
             OperationError::InternalError, QStringLiteral("The token endpoint's answer has no access token"));
     return {};
+}
+
+OperationResult GoogleClient::refreshTokenFor(
+    const QMap<QString, QVariant>& config, const QByteArray& code, const CancelToken& cancel)
+{
+    QJsonObject answer;
+    return exchangeCode(config, QString::fromLatin1(code).trimmed(), &answer, cancel);
+}
+
+OperationResult GoogleClient::exchangeCode(
+    const QMap<QString, QVariant>& config, const QString& code, QJsonObject* answer, const CancelToken& cancel)
+{
+    if (code.isEmpty())
+        return OperationResult::failure(
+            OperationError::InvalidConfig, QStringLiteral("No authorization code: sign in with the browser first"));
+    QByteArray form = "grant_type=authorization_code&code=" + formValue(code) + '&' + clientForm() + "&redirect_uri="
+        + formValue(config.value(App::RedirectUri, QStringLiteral("urn:ietf:wg:oauth:2.0:oob")).toString());
+    const QString verifier = config.value(App::CodeVerifier).toString();
+    if (!verifier.isEmpty())
+        form += "&code_verifier=" + formValue(verifier);
+    OperationResult result = postToken(config, Info::GoogleStorage::tokenEndpoint(), form, answer, cancel);
+    if (result.isError())
+        return result;
+    const QString refresh = answer->value(QStringLiteral("refresh_token")).toString();
+    if (refresh.isEmpty())
+        return OperationResult::failure(
+            OperationError::InternalError, QStringLiteral("The token endpoint gave no refresh token"));
+    result.config.insert(App::RefreshToken, refresh);
+    return result;
 }
 
 OperationResult GoogleClient::authorize(
@@ -134,35 +159,19 @@ OperationResult GoogleClient::authorize(
                 + "&assertion=" + jwt,
             &answer, cancel);
     } else if (type == InstalledApp) {
-        const QString clientPart = QStringLiteral("client_id=%1&client_secret=%2")
-                                       .arg(QString::fromLatin1(formValue(Info::GoogleStorage::clientId())),
-                                           QString::fromLatin1(formValue(Info::GoogleStorage::clientSecret())));
-        QString refresh = obtained->value(App::RefreshToken, config.value(App::RefreshToken)).toString().trimmed();
+        const QString refresh
+            = obtained->value(App::RefreshToken, config.value(App::RefreshToken)).toString().trimmed();
         if (refresh.isEmpty()) {
-            const QString code = config.value(App::InitCode).toString().trimmed();
-            if (code.isEmpty())
-                return OperationResult::failure(OperationError::InvalidConfig,
-                    QStringLiteral("No authorization code: sign in with the browser first"));
-            QByteArray form = "grant_type=authorization_code&code=" + formValue(code) + '&' + clientPart.toLatin1()
-                + "&redirect_uri="
-                + formValue(config.value(App::RedirectUri, QStringLiteral("urn:ietf:wg:oauth:2.0:oob")).toString());
-            const QString verifier = config.value(App::CodeVerifier).toString();
-            if (!verifier.isEmpty())
-                form += "&code_verifier=" + formValue(verifier);
-            result = postToken(config, Info::GoogleStorage::tokenEndpoint(), form, &answer, cancel);
+            result = exchangeCode(config, config.value(App::InitCode).toString().trimmed(), &answer, cancel);
             if (result.isError())
                 return result;
-            refresh = answer.value(QStringLiteral("refresh_token")).toString();
-            if (refresh.isEmpty())
-                return OperationResult::failure(
-                    OperationError::InternalError, QStringLiteral("The token endpoint gave no refresh token"));
             // The code is spent: every later call must use the refresh token.
-            obtained->insert(App::RefreshToken, refresh);
+            obtained->insert(App::RefreshToken, result.config.value(App::RefreshToken));
             obtained->remove(App::InitCode);
+            result = {};
         } else {
             result = postToken(config, Info::GoogleStorage::tokenEndpoint(),
-                "grant_type=refresh_token&refresh_token=" + formValue(refresh) + '&' + clientPart.toLatin1(), &answer,
-                cancel);
+                "grant_type=refresh_token&refresh_token=" + formValue(refresh) + '&' + clientForm(), &answer, cancel);
         }
     } else {
         return OperationResult::failure(
@@ -212,7 +221,7 @@ OperationResult GoogleClient::call(const QMap<QString, QVariant>& config, const 
             exchange.requestBody = QJsonDocument(body).toJson(QJsonDocument::Compact);
         }
         if (!http(config).perform(exchange, cancel))
-            return ProviderErrors::transport(exchange, config, m_timeoutSeconds);
+            return transportFailure(exchange, config);
         if (exchange.status == 401 && attempt == 0) {
             m_token.clear();
             continue;

@@ -42,18 +42,27 @@ QString fingerprintOf(ssh_key key)
     return fingerprint;
 }
 
-// An idle connection that died is found by the kernel within about half a
-// minute instead of the two hours of the system default.
-void tuneTcpKeepAlive(int fd)
+// libssh's own time-out is only a backstop behind our deadline watcher, which
+// must fire first so that the message names the step that hung.
+constexpr int LibsshBackstopSeconds = 5;
+
+// An idle connection whose host vanished is found by the kernel within
+// idle + 3 x 5 s instead of the two hours of the system default, and bytes
+// that go unacknowledged for the step deadline (a route that drops
+// everything) end the connection as well. Neither notices a server whose
+// host still acknowledges but whose sshd no longer answers: that takes the
+// SSH keepalive (keepAliveIfIdle).
+void tuneTcpKeepAlive(int fd, int idleSeconds, int timeoutSeconds)
 {
     const int on = 1;
-    const int idle = SshConnection::KeepAliveSeconds;
     const int interval = 5;
     const int count = 3;
+    const unsigned int unacknowledged = unsigned(timeoutSeconds) * 1000U;
     setsockopt(fd, SOL_SOCKET, SO_KEEPALIVE, &on, sizeof(on));
-    setsockopt(fd, IPPROTO_TCP, TCP_KEEPIDLE, &idle, sizeof(idle));
+    setsockopt(fd, IPPROTO_TCP, TCP_KEEPIDLE, &idleSeconds, sizeof(idleSeconds));
     setsockopt(fd, IPPROTO_TCP, TCP_KEEPINTVL, &interval, sizeof(interval));
     setsockopt(fd, IPPROTO_TCP, TCP_KEEPCNT, &count, sizeof(count));
+    setsockopt(fd, IPPROTO_TCP, TCP_USER_TIMEOUT, &unacknowledged, sizeof(unacknowledged));
 }
 
 } // namespace
@@ -89,13 +98,29 @@ QString SshConnection::serverName() const
     return m_port == DefaultPort ? m_host : QStringLiteral("[%1]:%2").arg(m_host).arg(m_port);
 }
 
+void SshConnection::keepAliveIfIdle()
+{
+    if (!m_keepAlive || !m_session || !ssh_is_connected(m_session) || m_deadline->reason() != SshDeadline::None)
+        return;
+    const auto idle = std::chrono::steady_clock::now() - m_lastActivity;
+    if (idle < std::chrono::seconds(m_keepAliveInterval))
+        return;
+    // A session left idle may have lost its server without a word (a
+    // stopped sshd, a host gone behind a route that still takes our bytes).
+    // The request wants an answer, and libssh waits for it here on the
+    // session's own thread; the watcher cuts the wait at the deadline, and
+    // the step that follows then fails at once with this step's message.
+    m_deadline->arm(m_timeout,
+        QStringLiteral("waiting for the answer to a keepalive after %1 s idle")
+            .arg(std::chrono::duration_cast<std::chrono::seconds>(idle).count()));
+    ssh_send_keepalive(m_session);
+    m_deadline->disarm();
+    m_lastActivity = std::chrono::steady_clock::now();
+}
+
 void SshConnection::beginStep(const QString& step)
 {
-    if (m_keepAlive && m_session && ssh_is_connected(m_session)
-        && std::chrono::steady_clock::now() - m_lastActivity > std::chrono::seconds(KeepAliveSeconds)) {
-        m_deadline->arm(m_timeout, QStringLiteral("waiting for a keepalive reply"));
-        ssh_send_keepalive(m_session);
-    }
+    keepAliveIfIdle();
     m_deadline->arm(m_timeout, step);
 }
 
@@ -216,6 +241,9 @@ OperationResult SshConnection::configure(const QMap<QString, QVariant>& config)
     if (m_timeout <= 0)
         m_timeout = DefaultTimeoutSeconds;
     m_keepAlive = config.value(Net::KeepAlive).toBool();
+    m_keepAliveInterval = config.value(Net::Sftp::KeepAliveInterval).toInt();
+    if (m_keepAliveInterval <= 0)
+        m_keepAliveInterval = KeepAliveSeconds;
     return {};
 }
 
@@ -240,14 +268,14 @@ OperationResult SshConnection::connect(const QMap<QString, QVariant>& config, co
     ssh_options_set(m_session, SSH_OPTIONS_FD, &socket);
     m_deadline->watch(fd);
     if (m_keepAlive)
-        tuneTcpKeepAlive(fd);
+        tuneTcpKeepAlive(fd, m_keepAliveInterval, m_timeout);
 
     const QByteArray host = m_host.toUtf8();
     const QByteArray user = m_user.toUtf8();
     const QByteArray hostsFile = QFile::encodeName(knownHosts);
     const QByteArray globalHostsFile = QFile::encodeName(globalKnownHosts);
     const unsigned int port = static_cast<unsigned int>(m_port);
-    const long timeout = m_timeout;
+    const long timeout = m_timeout + LibsshBackstopSeconds;
     // Only what the account says counts, not the user's ~/.ssh/config.
     const bool processConfig = false;
     if (ssh_options_set(m_session, SSH_OPTIONS_HOST, host.constData()) != SSH_OK

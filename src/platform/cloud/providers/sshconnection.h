@@ -33,8 +33,10 @@ class SshConnection
 public:
     static constexpr int DefaultPort = 22;
     static constexpr int DefaultTimeoutSeconds = 30;
-    // With Keep alive on, a session idle this long is asked for a keepalive
-    // reply before it is trusted with the next request.
+    // With Keep alive on, a session idle this long (by default; see
+    // Config::Network::Sftp::KeepAliveInterval) must answer an SSH keepalive
+    // before it is trusted with the next request, and the socket's own TCP
+    // keepalive starts after as long.
     static constexpr int KeepAliveSeconds = 15;
 
     SshConnection();
@@ -67,6 +69,7 @@ private:
     OperationResult verifyHostKey(const QMap<QString, QVariant>& config, const QString& knownHostsFile);
     OperationResult authenticate(const QMap<QString, QVariant>& config);
     OperationResult authenticateInteractively(const QByteArray& password);
+    void keepAliveIfIdle();
 
     ssh_session_struct* m_session = nullptr;
     std::unique_ptr<SshDeadline> m_deadline;
@@ -74,6 +77,7 @@ private:
     int m_port = DefaultPort;
     int m_timeout = DefaultTimeoutSeconds;
     bool m_keepAlive = false;
+    int m_keepAliveInterval = KeepAliveSeconds;
     std::chrono::steady_clock::time_point m_lastActivity;
     QString m_user;
 };

@@ -50,13 +50,13 @@ void SshDeadline::disarm()
 QString SshDeadline::step() const
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    return m_step;
+    return m_reason.load() == None ? m_step : m_firedStep;
 }
 
 int SshDeadline::seconds() const
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    return m_seconds;
+    return m_reason.load() == None ? m_seconds : m_firedSeconds;
 }
 
 void SshDeadline::fire(Reason reason)
@@ -64,6 +64,8 @@ void SshDeadline::fire(Reason reason)
     // Called with the mutex held. Shutting down (not closing) keeps the
     // descriptor owned by libssh, which closes it itself later.
     if (m_fd >= 0 && m_reason.load() == None) {
+        m_firedStep = m_step;
+        m_firedSeconds = m_seconds;
         m_reason.store(reason);
         ::shutdown(m_fd, SHUT_RDWR);
     }

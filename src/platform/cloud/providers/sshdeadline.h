@@ -38,6 +38,9 @@ public:
 
     // Why the socket was shut down, if it was.
     Reason reason() const { return m_reason.load(); }
+    // The step that was cut and its deadline, once the socket is shut down
+    // (later steps fail at once on the dead socket and must not take its
+    // place in the message); before that, the step under way.
     QString step() const;
     int seconds() const;
 
@@ -55,6 +58,8 @@ private:
     std::chrono::steady_clock::time_point m_deadline;
     int m_seconds = 0;
     QString m_step;
+    int m_firedSeconds = 0;
+    QString m_firedStep;
     std::atomic<Reason> m_reason {None};
 };
 

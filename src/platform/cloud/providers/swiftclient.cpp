@@ -70,16 +70,6 @@ QString SwiftClient::nameError(const QString& name)
     return QString();
 }
 
-CurlHttp& SwiftClient::http(const QMap<QString, QVariant>& config)
-{
-    if (!m_http) {
-        const CurlHttp::Options options = CurlHttp::optionsFor(config);
-        m_timeoutSeconds = options.timeoutSeconds;
-        m_http = std::make_unique<CurlHttp>(options);
-    }
-    return *m_http;
-}
-
 OperationResult SwiftClient::login(const QMap<QString, QVariant>& config, const CancelToken& cancel)
 {
     m_token.clear();
@@ -105,7 +95,7 @@ OperationResult SwiftClient::loginV1(const QMap<QString, QVariant>& config, cons
     exchange.requestHeaders = {{"X-Auth-User", config.value(OS::Username).toString().trimmed().toUtf8()},
         {"X-Auth-Key", config.value(OS::ApiKey).toString().toUtf8()}};
     if (!http(config).perform(exchange, cancel))
-        return ProviderErrors::transport(exchange, config, m_timeoutSeconds);
+        return transportFailure(exchange, config);
     if (exchange.status == 401 || exchange.status == 403)
         return OperationResult::failure(
             OperationError::AuthenticationFailed, QStringLiteral("The server refused the user name or API key"));
@@ -113,10 +103,18 @@ OperationResult SwiftClient::loginV1(const QMap<QString, QVariant>& config, cons
         return ProviderErrors::answer(ProviderErrors::Protocol::Swift, exchange.status, QString(),
             QString::fromUtf8(exchange.body.left(200)), url.toString());
     m_token = exchange.header("x-auth-token");
-    const QUrl storage(QString::fromUtf8(exchange.header("x-storage-url")));
+    QUrl storage(QString::fromUtf8(exchange.header("x-storage-url")));
     if (m_token.isEmpty() || !storage.isValid() || storage.host().isEmpty())
         return OperationResult::failure(
             OperationError::InternalError, QStringLiteral("The server's login answer has no token or storage URL"));
+    // A proxy behind a TLS front (a load balancer, stunnel) sees plain HTTP
+    // and names its storage with "http" and the front's own host and port.
+    // Storage on the very server we logged in at is reached the way we
+    // reached the login: plain HTTP to a TLS port would fail, and from a
+    // TLS login it would send the token in the clear.
+    if (url.scheme() == QLatin1String("https") && storage.scheme() == QLatin1String("http")
+        && storage.host().compare(url.host(), Qt::CaseInsensitive) == 0 && storage.port(80) == url.port(443))
+        storage.setScheme(QStringLiteral("https"));
     m_endpoints.append({QString(), storage, storage});
     return {};
 }
@@ -166,7 +164,7 @@ OperationResult SwiftClient::loginKeystone(
     exchange.requestHeaders = {{"Content-Type", "application/json"}, {"Accept", "application/json"}};
     exchange.requestBody = QJsonDocument(QJsonObject {{QStringLiteral("auth"), auth}}).toJson(QJsonDocument::Compact);
     if (!http(config).perform(exchange, cancel))
-        return ProviderErrors::transport(exchange, config, m_timeoutSeconds);
+        return transportFailure(exchange, config);
     if (exchange.status == 401 || exchange.status == 403)
         return OperationResult::failure(OperationError::AuthenticationFailed,
             QStringLiteral("The identity service refused the user name, API key or scope"));
@@ -254,7 +252,7 @@ OperationResult SwiftClient::request(const QMap<QString, QVariant>& config, cons
         if (method == "PUT")
             exchange->requestBody.clear();
         if (!http(config).perform(*exchange, cancel))
-            return ProviderErrors::transport(*exchange, config, m_timeoutSeconds);
+            return transportFailure(*exchange, config);
         // A token that ran out: log in again, once.
         if (exchange->status == 401 && attempt == 0) {
             m_token.clear();

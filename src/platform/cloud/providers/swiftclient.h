@@ -1,20 +1,17 @@
 #pragma once
 
-#include <memory>
-
 #include <QJsonArray>
 #include <QUrl>
 #include <QVector>
 
-#include "curlhttp.h"
-#include "providerclient.h"
+#include "httpproviderclient.h"
 
 namespace NVL::Cloud {
 
 // OpenStack Swift (and the providers built on it): logs in with auth v1.0
 // (user and key in headers) or Keystone v2.0 / v3 (a token and a service
 // catalog), then talks to the object-store endpoint of the chosen region.
-class SwiftClient : public ProviderClient
+class SwiftClient : public HttpProviderClient
 {
 public:
     // One object-store endpoint of the catalog.
@@ -48,10 +45,7 @@ private:
         const QMap<QString, QVariant>& config, const QUrl& url, int version, const CancelToken& cancel);
     // The storage URL of a region (the configured one, or the first).
     OperationResult storageUrl(const QMap<QString, QVariant>& config, const QString& region, QUrl* url) const;
-    CurlHttp& http(const QMap<QString, QVariant>& config);
 
-    std::unique_ptr<CurlHttp> m_http;
-    int m_timeoutSeconds = 30;
     QByteArray m_token;
     QVector<Endpoint> m_endpoints;
     QMap<QString, QVariant> m_loggedInWith;
