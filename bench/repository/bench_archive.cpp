@@ -10,7 +10,10 @@
 // enciphers): first run, unchanged run, restore; with the stored size.
 //
 // Usage: bench_archive [work folder] [size of (b) in MiB] [all|cipher];
-// needs `restic`. "cipher" runs (e) alone.
+// needs `restic`. "cipher" runs (e) alone, "mixed" (b) and (d) alone. NVB_BENCH_FILES sets the file
+// count of (e) (10,000 by default) and NVB_BENCH_ROUNDS how many restores of
+// each tool the restore rows take turns at (3 by default; the median is
+// printed, and every round).
 
 #include <cstdio>
 
@@ -19,6 +22,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -192,6 +196,60 @@ private:
     QUuid m_generation = QUuid::createUuid();
 };
 
+int benchRounds()
+{
+    const int rounds = qEnvironmentVariableIntValue("NVB_BENCH_ROUNDS");
+    return rounds > 0 ? rounds : 3;
+}
+
+qint64 median(QList<qint64> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? 0 : values.at(values.size() / 2);
+}
+
+// Restores of each tool taking turns (which goes first alternates), each
+// into a folder of its own: the file system is slow to hand out inodes freed
+// moments before, so no round removes another's files. The medians, and the
+// usage of the last round.
+struct RestoreRounds
+{
+    qint64 ours = 0;
+    qint64 restic = 0;
+    Usage oursUsage;
+    Usage resticUsage;
+};
+
+RestoreRounds restoreRounds(Bench& bench, const QString& storage, const QString& repository, const QString& target)
+{
+    QList<qint64> ours;
+    QList<qint64> restic;
+    RestoreRounds result;
+    const auto oursTarget = [&target](int round) { return target + QStringLiteral("-ours%1").arg(round); };
+    const auto resticTarget = [&target](int round) { return target + QStringLiteral("-restic%1").arg(round); };
+    for (int round = 0; round < benchRounds(); ++round) {
+        for (int turn = 0; turn < 2; ++turn) {
+            if ((turn + round) % 2 == 0)
+                ours << bench.oursRestore(storage, 2, oursTarget(round));
+            else
+                restic << Bench::restic({QStringLiteral("restore"), QStringLiteral("-q"), QStringLiteral("--repo"),
+                    repository, QStringLiteral("latest"), QStringLiteral("--target"), resticTarget(round)});
+        }
+        std::printf("  restore round %d: ours %lld ms, restic %lld ms\n", round + 1,
+            static_cast<long long>(ours.constLast()), static_cast<long long>(restic.constLast()));
+        std::fflush(stdout);
+    }
+    result.oursUsage = usage(oursTarget(0));
+    result.resticUsage = usage(resticTarget(0));
+    for (int round = 0; round < benchRounds(); ++round) {
+        QDir(oursTarget(round)).removeRecursively();
+        QDir(resticTarget(round)).removeRecursively();
+    }
+    result.ours = median(ours);
+    result.restic = median(restic);
+    return result;
+}
+
 void row(const char* what, qint64 oursMs, const Usage& oursUsage, qint64 resticMs, const Usage& resticUsage)
 {
     std::printf("%-30s ours %7lld ms %10lld B %6d objects | restic %7lld ms %10lld B %6d objects | time %.2fx\n", what,
@@ -205,13 +263,15 @@ void enciphered(Bench& bench, const QString& w, QRandomGenerator& random)
 {
     const QString tree = w + QStringLiteral("/e");
     qint64 total = 0;
-    for (int n = 0; n < 10000; ++n) {
+    const int files
+        = qEnvironmentVariableIsSet("NVB_BENCH_FILES") ? qEnvironmentVariableIntValue("NVB_BENCH_FILES") : 10000;
+    for (int n = 0; n < files; ++n) {
         const qint64 size = 4096 + random.bounded(92 * 1024); // 50 KiB on average
         write(QStringLiteral("%1/d%2/f%3").arg(tree).arg(n / 100).arg(n),
             n % 2 ? randomBytes(random, size) : text(random, size));
         total += size;
     }
-    std::printf("(e) tree: 10,000 files, %lld bytes\n", static_cast<long long>(total));
+    std::printf("(e) tree: %d files, %lld bytes\n", files, static_cast<long long>(total));
     bench.setPassword(QStringLiteral("bench"));
     bench.newGeneration();
     Bench::restic({QStringLiteral("init"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/re")});
@@ -225,12 +285,9 @@ void enciphered(Bench& bench, const QString& w, QRandomGenerator& random)
     ours = bench.ours(tree, w + QStringLiteral("/oe"), 2);
     restic = Bench::restic(backup);
     row("(e) enciphered, unchanged", ours, usage(w + QStringLiteral("/oe")), restic, usage(w + QStringLiteral("/re")));
-    ours = bench.oursRestore(w + QStringLiteral("/oe"), 2, w + QStringLiteral("/te-ours"));
-    restic = Bench::restic(
-        {QStringLiteral("restore"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/re"),
-            QStringLiteral("latest"), QStringLiteral("--target"), w + QStringLiteral("/te-restic")});
-    row("(e) enciphered, restore", ours, usage(w + QStringLiteral("/te-ours")), restic,
-        usage(w + QStringLiteral("/te-restic")));
+    const RestoreRounds restored
+        = restoreRounds(bench, w + QStringLiteral("/oe"), w + QStringLiteral("/re"), w + QStringLiteral("/te"));
+    row("(e) enciphered, restore", restored.ours, restored.oursUsage, restored.restic, restored.resticUsage);
     std::printf("(e) stored size: ours %.3f of the tree, restic %.3f; ours/restic %.3f\n",
         double(oursFirst.bytes) / double(total), double(resticFirst.bytes) / double(total),
         double(oursFirst.bytes) / double(resticFirst.bytes));
@@ -254,15 +311,21 @@ int main(int argc, char* argv[])
         return 0;
     }
 
+    const bool mixedOnly = argc > 3 && QByteArray(argv[3]) == "mixed";
+    qint64 ours = 0;
+    qint64 restic = 0;
     // (a) 10,000 files of 2 KiB.
-    for (int n = 0; n < 10000; ++n)
+    for (int n = 0; n < 10000 && !mixedOnly; ++n)
         write(QStringLiteral("%1/a/d%2/f%3").arg(w).arg(n / 100).arg(n), randomBytes(random, 2048));
-    Bench::restic({QStringLiteral("init"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/ra")});
-    qint64 ours = bench.ours(w + QStringLiteral("/a"), w + QStringLiteral("/oa"), 1);
-    qint64 restic = Bench::restic({QStringLiteral("backup"), QStringLiteral("-q"), QStringLiteral("--repo"),
-        w + QStringLiteral("/ra"), w + QStringLiteral("/a")});
-    row("(a) 10,000 x 2 KiB, first", ours, usage(w + QStringLiteral("/oa")), restic, usage(w + QStringLiteral("/ra")));
-
+    if (!mixedOnly) {
+        Bench::restic(
+            {QStringLiteral("init"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/ra")});
+        ours = bench.ours(w + QStringLiteral("/a"), w + QStringLiteral("/oa"), 1);
+        restic = Bench::restic({QStringLiteral("backup"), QStringLiteral("-q"), QStringLiteral("--repo"),
+            w + QStringLiteral("/ra"), w + QStringLiteral("/a")});
+        row("(a) 10,000 x 2 KiB, first", ours, usage(w + QStringLiteral("/oa")), restic,
+            usage(w + QStringLiteral("/ra")));
+    }
     // (b) the mixed tree: a tenth small files, a fifth compressible text, the
     // rest large random files of which one is there twice.
     const QString mixed = w + QStringLiteral("/b");
@@ -293,15 +356,16 @@ int main(int argc, char* argv[])
     row("(b) mixed tree, unchanged", ours, usage(w + QStringLiteral("/ob")), restic, usage(w + QStringLiteral("/rb")));
 
     // (d) restore of the whole mixed tree.
-    ours = bench.oursRestore(w + QStringLiteral("/ob"), 2, w + QStringLiteral("/tb-ours"));
-    restic = Bench::restic(
-        {QStringLiteral("restore"), QStringLiteral("-q"), QStringLiteral("--repo"), w + QStringLiteral("/rb"),
-            QStringLiteral("latest"), QStringLiteral("--target"), w + QStringLiteral("/tb-restic")});
-    row("(d) restore of (b)", ours, usage(w + QStringLiteral("/tb-ours")), restic,
-        usage(w + QStringLiteral("/tb-restic")));
-    QDir(w + QStringLiteral("/tb-ours")).removeRecursively();
-    QDir(w + QStringLiteral("/tb-restic")).removeRecursively();
+    const RestoreRounds restored
+        = restoreRounds(bench, w + QStringLiteral("/ob"), w + QStringLiteral("/rb"), w + QStringLiteral("/tb"));
+    row("(d) restore of (b)", restored.ours, restored.oursUsage, restored.restic, restored.resticUsage);
     QDir(mixed).removeRecursively();
+
+    if (mixedOnly) {
+        std::printf(
+            "peak resident of the largest run: ours %ld MiB, restic %ld MiB\n", g_oursPeak / 1024, g_resticPeak / 1024);
+        return 0;
+    }
 
     // (c) 512 MiB, then 100 scattered 4 KiB overwrites.
     const QString single = w + QStringLiteral("/c/big.bin");

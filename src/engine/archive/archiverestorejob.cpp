@@ -17,6 +17,7 @@
 #include "records/plan/planresult.h"
 #include "repository/chunktransform.h"
 #include "repository/packreader.h"
+#include "repository/packreaderqueue.h"
 #include "runs/filecopier.h"
 #include "storage/filesystemdriver.h"
 
@@ -144,11 +145,17 @@ ArchiveRestoreJob::Result ArchiveRestoreJob::run(const std::atomic_bool& stop, c
     };
     std::stable_sort(files.begin(), files.end(),
         [&firstChunk](const TreeEntry* a, const TreeEntry* b) { return firstChunk(a) < firstChunk(b); });
+    startReading(files);
     qint64 lastReport = -1;
     for (const TreeEntry* entry : std::as_const(files)) {
         if (stop)
             break;
+        m_owed = m_planned.contains(entry) ? entry->chunks.size() : 0;
         restoreFile(*entry, stop);
+        // What the file did not take of its read-ahead (a skip, a failure);
+        // a stop ends the reading instead.
+        for (; m_owed > 0 && !stop; --m_owed)
+            m_queue->next();
         const qint64 now = m_clock.elapsed();
         if (progress && (lastReport < 0 || now - lastReport >= 100)) {
             lastReport = now;
@@ -156,6 +163,8 @@ ArchiveRestoreJob::Result ArchiveRestoreJob::run(const std::atomic_bool& stop, c
             progress(m_result.totals);
         }
     }
+    m_queue.reset();
+    m_parentFolder.clear();
     // Deepest first, after their content: restoring files changed their
     // times, and a read-only folder could not have taken them.
     for (auto it = folders.crbegin(); it != folders.crend() && !stop; ++it) {
@@ -200,10 +209,14 @@ QString ArchiveRestoreJob::writeData(int fd, const TreeEntry& entry, const std::
         if (stop)
             return QStringLiteral("stopped");
         const auto location = m_index.constFind(id);
+        if (location == m_index.cend() && m_owed > 0) {
+            --m_owed;
+            m_queue->next();
+        }
         if (location == m_index.cend())
             return QStringLiteral("The data of %1 is missing from the storage (chunk %2 is in no pack)")
                 .arg(entry.item.path, QString::fromLatin1(id.toHex().left(16)));
-        const ChunkData chunk = m_reader->readChunk(location->pack, location->entry);
+        const ChunkData chunk = takeChunk(*location);
         if (!chunk.ok()) {
             m_result.damagedPacks.append(location->pack);
             return QStringLiteral("%1 cannot be restored: %2").arg(entry.item.path, chunk.error);
@@ -255,24 +268,19 @@ void ArchiveRestoreJob::restoreFile(const TreeEntry& entry, const std::atomic_bo
     const QByteArray name = path.mid(slash + 1);
     const QByteArray parent = path.mid(1, qMax(0, slash - 1));
     QString error;
-    const FolderHandle target = parent.isEmpty() ? m_target.duplicate() : m_target.openBelow(parent, true, &error);
-    if (!target.isValid()) {
+    // Files of one folder follow each other in pack order: the folder is
+    // opened once for all of them.
+    const FolderHandle* parentFolder
+        = parent.isEmpty() ? &m_target : m_parentFolder.open(m_target, parent, true, &error);
+    if (!parentFolder) {
         failed(file, error);
         return;
     }
-    struct stat existing
-    {
-    };
-    if (::fstatat(target.fd(), name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
-        if (m_parameters.skipExistingFiles) {
-            record(file, RunFileRecord::Skipped, QStringLiteral("The file exists"));
-            return;
-        }
-        const qint64 existingNs = qint64(existing.st_mtim.tv_sec) * 1000000000 + existing.st_mtim.tv_nsec;
-        if (m_parameters.onlyNewFiles && existingNs >= file.modifiedNs) {
-            record(file, RunFileRecord::Skipped, QStringLiteral("The file on disk is as new"));
-            return;
-        }
+    const FolderHandle& target = *parentFolder;
+    const QString kept = keptReason(target.fd(), name, file);
+    if (!kept.isEmpty()) {
+        record(file, RunFileRecord::Skipped, kept);
+        return;
     }
 
     // Written unnamed (or under a fresh name) and named only once whole and
@@ -331,6 +339,60 @@ void ArchiveRestoreJob::restoreFile(const TreeEntry& entry, const std::atomic_bo
     ++totals.copiedCount;
     totals.copiedSize += file.size;
     record(file, RunFileRecord::Restored, QString());
+}
+
+QString ArchiveRestoreJob::keptReason(int folder, const QByteArray& name, const StoredContent& file) const
+{
+    if (!m_parameters.skipExistingFiles && !m_parameters.onlyNewFiles)
+        return {};
+    struct stat existing
+    {
+    };
+    if (::fstatat(folder, name.constData(), &existing, AT_SYMLINK_NOFOLLOW) != 0)
+        return {};
+    if (m_parameters.skipExistingFiles)
+        return QStringLiteral("The file exists");
+    const qint64 existingNs = qint64(existing.st_mtim.tv_sec) * 1000000000 + existing.st_mtim.tv_nsec;
+    if (existingNs >= file.modifiedNs)
+        return QStringLiteral("The file on disk is as new");
+    return {};
+}
+
+void ArchiveRestoreJob::startReading(const QList<const TreeEntry*>& files)
+{
+    // Files the user's own copies will keep are left out of the read-ahead;
+    // looked at again when their turn comes, so a file that appears or
+    // disappears meanwhile is still judged by what is on disk then.
+    const bool mayKeep = !m_parameters.verifyOnly && (m_parameters.skipExistingFiles || m_parameters.onlyNewFiles);
+    FolderCache folders;
+    QVector<PackReaderQueue::Item> items;
+    for (const TreeEntry* entry : files) {
+        if (mayKeep) {
+            const QByteArray path = NVL::ByteName::encode(entry->item.path);
+            const int slash = path.lastIndexOf('/');
+            const QByteArray parent = path.mid(1, qMax(0, slash - 1));
+            const FolderHandle* folder = parent.isEmpty() || !FolderHandle::isPlainRelative(parent)
+                ? &m_target
+                : folders.open(m_target, parent, false, nullptr);
+            if (folder && !keptReason(folder->fd(), path.mid(slash + 1), entry->item).isEmpty())
+                continue;
+        }
+        m_planned.insert(entry);
+        for (const QByteArray& id : entry->chunks) {
+            const auto location = m_index.constFind(id);
+            items.append(location == m_index.cend() ? PackReaderQueue::Item {}
+                                                    : PackReaderQueue::Item {location->pack, location->entry});
+        }
+    }
+    m_queue = std::make_unique<PackReaderQueue>(m_reader.get(), std::move(items));
+}
+
+ChunkData ArchiveRestoreJob::takeChunk(const ChunkLocation& location)
+{
+    if (m_owed <= 0)
+        return m_reader->readChunk(location.pack, location.entry);
+    --m_owed;
+    return m_queue->next();
 }
 
 void ArchiveRestoreJob::restoreLink(const StoredContent& link)

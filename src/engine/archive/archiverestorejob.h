@@ -6,12 +6,14 @@
 
 #include <QElapsedTimer>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
 
 #include "chunking/chunkidentifier.h"
 #include "repository/repository.h"
+#include "runs/foldercache.h"
 #include "runs/folderhandle.h"
 #include "runs/runprogress.h"
 #include "store/runfilerecord.h"
@@ -20,6 +22,7 @@ namespace NVB::Engine {
 
 class ChunkTransform;
 class PackReader;
+class PackReaderQueue;
 class StorageDriver;
 
 // Restores chosen items of a new-format restore point, or with `verifyOnly`
@@ -70,6 +73,15 @@ private:
     QString load();
     bool isChosen(const QString& path) const;
     void restoreFile(const TreeEntry& entry, const std::atomic_bool& stop);
+    // Why an existing file at `name` in `folder` stays as it is (the plan's
+    // skip options), or empty when the restore replaces it.
+    QString keptReason(int folder, const QByteArray& name, const StoredContent& file) const;
+    // Starts reading the chunks of the files a restore will write, in their
+    // order, ahead of the writing.
+    void startReading(const QList<const TreeEntry*>& files);
+    // The next chunk of the file being restored: from the read-ahead when the
+    // file is in it, else read here.
+    ChunkData takeChunk(const ChunkLocation& location);
     void restoreLink(const StoredContent& link);
     // The temporary file's data, checked against the recorded checksum.
     QString writeData(int fd, const TreeEntry& entry, const std::atomic_bool& stop);
@@ -83,6 +95,10 @@ private:
     std::unique_ptr<Repository> m_repository;
     std::unique_ptr<ChunkTransform> m_transform;
     std::unique_ptr<PackReader> m_reader;
+    std::unique_ptr<PackReaderQueue> m_queue;
+    QSet<const TreeEntry*> m_planned; // the files in the read-ahead
+    int m_owed = 0; // chunks of the current file still in the read-ahead
+    FolderCache m_parentFolder; // of the last file written
     ChunkIdentifier m_identifier;
     PointTree m_tree;
     ChunkIndex m_index;

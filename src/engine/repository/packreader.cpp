@@ -113,6 +113,27 @@ ChunkData PackReader::readChunk(const QString& key, const PackEntry& entry) cons
     return decodeChunk(key, entry, stored.data);
 }
 
+QVector<ChunkData> PackReader::readChunks(const QString& key, const QVector<PackEntry>& entries) const
+{
+    QVector<ChunkData> chunks;
+    if (entries.isEmpty())
+        return chunks;
+    if (entries.size() == 1) {
+        chunks.append(readChunk(key, entries.constFirst()));
+        return chunks;
+    }
+    const qint64 start = entries.constFirst().offset;
+    const PackEntry& last = entries.constLast();
+    const StorageRead stored = m_driver->read(key, start, last.offset + last.length - start);
+    for (const PackEntry& entry : entries) {
+        if (!stored.ok())
+            chunks.append({stored.error, {}});
+        else
+            chunks.append(decodeChunk(key, entry, stored.data.mid(int(entry.offset - start), int(entry.length))));
+    }
+    return chunks;
+}
+
 QStringList PackReader::verify(const QString& key) const
 {
     const StorageRead pack = m_driver->read(key);

@@ -22,6 +22,9 @@ public:
 
     PackContents readTrailer(const QString& key) const;
     ChunkData readChunk(const QString& key, const PackEntry& entry) const;
+    // Chunks of one pack, each after the one before, read with one request
+    // from the first's start to the last's end; one answer per entry.
+    QVector<ChunkData> readChunks(const QString& key, const QVector<PackEntry>& entries) const;
     // Everything wrong with a pack: its name against its content, its
     // trailer, each of its chunks. Empty when the pack is whole.
     QStringList verify(const QString& key) const;

@@ -1,12 +1,16 @@
 #include "accountfolder.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include "core/bytename.h"
 #include "store/enginestore.h"
 
 namespace NVB::Engine {
@@ -76,6 +80,22 @@ QString AccountFolder::prepare(EngineStore* store, const QUuid& accountId, QStri
         }
     }
     return folder;
+}
+
+FolderHandle AccountFolder::makeRunFolder(const FolderHandle& storage, const QString& objectPrefix, QString* error)
+{
+    const QByteArray runFolder = NVL::ByteName::encode(objectPrefix);
+    const int slash = runFolder.lastIndexOf('/');
+    const FolderHandle parent = slash > 0 ? storage.openBelow(runFolder.left(slash), true, error) : FolderHandle();
+    if (!parent.isValid())
+        return {};
+    const QByteArray last = runFolder.mid(slash + 1);
+    if (::mkdirat(parent.fd(), last.constData(), 0700) != 0) {
+        *error = QStringLiteral("Cannot make the run's folder %1: %2")
+                     .arg(objectPrefix, QString::fromLocal8Bit(std::strerror(errno)));
+        return {};
+    }
+    return parent.openBelow(last, false, error);
 }
 
 } // namespace NVB::Engine

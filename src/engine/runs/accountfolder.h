@@ -3,6 +3,8 @@
 #include <QString>
 #include <QUuid>
 
+#include "folderhandle.h"
+
 namespace NVB::Engine {
 
 class EngineStore;
@@ -18,6 +20,10 @@ public:
     // The account's folder, ending in a slash, with its prefix in *prefix;
     // or an empty text with the reason in *error.
     static QString prepare(EngineStore* store, const QUuid& accountId, QString* prefix, QString* error);
+    // A run's own folder, `objectPrefix` below the account's folder, made
+    // afresh: an existing one belongs to another run and is never written
+    // into. Invalid, with the reason in *error, when it cannot be made.
+    static FolderHandle makeRunFolder(const FolderHandle& storage, const QString& objectPrefix, QString* error);
     // The marker file in NVB_<prefix>, holding the account's id.
     static QString markerFileName() { return QStringLiteral(".nvb-account"); }
 };

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -11,16 +10,14 @@
 
 #include <QDir>
 
+#include "accountfolder.h"
 #include "actions/consistencycheck.h"
-#include "blocks/blockdiffer.h"
-#include "blocks/blockhasher.h"
-#include "blocks/incrementheader.h"
 #include "core/bytename.h"
 #include "filecopier.h"
-#include "filters/inusecheck.h"
 #include "progress/transferscan.h"
 #include "records/plan/planresult.h"
 #include "runverdict.h"
+#include "sourcefilecopy.h"
 
 namespace NVB::Engine {
 
@@ -42,13 +39,6 @@ QDateTime fromTimespec(const struct timespec& time)
     return QDateTime::fromMSecsSinceEpoch(qint64(time.tv_sec) * 1000 + time.tv_nsec / 1000000, Qt::UTC);
 }
 
-// What must not move while a file is read for its copy to be good.
-bool sameFile(const struct stat& a, const struct stat& b)
-{
-    return a.st_size == b.st_size && a.st_ino == b.st_ino && a.st_dev == b.st_dev
-        && nanoseconds(a.st_mtim) == nanoseconds(b.st_mtim) && nanoseconds(a.st_ctim) == nanoseconds(b.st_ctim);
-}
-
 void takeOwnership(const struct stat& info, StoredContent* item)
 {
     item->mode = info.st_mode & 07777;
@@ -62,7 +52,8 @@ FileBackupJob::FileBackupJob(Parameters parameters, FileSelection selection)
     : m_parameters(std::move(parameters))
     , m_selection(std::move(selection))
     , m_walk(m_selection,
-          SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken, m_parameters.skipSymlinks})
+          SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken,
+              m_parameters.skipSymlinks})
 { }
 
 FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
@@ -72,22 +63,8 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
 
     QString error;
     m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_parameters.storageRoot), &error);
-    const QByteArray runFolder = NVL::ByteName::encode(m_parameters.objectPrefix);
-    if (m_storage.isValid()) {
-        // The run's folder is new: an existing one belongs to another run
-        // and is never written into.
-        const int slash = runFolder.lastIndexOf('/');
-        FolderHandle parent = slash > 0 ? m_storage.openBelow(runFolder.left(slash), true, &error) : FolderHandle();
-        if (parent.isValid()) {
-            const QByteArray last = runFolder.mid(slash + 1);
-            if (::mkdirat(parent.fd(), last.constData(), 0700) != 0) {
-                error = QStringLiteral("Cannot make the run's folder %1: %2")
-                            .arg(m_parameters.objectPrefix, QString::fromLocal8Bit(std::strerror(errno)));
-            } else {
-                m_runFolder = parent.openBelow(last, false, &error);
-            }
-        }
-    }
+    if (m_storage.isValid())
+        m_runFolder = AccountFolder::makeRunFolder(m_storage, m_parameters.objectPrefix, &error);
     if (!m_runFolder.isValid()) {
         m_result.planResult = PlanResult::Failed;
         m_result.message = error;
@@ -95,7 +72,8 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
     }
 
     m_scan = std::make_unique<TransferScan>(m_selection,
-        SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken, m_parameters.skipSymlinks});
+        SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken,
+            m_parameters.skipSymlinks});
     m_scan->start(stop);
     m_result.totals.transferStartMs = m_clock.elapsed();
     report(true);
@@ -138,7 +116,7 @@ void FileBackupJob::finishResult(const std::atomic_bool& stop)
     if (m_result.planResult != PlanResult::Success && m_result.planResult != PlanResult::Warning) {
         // Nothing will refer to this run's copies.
         m_runFolder = FolderHandle();
-        m_targetFolder = CachedFolder();
+        m_targetFolder.clear();
         QDir(m_parameters.storageRoot + QLatin1Char('/') + m_parameters.objectPrefix).removeRecursively();
         m_result.content.clear();
         m_result.removed.clear();
@@ -292,7 +270,7 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
         return false;
     int folder = m_storage.fd();
     if (slash >= 0) {
-        const FolderHandle* below = cachedFolder(m_storage, object.left(slash), false, &m_objectFolder, nullptr);
+        const FolderHandle* below = m_objectFolder.open(m_storage, object.left(slash), false, nullptr);
         if (!below)
             return false;
         folder = below->fd();
@@ -306,18 +284,6 @@ bool FileBackupJob::reusable(const StoredContent& previous, const StoredContent&
         return false;
     m_result.checkedObjects.push_back(ConsistencyCheck::checkedKey(previous.object, expected));
     return true;
-}
-
-const FolderHandle* FileBackupJob::cachedFolder(
-    const FolderHandle& base, const QByteArray& relative, bool create, CachedFolder* cache, QString* error)
-{
-    // Files of one folder follow each other in the walk, and so do their
-    // objects: each folder is opened once, not once per file.
-    if (!cache->handle.isValid() || cache->relative != relative) {
-        cache->relative = relative;
-        cache->handle = base.openBelow(relative, create, error);
-    }
-    return cache->handle.isValid() ? &cache->handle : nullptr;
 }
 
 void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool followLink,
@@ -363,95 +329,34 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
     }
     QString error;
     const FolderHandle* target
-        = folderBelow.isEmpty() ? &m_runFolder : cachedFolder(m_runFolder, folderBelow, true, &m_targetFolder, &error);
+        = folderBelow.isEmpty() ? &m_runFolder : m_targetFolder.open(m_runFolder, folderBelow, true, &error);
     if (!target) {
         failStorage(path, error);
         return;
     }
 
-    FileCopier::Result copied;
-    bool unsteady = false;
-    std::optional<BlockMap> base;
+    SourceFileCopy::Options options;
+    options.followLink = followLink;
+    options.skipInUseFiles = m_parameters.skipInUseFiles;
+    options.encoding = encoding();
+    options.key = m_parameters.key;
+    options.blockSize = m_parameters.blockSize;
+    options.fullAbovePercent = m_parameters.fullAbovePercent;
     if (m_parameters.blockSize > 0 && previous != previousEntries.cend())
-        base = BlockBase::of(
+        options.base = BlockBase::of(
             *previous, m_storage, m_parameters.blockSize, bool(m_parameters.key), m_parameters.blockMap);
-    std::unique_ptr<BlockDiffer> differ;
-    std::unique_ptr<BlockHasher> hasher;
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        const int fd = ::open(encoded.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | (followLink ? 0 : O_NOFOLLOW));
-        if (fd < 0) {
-            fail(path, QStringLiteral("Cannot read %1: %2").arg(path, QString::fromLocal8Bit(std::strerror(errno))),
-                true);
-            return;
-        }
-        struct stat before
-        {
-        };
-        if (::fstat(fd, &before) != 0 || !S_ISREG(before.st_mode)) {
-            ::close(fd);
-            fail(path, QStringLiteral("%1 is not a regular file").arg(path), true);
-            return;
-        }
-        if (m_parameters.skipInUseFiles && InUseCheck::isInUse(fd)) {
-            ::close(fd);
-            skipInUse(path);
-            return;
-        }
-        FileCopier::Options options;
-        options.times[0] = before.st_atim;
-        options.times[1] = before.st_mtim;
-        options.mode = before.st_mode;
-        options.writeEncoding = encoding();
-        options.writeKey = m_parameters.key;
-        // The first read of a file that changes under it is thrown away and
-        // made again; the second is kept, with a warning that names it.
-        const bool lastAttempt = attempt == 1 && !m_parameters.skipInUseFiles;
-        options.keep = [fd, &before, &unsteady, lastAttempt] {
-            struct stat after
-            {
-            };
-            const bool steady = ::fstat(fd, &after) == 0 && sameFile(before, after);
-            unsteady = !steady;
-            return steady || lastAttempt;
-        };
-        differ.reset();
-        hasher.reset();
-        if (base) {
-            const qint64 limit
-                = m_parameters.fullAbovePercent >= 0 ? before.st_size * m_parameters.fullAbovePercent / 100 : -1;
-            differ = std::make_unique<BlockDiffer>(fd, *base, limit);
-            options.source
-                = [&differ](char* data, size_t size, QString* error) { return differ->read(data, size, error); };
-            options.prologue = IncrementHeader {m_parameters.blockSize, base->encoding, base->object}.toBytes();
-        } else if (m_parameters.blockSize > 0) {
-            hasher = std::make_unique<BlockHasher>(m_parameters.blockSize);
-            options.observe = [&hasher](const char* data, size_t size) { hasher->add(data, size); };
-        }
-        copied = FileCopier::copy(fd, *target, name, options, &stop, path);
-        ::close(fd);
-        if (differ && differ->overLimit()) {
-            // Too much changed for an increment to pay: the file gets a new
-            // full version, which later increments build on.
-            base.reset();
-            --attempt;
-            continue;
-        }
-        if (copied.status != FileCopier::Status::Discarded) {
-            file.size = differ ? differ->fileSize() : copied.size;
-            file.modifiedUtc = fromTimespec(before.st_mtim);
-            file.modifiedNs = nanoseconds(before.st_mtim);
-            file.changedNs = nanoseconds(before.st_ctim);
-            file.inode = before.st_ino;
-            takeOwnership(before, &file);
-            break;
-        }
+    const SourceFileCopy::Result taken = SourceFileCopy::copy(encoded, path, *target, name, options, stop);
+    const FileCopier::Result& copied = taken.copied;
+    if (taken.status == SourceFileCopy::Status::Unreadable) {
+        fail(path, taken.error, true);
+        return;
+    }
+    if (taken.status == SourceFileCopy::Status::InUse) {
+        skipInUse(path);
+        return;
     }
     if (copied.status == FileCopier::Status::Stopped) {
         m_stopped = true;
-        return;
-    }
-    if (copied.status == FileCopier::Status::Discarded) {
-        skipInUse(path);
         return;
     }
     if (copied.status != FileCopier::Status::Done) {
@@ -461,34 +366,36 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
             fail(path, copied.error, true);
         return;
     }
-    file.object = m_parameters.key ? QStringLiteral("%1/%2/%3").arg(m_parameters.objectPrefix,
-                                         QString::fromLatin1(folderBelow), QString::fromLatin1(name))
-                                   : m_parameters.objectPrefix + path;
+    file.size = taken.fileSize;
+    file.modifiedUtc = fromTimespec(taken.source.st_mtim);
+    file.modifiedNs = nanoseconds(taken.source.st_mtim);
+    file.changedNs = nanoseconds(taken.source.st_ctim);
+    file.inode = taken.source.st_ino;
+    takeOwnership(taken.source, &file);
+    file.object = m_parameters.key
+        ? QStringLiteral("%1/%2/%3")
+              .arg(m_parameters.objectPrefix, QString::fromLatin1(folderBelow), QString::fromLatin1(name))
+        : m_parameters.objectPrefix + path;
     file.checksum = copied.checksum;
     file.encoding = int(encoding());
     file.storedSize = encoding() != ObjectEncoding::Plain ? copied.storedSize : -1;
-    if (differ) {
-        file.checksum = differ->checksum();
+    if (taken.increment) {
+        file.checksum = taken.fileChecksum;
         file.encoding |= int(ObjectEncoding::Increment);
         file.storedSize = copied.storedSize;
-    } else if (hasher) {
-        m_result.blockMaps.append(
-            BlockMap {file.object, file.checksum, file.encoding, m_parameters.blockSize, file.size, hasher->finish()});
+    } else if (taken.blockHashes) {
+        m_result.blockMaps.append(BlockMap {
+            file.object, file.checksum, file.encoding, m_parameters.blockSize, file.size, *taken.blockHashes});
     }
     ++totals.copiedCount;
     totals.copiedSize += copied.size;
     keep(file, previousEntries);
 
-    RunFileRecord record;
-    record.planId = m_parameters.planId;
-    record.planName = m_parameters.planName;
-    record.file = path;
-    record.operation = RunFileRecord::Copied;
+    RunFileRecord record = fileRecord(path, RunFileRecord::Copied);
     record.size = copied.size;
     record.modifiedUtc = file.modifiedUtc;
-    record.finishUtc = QDateTime::currentDateTimeUtc();
     record.durationMs = m_clock.elapsed() - started;
-    if (unsteady) {
+    if (taken.unsteady) {
         ++m_result.unsteadyCount;
         record.message = QStringLiteral("%1 changed while it was read; the copy may be inconsistent").arg(path);
         if (m_result.message.isEmpty())
@@ -507,16 +414,22 @@ ObjectEncoding FileBackupJob::encoding() const
 void FileBackupJob::skipInUse(const QString& path)
 {
     ++m_result.unsteadyCount;
-    RunFileRecord record;
-    record.planId = m_parameters.planId;
-    record.planName = m_parameters.planName;
-    record.file = path;
-    record.operation = RunFileRecord::Skipped;
-    record.finishUtc = QDateTime::currentDateTimeUtc();
+    RunFileRecord record = fileRecord(path, RunFileRecord::Skipped);
     record.message = QStringLiteral("%1 is in use by another process and was skipped").arg(path);
     if (m_result.message.isEmpty())
         m_result.message = record.message;
     m_result.files.append(record);
+}
+
+RunFileRecord FileBackupJob::fileRecord(const QString& path, int operation) const
+{
+    RunFileRecord record;
+    record.planId = m_parameters.planId;
+    record.planName = m_parameters.planName;
+    record.file = path;
+    record.operation = operation;
+    record.finishUtc = QDateTime::currentDateTimeUtc();
+    return record;
 }
 
 void FileBackupJob::fail(const QString& path, const QString& message, bool counted)
@@ -526,12 +439,7 @@ void FileBackupJob::fail(const QString& path, const QString& message, bool count
         ++m_result.totals.scannedCount;
     if (m_result.message.isEmpty())
         m_result.message = message;
-    RunFileRecord record;
-    record.planId = m_parameters.planId;
-    record.planName = m_parameters.planName;
-    record.file = path;
-    record.operation = RunFileRecord::Failed;
-    record.finishUtc = QDateTime::currentDateTimeUtc();
+    RunFileRecord record = fileRecord(path, RunFileRecord::Failed);
     record.message = message;
     m_result.files.append(record);
 }

@@ -20,6 +20,7 @@
 #include "blocks/blockmap.h"
 #include "encryption/objectkey.h"
 #include "fileselection.h"
+#include "foldercache.h"
 #include "folderhandle.h"
 #include "objectencoding.h"
 #include "progress/transferscan.h"
@@ -136,19 +137,12 @@ private:
     void takeFolder(const QString& path, const struct stat& info, PreviousEntries& previous);
     void takeFile(const QString& path, const struct stat& info, bool followLink, const std::atomic_bool& stop,
         PreviousEntries& previous);
-    struct CachedFolder
-    {
-        QByteArray relative;
-        FolderHandle handle;
-    };
-
     bool reusable(const StoredContent& previous, const StoredContent& now);
-    const FolderHandle* cachedFolder(
-        const FolderHandle& base, const QByteArray& relative, bool create, CachedFolder* cache, QString* error);
     void report(bool force);
     // `counted`: the file was already counted as scanned.
     // How new copies are kept: compressed, enciphered, both or neither.
     ObjectEncoding encoding() const;
+    RunFileRecord fileRecord(const QString& path, int operation) const;
     void fail(const QString& path, const QString& message, bool counted = false);
     void skipInUse(const QString& path);
     void failStorage(const QString& path, const QString& message);
@@ -167,8 +161,8 @@ private:
     std::vector<qint64> m_keptBefore;
     FolderHandle m_storage;
     FolderHandle m_runFolder;
-    CachedFolder m_objectFolder; // of the last reused copy, below m_storage
-    CachedFolder m_targetFolder; // of the last copy, below m_runFolder
+    FolderCache m_objectFolder; // of the last reused copy, below m_storage
+    FolderCache m_targetFolder; // of the last copy, below m_runFolder
     bool m_stopped = false; // by the user, or by a storage error
     QString m_storageError;
     Result m_result;

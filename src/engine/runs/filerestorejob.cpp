@@ -179,10 +179,12 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
 
     QString error;
     const int objectSlash = object.lastIndexOf('/');
-    const FolderHandle objectFolder
-        = objectSlash > 0 ? m_storage.openBelow(object.left(objectSlash), false, &error) : m_storage.duplicate();
-    const int from = objectFolder.isValid()
-        ? ::openat(objectFolder.fd(), object.mid(objectSlash + 1).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)
+    // Copies of one folder follow each other, and so do their objects: each
+    // folder is opened once for its files, not walked to once per file.
+    const FolderHandle* objectFolder
+        = objectSlash > 0 ? m_objectFolder.open(m_storage, object.left(objectSlash), false, &error) : &m_storage;
+    const int from = objectFolder
+        ? ::openat(objectFolder->fd(), object.mid(objectSlash + 1).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)
         : -1;
     if (from < 0) {
         failed(error.isEmpty() ? QStringLiteral("The stored data of %1 is missing").arg(file.path) : error);
@@ -191,12 +193,14 @@ void FileRestoreJob::restoreFile(const StoredContent& file, const std::atomic_bo
     const int slash = path.lastIndexOf('/');
     const QByteArray name = path.mid(slash + 1);
     const QByteArray parent = path.mid(1, qMax(0, slash - 1));
-    const FolderHandle target = parent.isEmpty() ? m_target.duplicate() : m_target.openBelow(parent, true, &error);
-    if (!target.isValid()) {
+    const FolderHandle* targetFolder
+        = parent.isEmpty() ? &m_target : m_targetFolder.open(m_target, parent, true, &error);
+    if (!targetFolder) {
         ::close(from);
         failed(error);
         return;
     }
+    const FolderHandle& target = *targetFolder;
 
     struct stat existing
     {

@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QUuid>
 
+#include "foldercache.h"
 #include "folderhandle.h"
 #include "runprogress.h"
 #include "store/runfilerecord.h"
@@ -68,6 +69,8 @@ private:
     Parameters m_parameters;
     FolderHandle m_storage;
     FolderHandle m_target;
+    FolderCache m_objectFolder; // of the last object read
+    FolderCache m_targetFolder; // of the last file written
     Result m_result;
     QElapsedTimer m_clock;
 };

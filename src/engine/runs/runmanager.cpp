@@ -4,13 +4,11 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QLocale>
 #include <QSet>
 #include <QtConcurrent>
 
 #include "accountfolder.h"
 #include "actions/planactions.h"
-#include "archive/archiveretentionjob.h"
 #include "archiverun.h"
 #include "blocks/blockbase.h"
 #include "core/nvldebug.h"
@@ -26,13 +24,12 @@
 #include "records/plan/planstatus.h"
 #include "records/plan/restorediskimage.h"
 #include "records/plan/restorefile.h"
-#include "retention/retentionjob.h"
 #include "runpreparation.h"
+#include "runrecorder.h"
+#include "runretention.h"
 #include "schedule/fullbackuprule.h"
 #include "settings/symlinkpolicy.h"
 #include "store/enginestore.h"
-#include "store/runstore.h"
-#include "store/storedatabase.h"
 #include "stores/defaultsettings.h"
 
 namespace NVB::Engine {
@@ -215,50 +212,14 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
     const QString password = encryption.isEnabled() ? encryption.password() : QString();
     const int keyBytes = encryption.isEnabled() ? 16 + 8 * int(encryption.encryptionType()) : 0;
     if (!rules.isEmpty()) {
-        ArchiveRetentionJob::Parameters archived;
-        if (plan->isArchive()) {
-            archived.connectionId = active.plan.storageId;
-            archived.bunchId = active.plan.id;
-            archived.storageRoot = parameters.storageRoot;
-            archived.repositoryRoot = RunPreparation::archiveRoot(prefix, active.plan.id);
-            archived.password = password;
-            archived.rules = rules;
-        }
-        active.afterPoint = [rules, archive = plan->isArchive(), archived, connection = active.plan.storageId,
-                                bunch = active.plan.id, planName = active.plan.name,
-                                root = parameters.storageRoot](const QString& storeFile, RunOutcome* outcome) {
-            const QDateTime now = QDateTime::currentDateTimeUtc();
-            RetentionJob::Result pruned;
-            if (archive) {
-                ArchiveRetentionJob::Parameters parameters = archived;
-                parameters.storeFile = storeFile;
-                parameters.now = now;
-                pruned = ArchiveRetentionJob::apply(parameters);
-            } else {
-                pruned = RetentionJob::apply(storeFile, connection, bunch, root, rules, now);
-            }
-            NVL::NvlDebug log(QStringLiteral("NVB"));
-            if (!pruned.error.isEmpty())
-                log.warning() << QStringLiteral("Retention of the plan %1: %2").arg(bunch.toString(), pruned.error);
-            else if (pruned.versions > 0)
-                log.info() << QStringLiteral("Retention of the plan %1 removed %2 versions and %3 restore points")
-                                  .arg(bunch.toString())
-                                  .arg(pruned.versions)
-                                  .arg(pruned.points.size());
-            outcome->prunedPoints = pruned.points;
-            outcome->prunedGenerations = pruned.generations;
-            StoreDatabase database;
-            if (database.open(storeFile)
-                && !RunStore(database).addRunFiles(outcome->runId, RetentionJob::history(pruned, bunch, planName, now)))
-                log.warning() << QStringLiteral("The retention of the plan %1 is not in the history: %2")
-                                     .arg(bunch.toString(), database.lastError());
-        };
+        active.afterPoint = RunRetention::afterPoint(rules, plan->isArchive(), active.plan.storageId, active.plan.id,
+            active.plan.name, parameters.storageRoot, RunPreparation::archiveRoot(prefix, active.plan.id), password);
     }
     const ProgressSink report = reporter(active.plan.id);
     if (plan->isArchive()) {
         *work = ArchiveRun::backup(active, parameters, std::move(selection), prefix,
-            previous ? previous->sequenceNumber : 0, plan->useConsistencyCheck(), m_store->filePath(), report,
-            password, keyBytes);
+            previous ? previous->sequenceNumber : 0, plan->useConsistencyCheck(), m_store->filePath(), report, password,
+            keyBytes);
         return {};
     }
     *work = LegacyFileRun::backup(
@@ -342,93 +303,11 @@ void RunManager::launch(const QUuid& planId, std::function<RunOutcome(const std:
     // thread serves the consoles meanwhile.
     active.watcher->setFuture(QtConcurrent::run([work = std::move(work), stop, snapshot, storeFile] {
         RunOutcome outcome = work(*stop);
-        record(storeFile, snapshot, &outcome);
+        RunRecorder::record(storeFile, snapshot, &outcome);
         if (outcome.recorded && outcome.pointRowId > 0 && snapshot.afterPoint)
             snapshot.afterPoint(storeFile, &outcome);
         return outcome;
     }));
-}
-
-void RunManager::record(const QString& storeFile, const ActiveRun& active, RunOutcome* outcome)
-{
-    RunRecord run = active.run;
-    const qint64 seconds = active.clock.elapsed() / 1000;
-    StoredPlan summary = active.plan;
-    summary.status = PlanStatus::Idle;
-    summary.lastRunUtc = active.run.startUtc;
-    summary.lastDuration = seconds;
-    summary.lastFileCount = outcome->totals.scannedCount;
-    summary.lastFileSize = outcome->totals.scannedSize;
-    summary.lastUploadedCount = outcome->totals.copiedCount;
-    summary.lastUploadedSize = outcome->totals.copiedSize;
-    summary.lastFailedCount = outcome->totals.failedCount;
-
-    // A stopped or failed backup leaves no restore point: it would promise
-    // files that were never copied.
-    const bool keepsPoint = active.makesPoint
-        && (outcome->planResult == PlanResult::Success || outcome->planResult == PlanResult::Warning);
-    StoredRestorePoint point = active.point;
-    point.status = outcome->planResult == PlanResult::Warning ? 1 : 0;
-    point.sizeOnStorage = outcome->totals.copiedSize;
-    QString message = outcome->message;
-    qint64 runSize = outcome->totals.copiedSize;
-    if (outcome->bytesStored >= 0 && keepsPoint) {
-        // What deduplication saved, in the plan summary and the history:
-        // the uploaded size is what reached the storage.
-        const QLocale c = QLocale::c();
-        const QString figures
-            = QStringLiteral("Read %1, new %2, stored %3")
-                  .arg(c.formattedDataSize(outcome->bytesRead), c.formattedDataSize(outcome->bytesNew),
-                      c.formattedDataSize(outcome->bytesStored));
-        message = message.isEmpty() ? figures : QStringLiteral("%1 (%2)").arg(message, figures);
-        summary.lastUploadedSize = outcome->bytesStored;
-        point.sizeOnStorage = outcome->bytesStored;
-        runSize = outcome->bytesStored;
-    }
-
-    StoreDatabase database;
-    QString error;
-    if (database.open(storeFile)) {
-        const auto attempt = [&](int result, const QString& message, bool withPoint) {
-            run.result = result;
-            run.durationSeconds = seconds;
-            run.size = runSize;
-            run.fileCount = outcome->totals.copiedCount;
-            run.errorMessage = message;
-            summary.lastResult = result;
-            summary.lastMessage = message;
-            qint64 row = 0;
-            const StoredBunch* bunch = withPoint ? &active.bunch : nullptr;
-            const StoredRestorePoint* made = withPoint ? &point : nullptr;
-            const bool ok = outcome->changes
-                ? RunStore(database).finishRun(run, outcome->files, summary, bunch, made, *outcome->changes, &row)
-                : RunStore(database).finishRun(run, outcome->files, summary, bunch, made, outcome->content, &row);
-            point.rowId = row;
-            return ok;
-        };
-        if (attempt(outcome->planResult, message, keepsPoint)) {
-            outcome->recorded = true;
-            outcome->runId = run.id;
-            outcome->pointRowId = keepsPoint ? point.rowId : 0;
-            return;
-        }
-        error = database.lastError();
-        if (keepsPoint) {
-            // A restore point that could not be committed is a failed run,
-            // and says so.
-            outcome->planResult = PlanResult::Failed;
-            outcome->message = QStringLiteral("The restore point could not be recorded: %1").arg(error);
-            if (attempt(outcome->planResult, outcome->message, false)) {
-                outcome->recorded = true;
-                return;
-            }
-            error = database.lastError();
-        }
-    } else {
-        error = database.lastError();
-    }
-    outcome->planResult = PlanResult::Failed;
-    outcome->recordError = error.isEmpty() ? QStringLiteral("unknown") : error;
 }
 
 ProgressSink RunManager::reporter(const QUuid& planId)

@@ -65,8 +65,6 @@ private:
     QString prepareVerify(ActiveRun& active, Work* work);
     void launch(const QUuid& planId, std::function<RunOutcome(const std::atomic_bool&)> work);
     void finish(const QUuid& planId, const RunOutcome& outcome);
-    // On the worker: writes the run's end (and restore point) to the store.
-    static void record(const QString& storeFile, const ActiveRun& active, RunOutcome* outcome);
     void reportProgress(const QUuid& planId, const RunProgress& progress);
     // Hands a worker's figures to reportProgress for the plan.
     ProgressSink reporter(const QUuid& planId);
