@@ -145,16 +145,12 @@ private slots:
         QTest::newRow("unknown plan") << "PlanExecuteStart" << QJsonObject {{"ID", QUuid::createUuid().toString()}}
                                       << "There is no plan";
         QTest::newRow("id of wrong type") << "PlanRemove" << QJsonObject {{"ID", 42}} << "\"ID\"";
-        QTest::newRow("missing xml") << "CommonPlanEdit" << QJsonObject {{"ID", QUuid::createUuid().toString()}}
-                                     << "\"planXML\"";
         QTest::newRow("xml that is no plan")
             << "CommonPlanEdit" << QJsonObject {{"planXML", "<nothing/>"}} << "cannot be read";
         QTest::newRow("unknown account") << "StorageDeleteFileSystem"
                                          << QJsonObject {{"ID", QUuid::createUuid().toString()}}
                                          << "No storage account";
         QTest::newRow("bad period") << "HistoryListByPlan" << QJsonObject {{"period", "Yesterday"}} << "Yesterday";
-        QTest::newRow("bad history plan")
-            << "HistoryListByFiles" << QJsonObject {{"planId", "nonsense"}} << "\"planId\"";
         QTest::newRow("no snapshot driver") << "SnapshotInstall" << QJsonObject {{"type", 1}} << "not available";
     }
 
