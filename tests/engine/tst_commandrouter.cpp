@@ -7,7 +7,6 @@
 #include "core/engine.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/restorefile.h"
-#include "schedule/scheduler.h"
 #include "server/notifier.h"
 #include "service/notification/format.h"
 #include "service/v2/commands/plan/getbackupplanlist.h"
@@ -93,13 +92,10 @@ private slots:
         };
         // Casting these to an integer is undefined; they are refused by name.
         QCOMPARE(error("HistoryListByPlan", {{"lastID", 1e300}}), QStringLiteral("The argument \"lastID\" is out of range"));
-        QCOMPARE(error("HistoryListByPlan", {{"lastID", -5}}), QStringLiteral("The argument \"lastID\" is out of range"));
         QCOMPARE(error("HistoryListByFiles", {{"lastId", "99999999999999999999"}}),
                  QStringLiteral("The argument \"lastId\" is not a number"));
         QCOMPARE(error("HistoryListByFiles", {{"lastId", 2.5}}),
                  QStringLiteral("The argument \"lastId\" is not a whole number"));
-        QCOMPARE(error("HistoryListByFiles", {{"filterOperationType", -1e19}}),
-                 QStringLiteral("The argument \"filterOperationType\" is out of range"));
         QCOMPARE(error("SaveStorage", {{"ID", QUuid::createUuid().toString()}, {"displayName", "Disk"},
                                        {"type", 4294967297.0}, {"params", QJsonObject()}}),
                  QStringLiteral("The argument \"type\" is out of range"));
@@ -226,47 +222,6 @@ private slots:
             ids << plan.toObject().value("id").toString();
         QVERIFY(ids.contains(backupId.toString()));
         QVERIFY(!ids.contains(restoreId.toString()));
-    }
-
-    void shouldCatchUpMissedRunOnlyWhenAsked_data()
-    {
-        QTest::addColumn<bool>("runMissed");
-        QTest::newRow("runs missed plans") << true;
-        QTest::newRow("leaves missed plans") << false;
-    }
-
-    void shouldCatchUpMissedRunOnlyWhenAsked()
-    {
-        QFETCH(bool, runMissed);
-        NVB::Info::Plan::BackupFile plan;
-        plan.setId(QUuid::createUuid());
-        plan.setName(QStringLiteral("Nightly"));
-        plan.setRunMissedPlan(runMissed);
-        plan.schedule().setEnable(true);
-        plan.schedule().setType(NVB::Info::Plan::Schedule::Recurring);
-        plan.schedule().setFrequencyType(NVB::Info::Plan::Schedule::Daily);
-        plan.schedule().setDailyRecurrence(false);
-        plan.schedule().setOccursAt(QTime(2, 0));
-        StoredPlan stored;
-        stored.id = plan.id();
-        stored.name = plan.name();
-        stored.xml = plan.toXml();
-        // Last seen two days ago: at least one nightly run fell in between.
-        stored.lastScheduledUtc = QDateTime::currentDateTimeUtc().addDays(-2);
-        QVERIFY(m_store.savePlan(stored));
-
-        Scheduler scheduler(&m_store);
-        QSignalSpy due(&scheduler, &Scheduler::due);
-        scheduler.reload(true);
-        QVERIFY(scheduler.nextRun(plan.id()).isValid());
-        QVERIFY(scheduler.nextRun(plan.id()) > QDateTime::currentDateTimeUtc());
-        QTest::qWait(50);
-        QCOMPARE(due.count(), runMissed ? 1 : 0);
-        // Seen now: a second start finds nothing missed.
-        due.clear();
-        scheduler.reload(true);
-        QTest::qWait(50);
-        QCOMPARE(due.count(), 0);
     }
 };
 

@@ -5,18 +5,15 @@
 
 #include <memory>
 
-#include "engineprocess.h"
+#include "enginesession.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/planresult.h"
 #include "runs/filerestorejob.h"
-#include "service/connectionmanager.h"
 #include "store/enginestore.h"
-#include "synccommand.h"
 #include "testmain.h"
 
 using NVB::Info::Plan::PlanResult;
-using NvbTest::EngineProcess;
-using NvbTest::SyncCommand;
+using NvbTest::EngineSession;
 using namespace NVB::Engine;
 
 // A File System account on a small volume of its own that runs full in the
@@ -30,7 +27,7 @@ private:
     QString m_loop;
     QString m_mount;
     bool m_mounted = false;
-    std::unique_ptr<EngineProcess> m_engine;
+    std::unique_ptr<EngineSession> m_session;
 
     static bool runTool(const QString& program, const QStringList& arguments, QString* output = nullptr)
     {
@@ -46,41 +43,9 @@ private:
         return true;
     }
 
-    static bool connected()
+    QString message(const QUuid& plan) const
     {
-        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
-        return connection && connection->isLocalManagmentConnected();
-    }
-
-    static QByteArray writeFile(const QString& path, int size, char fill)
-    {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        const QByteArray data(size, fill);
-        if (!file.open(QIODevice::WriteOnly) || file.write(data) != size)
-            return {};
-        return data;
-    }
-
-    int runPlan(const QUuid& plan, QString* message)
-    {
-        const auto started
-            = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
-        if (started.isError)
-            return -1;
-        QJsonObject info;
-        const bool ended = QTest::qWaitFor(
-            [&] {
-                info = SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.toString()}})
-                           .data.value(QStringLiteral("planInfo"))
-                           .toObject();
-                return info.value(QStringLiteral("Status")).toInt() == 2;
-            },
-            60000);
-        if (!ended)
-            return -1;
-        *message = info.value(QStringLiteral("LastRunMessage")).toString();
-        return info.value(QStringLiteral("LastRunStatus")).toInt();
+        return m_session->info(plan).value(QStringLiteral("LastRunMessage")).toString();
     }
 
 private slots:
@@ -101,9 +66,9 @@ private slots:
 
     void cleanupTestCase()
     {
-        if (m_engine)
-            m_engine->stop();
-        m_engine.reset();
+        if (m_session)
+            m_session->stop();
+        m_session.reset();
         if (m_mounted)
             runTool(QStringLiteral("umount"), {m_mount});
         if (!m_loop.isEmpty())
@@ -112,19 +77,11 @@ private slots:
 
     void shouldFailCleanlyWhenTheStorageRunsFull()
     {
-        QTemporaryDir home;
         QTemporaryDir source;
-        qputenv("NVB_ENGINE_SOCKET", (home.path() + QStringLiteral("/run/engine.sock")).toUtf8());
-        m_engine = std::make_unique<EngineProcess>(home.path());
-        QVERIFY2(m_engine->start(), m_engine->output().constData());
-        QVERIFY(QTest::qWaitFor(connected, 10000));
-
+        m_session = std::make_unique<EngineSession>();
+        QVERIFY2(m_session->start(), qPrintable(m_session->error()));
         const QUuid account = QUuid::createUuid();
-        QVERIFY(!SyncCommand::run(QStringLiteral("SaveStorage"),
-            {{QStringLiteral("ID"), account.toString()}, {QStringLiteral("displayName"), QStringLiteral("Small drive")},
-                {QStringLiteral("type"), 1}, {QStringLiteral("prefix"), QStringLiteral("full")},
-                {QStringLiteral("params"), QJsonObject {{QStringLiteral("Path"), m_mount + QLatin1Char('/')}}}})
-                     .isError);
+        QVERIFY(m_session->saveDiskAccount(account, m_mount, QStringLiteral("full")));
         NVB::Info::Plan::BackupFile plan;
         plan.setIsArchive(false); // checks the legacy layout on the storage
         plan.setId(QUuid::createUuid());
@@ -132,25 +89,27 @@ private slots:
         plan.setStorage(account);
         plan.setItems({source.path()});
         plan.setUseCompression(false);
-        QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
-                     .isError);
+        QVERIFY(m_session->savePlan(plan.id(), plan.toXml()));
 
         QMap<QString, QByteArray> first;
         for (int i = 0; i < 8; ++i) {
             const QString path = source.filePath(QStringLiteral("first/%1.bin").arg(i));
-            first.insert(path, writeFile(path, 1 << 20, char('a' + i)));
+            first.insert(path, QByteArray(1 << 20, char('a' + i)));
+            QVERIFY(EngineSession::write(path, first.value(path)));
         }
-        QString message;
-        QCOMPARE(runPlan(plan.id(), &message), int(PlanResult::Success));
+        QVERIFY(m_session->run(plan.id()));
+        QCOMPARE(m_session->lastStatus(plan.id()), int(PlanResult::Success));
         const qint64 freeAfterFirst = QStorageInfo(m_mount).bytesAvailable();
 
         // Far more than the volume holds, the first files of which fit.
         for (int i = 0; i < 90; ++i)
-            QVERIFY(!writeFile(source.filePath(QStringLiteral("second/%1.bin").arg(i)), 1 << 20, 'z').isEmpty());
-        QCOMPARE(runPlan(plan.id(), &message), int(PlanResult::Failed));
-        QVERIFY2(message.contains(QStringLiteral("No space left")), qPrintable(message));
-        QVERIFY2(message.contains(QStringLiteral("storage")), qPrintable(message));
+            QVERIFY(EngineSession::write(
+                source.filePath(QStringLiteral("second/%1.bin").arg(i)), QByteArray(1 << 20, 'z')));
+        QVERIFY(m_session->run(plan.id()));
+        QCOMPARE(m_session->lastStatus(plan.id()), int(PlanResult::Failed));
+        const QString failure = message(plan.id());
+        QVERIFY2(failure.contains(QStringLiteral("No space left")) && failure.contains(QStringLiteral("storage")),
+            qPrintable(failure));
 
         // The failed run left nothing: no temporary object, no copies that
         // no restore point names, so the space is back.
@@ -164,7 +123,7 @@ private slots:
 
         // The earlier point is listed alone and restores as it was.
         EngineStore store;
-        QVERIFY(store.open(m_engine->dataDirectory() + QStringLiteral("/nvbackup.db")));
+        QVERIFY(store.open(m_session->engine().dataDirectory() + QStringLiteral("/nvbackup.db")));
         const auto points = store.restorePoints(account, plan.id());
         QCOMPARE(points.size(), 1);
         FileRestoreJob::Parameters parameters;
@@ -174,11 +133,7 @@ private slots:
         parameters.destination = target.path();
         std::atomic_bool stop {false};
         QCOMPARE(FileRestoreJob(parameters).run(stop, {}).planResult, int(PlanResult::Success));
-        for (auto it = first.cbegin(); it != first.cend(); ++it) {
-            QFile file(target.path() + it.key());
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QCOMPARE(file.readAll(), it.value());
-        }
+        QCOMPARE(EngineSession::tree(target.path()), first);
     }
 };
 

@@ -1,22 +1,17 @@
 #include <QDirIterator>
 #include <QJsonArray>
-#include <QSignalSpy>
 #include <QtTest>
 
-#include "engineprocess.h"
+#include "enginesession.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/planresult.h"
 #include "records/plan/restorefile.h"
-#include "service/connectionmanager.h"
-#include "service/notification/format.h"
-#include "service/notificationcenter.h"
 #include "synccommand.h"
 #include "testmain.h"
 
 using NVB::Info::Plan::PlanResult;
-using NvbTest::EngineProcess;
+using NvbTest::EngineSession;
 using NvbTest::SyncCommand;
-namespace Format = NVB::Common::Communication::Notification::Format;
 
 namespace {
 
@@ -31,52 +26,26 @@ class TestEnginePlanOptions : public QObject
     Q_OBJECT
 
 private:
-    EngineProcess* m_engine = nullptr;
+    EngineSession m_session;
     QTemporaryDir m_source;
-    QTemporaryDir m_storage;
-    QUuid m_account = QUuid::createUuid();
-    QList<QJsonObject> m_notifications;
 
-    bool waitForState(const QUuid& plan, int state)
-    {
-        return QTest::qWaitFor(
-            [&] {
-                for (const QJsonObject& note : std::as_const(m_notifications)) {
-                    const QJsonObject message = note.value(QLatin1String(Format::Header::Message)).toObject();
-                    if (QUuid(note.value(QLatin1String(Format::Header::Type)).toString())
-                            == Format::Plan::StateChange::Type
-                        && QUuid(message.value(QStringLiteral("id")).toString()) == plan
-                        && message.value(QStringLiteral("state")).toInt() == state)
-                        return true;
-                }
-                return false;
-            },
-            60000);
-    }
-
-    bool save(const NVB::Info::Plan::Base& plan)
-    {
-        const auto reply = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}});
-        return reply.answered && !reply.isError;
-    }
-
+    bool save(const NVB::Info::Plan::Base& plan) { return m_session.savePlan(plan.id(), plan.toXml()); }
     bool run(const QUuid& plan, bool forceFull = false, bool verify = false)
     {
-        m_notifications.clear();
-        QJsonObject params {{QStringLiteral("ID"), plan.toString()}};
-        if (forceFull)
-            params.insert(QStringLiteral("force_full"), true);
-        if (verify)
-            params.insert(QStringLiteral("verify"), true);
-        const auto reply = SyncCommand::run(QStringLiteral("PlanExecuteStart"), params);
-        return reply.answered && !reply.isError && waitForState(plan, 2);
+        return m_session.run(plan, forceFull, verify);
     }
+    int status(const QUuid& plan) { return m_session.lastStatus(plan); }
+    QString message(const QUuid& plan)
+    {
+        return m_session.info(plan).value(QStringLiteral("LastRunMessage")).toString();
+    }
+    static void write(const QString& path, const QByteArray& data) { QVERIFY(EngineSession::write(path, data)); }
+    static QMap<QString, QByteArray> tree(const QString& root) { return EngineSession::tree(root); }
 
-    // Bytes of every object a plan's runs stored, by "generation/sequence".
+    // Objects below the plan's folder, as "generation/sequence" -> bytes.
     QMap<QString, qint64> storedRuns(const QUuid& plan) const
     {
-        const QString folder = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces);
+        const QString folder = m_session.planFolder(plan);
         QMap<QString, qint64> runs;
         QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
         while (it.hasNext()) {
@@ -84,6 +53,18 @@ private:
             runs[it.filePath().mid(folder.size() + 1).section(QLatin1Char('/'), 0, 1)] += it.fileInfo().size();
         }
         return runs;
+    }
+
+    // Source paths of the files the plan's runs stored.
+    QStringList storedSources(const QUuid& plan) const
+    {
+        const QString folder = m_session.planFolder(plan);
+        QStringList files;
+        QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (it.hasNext())
+            files << QLatin1Char('/') + it.next().mid(folder.size() + 1).section(QLatin1Char('/'), 2);
+        files.sort();
+        return files;
     }
 
     static QByteArray randomBytes(int size)
@@ -102,69 +83,45 @@ private:
         QCOMPARE(file.write(data), qint64(data.size()));
     }
 
-    NVB::Info::Plan::BackupFile blockPlan(const QString& source, const QString& name)
+    static bool sameFile(const QString& a, const QString& b)
+    {
+        QFile left(a);
+        QFile right(b);
+        return left.open(QIODevice::ReadOnly) && right.open(QIODevice::ReadOnly) && left.readAll() == right.readAll();
+    }
+
+    NVB::Info::Plan::BackupFile plan(const QStringList& items, const QString& name, bool blocks = true)
     {
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
         plan.setName(name);
+        // Filters, in-use files, encryption and block uploads are the legacy
+        // format's.
         plan.setIsArchive(false);
-        plan.setStorage(m_account);
-        plan.setItems({source});
+        plan.setStorage(m_session.account());
+        plan.setItems(items);
         plan.setUseCompression(false);
-        plan.setUseDifferentialUpload(true);
-        plan.setDifferentialBlockSize(64 * 1024);
+        if (blocks) {
+            plan.setUseDifferentialUpload(true);
+            plan.setDifferentialBlockSize(64 * 1024);
+        }
         return plan;
     }
 
-    QDateTime lastStart(const QUuid& plan)
+    QList<QDateTime> runStarts(const QUuid& plan)
     {
         const QJsonArray runs = SyncCommand::run(
             QStringLiteral("HistoryListByPlan"), {{QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces)}})
                                     .data.value(QStringLiteral("HistoryListByPlan"))
                                     .toArray();
-        QDateTime start = QDateTime::fromString(
-            runs.first().toObject().value(QStringLiteral("StartTimeUTC")).toString(), QStringLiteral("yyyyMMddhhmmss"));
-        start.setTimeSpec(Qt::UTC);
-        return start;
-    }
-
-    QJsonObject info(const QUuid& plan)
-    {
-        return SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.toString()}})
-            .data.value(QStringLiteral("planInfo"))
-            .toObject();
-    }
-
-    static QMap<QString, QByteArray> tree(const QString& root)
-    {
-        QMap<QString, QByteArray> files;
-        QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            QFile file(it.next());
-            if (file.open(QIODevice::ReadOnly))
-                files.insert(it.filePath().mid(root.size()), file.readAll());
+        QList<QDateTime> starts; // newest first
+        for (const QJsonValue& run : runs) {
+            QDateTime start = QDateTime::fromString(
+                run.toObject().value(QStringLiteral("StartTimeUTC")).toString(), QStringLiteral("yyyyMMddhhmmss"));
+            start.setTimeSpec(Qt::UTC);
+            starts << start;
         }
-        return files;
-    }
-
-    // Source paths of the files the plan's latest run stored.
-    QStringList storedSources(const QUuid& plan) const
-    {
-        const QString folder = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces);
-        QStringList files;
-        QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        while (it.hasNext())
-            files << QLatin1Char('/') + it.next().mid(folder.size() + 1).section(QLatin1Char('/'), 2);
-        files.sort();
-        return files;
-    }
-
-    static void write(const QString& path, const QByteArray& data)
-    {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(data);
+        return starts;
     }
 
     QUuid restore(const QUuid& backup, const QString& password, const QString& target, const QDateTime& at = {})
@@ -172,7 +129,7 @@ private:
         NVB::Info::Plan::RestoreFile plan;
         plan.setId(QUuid::createUuid());
         plan.setName(QStringLiteral("Back"));
-        plan.setStorage(m_account);
+        plan.setStorage(m_session.account());
         plan.setRestorePoint(QStringLiteral("NVB_Archive\\%1\\latest").arg(backup.toString(QUuid::WithoutBraces)));
         plan.setDestination(target);
         plan.setRestoreToOriginalLocation(false);
@@ -187,40 +144,15 @@ private:
 private slots:
     void initTestCase()
     {
-        m_engine = new EngineProcess;
-        QVERIFY2(m_engine->start(), m_engine->output().constData());
-        m_engine->exportSocketPath();
-        connect(NVB::Common::Communication::NotificationCenter::instance(),
-            &NVB::Common::Communication::NotificationCenter::notification, this,
-            [this](const QJsonDocument& document) { m_notifications.append(document.object()); });
-        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
-        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
-        const auto saved = SyncCommand::run(QStringLiteral("SaveStorage"),
-            {{QStringLiteral("ID"), m_account.toString()}, {QStringLiteral("displayName"), QStringLiteral("Disk")},
-                {QStringLiteral("type"), 1}, {QStringLiteral("prefix"), QStringLiteral("tester")},
-                {QStringLiteral("params"),
-                    QJsonObject {{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
-        QVERIFY2(saved.answered && !saved.isError, qPrintable(saved.errorString));
-
-        QDir(m_source.path()).mkpath(QStringLiteral("letters/old"));
+        QVERIFY2(m_session.start(), qPrintable(m_session.error()));
         QByteArray text;
         for (int i = 0; i < 4000; ++i)
             text += Sentence + ' ' + QByteArray::number(i) + '\n';
-        QFile big(m_source.filePath(QStringLiteral("letters/long.txt")));
-        QVERIFY(big.open(QIODevice::WriteOnly));
-        big.write(text);
-        big.close();
-        QFile small(m_source.filePath(QStringLiteral("letters/old/note.txt")));
-        QVERIFY(small.open(QIODevice::WriteOnly));
-        small.write(Sentence);
+        write(m_source.filePath(QStringLiteral("letters/long.txt")), text);
+        write(m_source.filePath(QStringLiteral("letters/old/note.txt")), Sentence);
     }
 
-    void cleanupTestCase()
-    {
-        if (m_engine)
-            QVERIFY(m_engine->stop());
-        delete m_engine;
-    }
+    void cleanupTestCase() { QVERIFY(m_session.stop()); }
 
     void shouldStoreExactlyWhatTheFiltersTake()
     {
@@ -233,26 +165,16 @@ private slots:
         QFile busy(root + QStringLiteral("/busy.txt"));
         QVERIFY(busy.open(QIODevice::Append));
 
-        NVB::Info::Plan::BackupFile plan;
-        plan.setId(QUuid::createUuid());
-        plan.setName(QStringLiteral("Filtered"));
-        // Filters, in-use files and encryption are the legacy format's.
-        plan.setIsArchive(false);
-        plan.setStorage(m_account);
-        plan.setItems({root});
-        plan.setUseCompression(false);
+        NVB::Info::Plan::BackupFile plan = this->plan({root}, QStringLiteral("Filtered"), false);
         plan.setFilterType(NVB::Info::Plan::BackupFile::OnlyListed);
         // As the wizard writes it: blanks kept around the patterns.
         plan.setFilter({QStringLiteral("*.txt"), QStringLiteral(" *.md")});
         plan.setExcludeFolderList({QStringLiteral("tmp"), QStringLiteral(" cache*")});
         plan.setExcludeSystemAndHidden(true);
         plan.setSkipInUseFiles(true);
-        QVERIFY(save(plan));
-        QVERIFY(run(plan.id()));
-        const QJsonObject summary = info(plan.id());
-        QCOMPARE(summary.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Warning));
-        QVERIFY2(summary.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("in use")),
-            qPrintable(summary.value(QStringLiteral("LastRunMessage")).toString()));
+        QVERIFY(save(plan) && run(plan.id()));
+        QCOMPARE(status(plan.id()), int(PlanResult::Warning));
+        QVERIFY2(message(plan.id()).contains(QStringLiteral("in use")), qPrintable(message(plan.id())));
         QCOMPARE(storedSources(plan.id()),
             (QStringList {root + QStringLiteral("/Readme.MD"), root + QStringLiteral("/docs/deep.txt"),
                 root + QStringLiteral("/keep.txt")}));
@@ -260,7 +182,7 @@ private slots:
         // Closed, it is taken by the next run.
         busy.close();
         QVERIFY(run(plan.id()));
-        QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        QCOMPARE(status(plan.id()), int(PlanResult::Success));
         QVERIFY(storedSources(plan.id()).contains(root + QStringLiteral("/busy.txt")));
     }
 
@@ -268,12 +190,7 @@ private slots:
     {
         QTemporaryDir source;
         const QString file = source.path() + QStringLiteral("/diary.txt");
-        NVB::Info::Plan::BackupFile plan;
-        plan.setId(QUuid::createUuid());
-        plan.setIsArchive(false);
-        plan.setName(QStringLiteral("Versions"));
-        plan.setStorage(m_account);
-        plan.setItems({source.path()});
+        NVB::Info::Plan::BackupFile plan = this->plan({source.path()}, QStringLiteral("Versions"), false);
         plan.retentionPolicy().setType(NVB::Info::Plan::BackupRetentionPolicy::Custom);
         plan.retentionPolicy().setUseKeepVersion(true);
         plan.retentionPolicy().setKeepVersion(2);
@@ -281,32 +198,19 @@ private slots:
         for (int day = 1; day <= 4; ++day) {
             write(file, "entry of day " + QByteArray::number(day));
             QVERIFY(run(plan.id()));
-            QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+            QCOMPARE(status(plan.id()), int(PlanResult::Success));
             QTest::qWait(1100); // points a second apart, to restore each by its time
         }
         // Two versions stay; the points that named only older ones are gone.
         QCOMPARE(storedSources(plan.id()), (QStringList {file, file}));
-        const QJsonArray runs = SyncCommand::run(
-            QStringLiteral("HistoryListByPlan"), {{QStringLiteral("planID"), plan.id().toString(QUuid::WithoutBraces)}})
-                                    .data.value(QStringLiteral("HistoryListByPlan"))
-                                    .toArray();
-        QCOMPARE(runs.size(), 4); // newest first
+        const QList<QDateTime> starts = runStarts(plan.id());
+        QCOMPARE(starts.size(), 4);
         for (int day : {4, 3, 1}) {
-            QDateTime start
-                = QDateTime::fromString(runs.at(4 - day).toObject().value(QStringLiteral("StartTimeUTC")).toString(),
-                    QStringLiteral("yyyyMMddhhmmss"));
-            start.setTimeSpec(Qt::UTC);
             QTemporaryDir target;
-            const QUuid back = restore(plan.id(), QString(), target.path(), start);
-            const QJsonObject result = info(back);
-            if (day == 1) {
-                QCOMPARE(result.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
-                continue;
-            }
-            QCOMPARE(result.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
-            QFile restored(target.path() + file);
-            QVERIFY(restored.open(QIODevice::ReadOnly));
-            QCOMPARE(restored.readAll(), "entry of day " + QByteArray::number(day));
+            const QUuid back = restore(plan.id(), QString(), target.path(), starts.at(4 - day));
+            QCOMPARE(status(back), int(day == 1 ? PlanResult::Failed : PlanResult::Success));
+            if (day != 1)
+                QCOMPARE(tree(target.path()).value(file), "entry of day " + QByteArray::number(day));
         }
     }
 
@@ -322,25 +226,18 @@ private slots:
     {
         QFETCH(bool, compress);
         QFETCH(int, type);
-        NVB::Info::Plan::BackupFile plan;
-        plan.setId(QUuid::createUuid());
-        plan.setName(QStringLiteral("Secret letters"));
-        plan.setIsArchive(false);
-        plan.setStorage(m_account);
-        plan.setItems({m_source.path()});
+        NVB::Info::Plan::BackupFile plan = this->plan({m_source.path()}, QStringLiteral("Secret letters"), false);
         plan.setUseCompression(compress);
         plan.encryption().setEnabled(true);
         plan.encryption().setEncryptionType(NVB::Info::Plan::BackupEncyption::Type(type));
         plan.encryption().setPassword(QStringLiteral("s3cret"));
-        QVERIFY(save(plan));
-        QVERIFY(run(plan.id()));
-        QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        QVERIFY(save(plan) && run(plan.id()));
+        QCOMPARE(status(plan.id()), int(PlanResult::Success));
 
-        const QMap<QString, QByteArray> stored = tree(m_storage.path());
+        const QMap<QString, QByteArray> stored = tree(m_session.storagePath());
         QVERIFY(!stored.isEmpty());
         for (auto it = stored.cbegin(); it != stored.cend(); ++it) {
-            QVERIFY2(!it.value().contains(Sentence.left(20)), qPrintable(it.key()));
-            QVERIFY2(!it.value().contains("s3cret"), qPrintable(it.key()));
+            QVERIFY2(!it.value().contains(Sentence.left(20)) && !it.value().contains("s3cret"), qPrintable(it.key()));
             QVERIFY2(!it.key().contains(QStringLiteral("letters")) && !it.key().contains(QStringLiteral("note")),
                 qPrintable(it.key()));
         }
@@ -350,30 +247,23 @@ private slots:
         write(m_source.filePath(QStringLiteral("letters/old/note.txt")), Sentence + " Again.");
         QVERIFY(run(plan.id()));
         QSet<QByteArray> salts;
-        const QMap<QString, QByteArray> objects = tree(m_storage.path());
-        for (auto it = objects.cbegin(); it != objects.cend(); ++it) {
-            if (it.key().contains(plan.id().toString(QUuid::WithoutBraces)) && it.value().startsWith("NVBC"))
-                salts.insert(it.value().mid(12, 16));
+        const QMap<QString, QByteArray> objects = tree(m_session.planFolder(plan.id()));
+        for (const QByteArray& object : objects) {
+            if (object.startsWith("NVBC"))
+                salts.insert(object.mid(12, 16));
         }
         QCOMPARE(salts.size(), 1);
 
         QTemporaryDir wrong;
         const QUuid refused = restore(plan.id(), QStringLiteral("guess"), wrong.path());
         QVERIFY(!refused.isNull());
-        const QJsonObject failed = info(refused);
-        QCOMPARE(failed.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
-        QVERIFY2(failed.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("wrong password")),
-            qPrintable(failed.value(QStringLiteral("LastRunMessage")).toString()));
+        QCOMPARE(status(refused), int(PlanResult::Failed));
+        QVERIFY2(message(refused).contains(QStringLiteral("wrong password")), qPrintable(message(refused)));
         QVERIFY(QDir(wrong.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
 
         QTemporaryDir right;
-        const QUuid restored = restore(plan.id(), QStringLiteral("s3cret"), right.path());
-        QCOMPARE(info(restored).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
-        QMap<QString, QByteArray> back;
-        const QMap<QString, QByteArray> all = tree(right.path());
-        for (auto it = all.cbegin(); it != all.cend(); ++it)
-            back.insert(it.key().mid(m_source.path().size()), it.value());
-        QCOMPARE(back, tree(m_source.path()));
+        QCOMPARE(status(restore(plan.id(), QStringLiteral("s3cret"), right.path())), int(PlanResult::Success));
+        QCOMPARE(tree(right.path() + m_source.path()), tree(m_source.path()));
     }
 
     void shouldStoreOnlyChangedBlocksAndRestoreEveryPoint_data()
@@ -390,7 +280,7 @@ private slots:
         const QString file = source.path() + QStringLiteral("/disk.img");
         write(file, randomBytes(32 << 20));
         write(source.path() + QStringLiteral("/small.txt"), Sentence);
-        NVB::Info::Plan::BackupFile plan = blockPlan(source.path(), QStringLiteral("Blocks"));
+        NVB::Info::Plan::BackupFile plan = this->plan({source.path()}, QStringLiteral("Blocks"));
         plan.setUseCompression(sealed);
         plan.encryption().setEnabled(sealed);
         plan.encryption().setEncryptionType(NVB::Info::Plan::BackupEncyption::AES256);
@@ -398,7 +288,7 @@ private slots:
         QVERIFY(save(plan));
         const QString password = sealed ? QStringLiteral("s3cret") : QString();
 
-        QList<QPair<QDateTime, QByteArray>> points;
+        QList<QByteArray> points;
         // 192 KiB overwritten in the middle, then 4 KiB near the start: each
         // increment holds every block changed since the full version.
         const QList<QPair<qint64, int>> changes {{-1, 0}, {(9 << 20) + 100, 192 << 10}, {4096 * 3, 4096}};
@@ -406,10 +296,8 @@ private slots:
             if (offset >= 0)
                 overwrite(file, offset, randomBytes(size + 4).mid(4));
             QVERIFY(run(plan.id()));
-            QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
-            QFile content(file);
-            QVERIFY(content.open(QIODevice::ReadOnly));
-            points.append({lastStart(plan.id()), content.readAll()});
+            QCOMPARE(status(plan.id()), int(PlanResult::Success));
+            points.prepend(tree(source.path()).value(QStringLiteral("/disk.img")));
             QTest::qWait(1100);
         }
         const QList<qint64> stored = storedRuns(plan.id()).values();
@@ -419,16 +307,15 @@ private slots:
         QVERIFY2(stored.at(1) >= (192 << 10) && stored.at(1) <= (320 << 10), qPrintable(QString::number(stored.at(1))));
         QVERIFY2(stored.at(2) >= (192 << 10) && stored.at(2) <= (384 << 10), qPrintable(QString::number(stored.at(2))));
 
-        for (const auto& [start, data] : std::as_const(points)) {
+        const QList<QDateTime> starts = runStarts(plan.id());
+        QCOMPARE(starts.size(), points.size());
+        for (int i = 0; i < points.size(); ++i) {
             QTemporaryDir target;
-            const QUuid back = restore(plan.id(), password, target.path(), start);
-            QCOMPARE(info(back).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
-            QFile restored(target.path() + file);
-            QVERIFY(restored.open(QIODevice::ReadOnly));
-            QVERIFY(restored.readAll() == data);
+            QCOMPARE(status(restore(plan.id(), password, target.path(), starts.at(i))), int(PlanResult::Success));
+            QVERIFY(tree(target.path()).value(file) == points.at(i));
         }
         QVERIFY(run(plan.id(), false, true));
-        QCOMPARE(info(plan.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
+        QCOMPARE(status(plan.id()), int(PlanResult::Success));
     }
 
     void shouldStoreAFullVersionAboveTheShareOrOnTheFullSchedule()
@@ -436,7 +323,7 @@ private slots:
         QTemporaryDir source;
         const QString file = source.path() + QStringLiteral("/video.bin");
         write(file, randomBytes(4 << 20));
-        NVB::Info::Plan::BackupFile plan = blockPlan(source.path(), QStringLiteral("Fulls"));
+        NVB::Info::Plan::BackupFile plan = this->plan({source.path()}, QStringLiteral("Fulls"));
         plan.setForceFullDiffSizeConditionEnable(true);
         plan.setForceFullDiffSizeCondition(50);
         QVERIFY(save(plan));
@@ -479,7 +366,7 @@ private slots:
         QTemporaryDir source;
         const QString file = source.path() + QStringLiteral("/base.db");
         write(file, randomBytes(2 << 20));
-        NVB::Info::Plan::BackupFile plan = blockPlan(source.path(), QStringLiteral("Kept"));
+        NVB::Info::Plan::BackupFile plan = this->plan({source.path()}, QStringLiteral("Kept"));
         plan.retentionPolicy().setType(NVB::Info::Plan::BackupRetentionPolicy::Custom);
         plan.retentionPolicy().setUseKeepVersion(true);
         plan.retentionPolicy().setKeepVersion(1);
@@ -493,12 +380,8 @@ private slots:
         QCOMPARE(runs.size(), 2);
         QCOMPARE(runs.first(), qint64(2 << 20));
         QTemporaryDir target;
-        QCOMPARE(info(restore(plan.id(), QString(), target.path())).value(QStringLiteral("LastRunStatus")).toInt(),
-            int(PlanResult::Success));
-        QFile restored(target.path() + file);
-        QFile original(file);
-        QVERIFY(restored.open(QIODevice::ReadOnly) && original.open(QIODevice::ReadOnly));
-        QVERIFY(restored.readAll() == original.readAll());
+        QCOMPARE(status(restore(plan.id(), QString(), target.path())), int(PlanResult::Success));
+        QVERIFY(sameFile(target.path() + file, file));
 
         // A new full version frees the old one with its increment.
         QVERIFY(run(plan.id(), true));
@@ -513,34 +396,24 @@ private slots:
         const QStringList files {source.path() + QStringLiteral("/a.bin"), source.path() + QStringLiteral("/b.bin")};
         for (const QString& file : files)
             write(file, randomBytes(1 << 20) + file.toUtf8());
-        const NVB::Info::Plan::BackupFile plan = blockPlan(source.path(), QStringLiteral("Damaged"));
-        QVERIFY(save(plan));
-        QVERIFY(run(plan.id()));
+        const NVB::Info::Plan::BackupFile plan = this->plan({source.path()}, QStringLiteral("Damaged"));
+        QVERIFY(save(plan) && run(plan.id()));
         for (const QString& file : files)
             overwrite(file, 5000, "changed");
         QVERIFY(run(plan.id()));
-        const QString folder = m_storage.path() + QStringLiteral("/NVB_tester/")
-            + plan.id().toString(QUuid::WithoutBraces) + QLatin1Char('/') + storedRuns(plan.id()).lastKey();
-        QFile increment(folder + files.at(0));
-        QVERIFY(increment.open(QIODevice::ReadWrite));
-        QVERIFY(increment.seek(increment.size() / 2));
-        increment.write("garbage");
-        increment.close();
+        const QString increment
+            = m_session.planFolder(plan.id()) + QLatin1Char('/') + storedRuns(plan.id()).lastKey() + files.at(0);
+        overwrite(increment, QFileInfo(increment).size() / 2, "garbage");
 
         QTemporaryDir target;
-        const QJsonObject result = info(restore(plan.id(), QString(), target.path()));
-        QCOMPARE(result.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Warning));
-        QVERIFY2(result.value(QStringLiteral("LastRunMessage")).toString().contains(files.at(0)),
-            qPrintable(result.value(QStringLiteral("LastRunMessage")).toString()));
+        const QUuid back = restore(plan.id(), QString(), target.path());
+        QCOMPARE(status(back), int(PlanResult::Warning));
+        QVERIFY2(message(back).contains(files.at(0)), qPrintable(message(back)));
         QVERIFY(!QFile::exists(target.path() + files.at(0)));
-        QFile restored(target.path() + files.at(1));
-        QFile original(files.at(1));
-        QVERIFY(restored.open(QIODevice::ReadOnly) && original.open(QIODevice::ReadOnly));
-        QVERIFY(restored.readAll() == original.readAll());
+        QVERIFY(sameFile(target.path() + files.at(1), files.at(1)));
 
         QVERIFY(run(plan.id(), false, true));
-        const QString verdict = info(plan.id()).value(QStringLiteral("LastRunMessage")).toString();
-        QVERIFY2(verdict.contains(QStringLiteral("1 of 2")), qPrintable(verdict));
+        QVERIFY2(message(plan.id()).contains(QStringLiteral("1 of 2")), qPrintable(message(plan.id())));
     }
 };
 

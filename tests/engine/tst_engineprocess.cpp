@@ -3,22 +3,21 @@
 #include <functional>
 
 #include <QJsonArray>
-#include <QSignalSpy>
 #include <QtTest>
 
-#include "engineprocess.h"
+#include "enginesession.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/factory.h"
 #include "records/plan/planresult.h"
 #include "records/plan/restorefile.h"
 #include "service/connectionmanager.h"
 #include "service/notification/format.h"
-#include "service/notificationcenter.h"
 #include "synccommand.h"
 #include "testmain.h"
 
 using NVB::Info::Plan::PlanResult;
 using NvbTest::EngineProcess;
+using NvbTest::EngineSession;
 using NvbTest::SyncCommand;
 namespace Format = NVB::Common::Communication::Notification::Format;
 
@@ -28,19 +27,21 @@ class TestEngineProcess : public QObject
     Q_OBJECT
 
 private:
-    EngineProcess* m_engine = nullptr;
+    EngineSession m_session;
     QTemporaryDir m_source;
-    QTemporaryDir m_storage;
-    QUuid m_account = QUuid::createUuid();
-    QList<QJsonObject> m_notifications;
+    const QUuid m_account = m_session.account();
 
-    static void write(const QString& path, const QByteArray& data)
+    static void write(const QString& path, const QByteArray& data) { QVERIFY(EngineSession::write(path, data)); }
+    bool waitForState(const QUuid& plan, int state, int timeoutMs = 30000)
     {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(data);
+        return m_session.waitForState(plan, state, timeoutMs);
     }
+    bool run(const QUuid& plan, bool forceFull = false, bool verify = false)
+    {
+        return m_session.run(plan, forceFull, verify);
+    }
+    QJsonObject info(const QUuid& plan) { return m_session.info(plan); }
+    int notificationsOf(const QUuid& type) const { return m_session.notificationsOf(type); }
 
     bool waitForConnection()
     {
@@ -48,30 +49,10 @@ private:
         return QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000);
     }
 
-    // Waits for a StateChange of the plan to `state`.
-    bool waitForState(const QUuid& plan, int state, int timeoutMs = 30000)
+    // Starts a run without waiting for its end.
+    bool start(const QUuid& plan)
     {
-        return QTest::qWaitFor(
-            [&] {
-                for (const QJsonObject& note : std::as_const(m_notifications)) {
-                    const QJsonObject message = note.value(QLatin1String(Format::Header::Message)).toObject();
-                    if (QUuid(note.value(QLatin1String(Format::Header::Type)).toString())
-                            == Format::Plan::StateChange::Type
-                        && QUuid(message.value(QStringLiteral("id")).toString()) == plan
-                        && message.value(QStringLiteral("state")).toInt() == state)
-                        return true;
-                }
-                return false;
-            },
-            timeoutMs);
-    }
-
-    int notificationsOf(const QUuid& type) const
-    {
-        int count = 0;
-        for (const QJsonObject& note : m_notifications)
-            count += QUuid(note.value(QLatin1String(Format::Header::Type)).toString()) == type ? 1 : 0;
-        return count;
+        return !SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError;
     }
 
     QUuid savePlan(const QString& name, const QStringList& items,
@@ -86,29 +67,19 @@ private:
         plan.setUseCompression(false);
         if (tweak)
             tweak(plan);
-        const auto reply = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()},
-                {QStringLiteral("profile"), QStringLiteral("tester")}});
-        return reply.answered && !reply.isError ? plan.id() : QUuid();
+        return m_session.savePlan(plan.id(), plan.toXml()) ? plan.id() : QUuid();
     }
 
     // Every file below the plan's folder on the storage, relative to it.
     QStringList storedFiles(const QUuid& plan) const
     {
-        const QString folder = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces);
+        const QString folder = m_session.planFolder(plan);
         QStringList files;
         QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
         while (it.hasNext())
             files << it.next().mid(folder.size() + 1);
         files.sort();
         return files;
-    }
-
-    QJsonObject info(const QUuid& plan)
-    {
-        return SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.toString()}})
-            .data.value(QStringLiteral("planInfo"))
-            .toObject();
     }
 
     QJsonArray fileHistory(const QUuid& plan)
@@ -120,46 +91,23 @@ private:
             .toArray();
     }
 
-    bool run(const QUuid& plan, bool forceFull = false, bool verify = false)
+    QJsonArray runHistory(const QUuid& plan, const QJsonObject& extra = {})
     {
-        m_notifications.clear();
-        QJsonObject params {{QStringLiteral("ID"), plan.toString()}};
-        if (forceFull)
-            params.insert(QStringLiteral("force_full"), true);
-        if (verify)
-            params.insert(QStringLiteral("verify"), true);
-        const auto reply = SyncCommand::run(QStringLiteral("PlanExecuteStart"), params);
-        return reply.answered && !reply.isError && waitForState(plan, 2);
+        QJsonObject params = extra;
+        params.insert(QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces));
+        return SyncCommand::run(QStringLiteral("HistoryListByPlan"), params)
+            .data.value(QStringLiteral("HistoryListByPlan"))
+            .toArray();
     }
 
 private slots:
     void initTestCase()
     {
-        m_engine = new EngineProcess;
-        QVERIFY2(m_engine->start(), m_engine->output().constData());
-        m_engine->exportSocketPath();
-        connect(NVB::Common::Communication::NotificationCenter::instance(),
-            &NVB::Common::Communication::NotificationCenter::notification, this,
-            [this](const QJsonDocument& document) { m_notifications.append(document.object()); });
-        QVERIFY(waitForConnection());
-
-        const auto saved = SyncCommand::run(QStringLiteral("SaveStorage"),
-            {{QStringLiteral("ID"), m_account.toString()},
-                {QStringLiteral("displayName"), QStringLiteral("Local disk")}, {QStringLiteral("type"), 1},
-                {QStringLiteral("prefix"), QStringLiteral("tester")},
-                {QStringLiteral("params"),
-                    QJsonObject {{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
-        QVERIFY2(saved.answered && !saved.isError, qPrintable(saved.errorString));
-        QCOMPARE(saved.data.value(QStringLiteral("SaveStorage")).toString(), QStringLiteral("success"));
+        QVERIFY2(m_session.start(), qPrintable(m_session.error()));
         QVERIFY(QTest::qWaitFor([this] { return notificationsOf(Format::Storage::Add::Type) == 1; }));
     }
 
-    void cleanupTestCase()
-    {
-        if (m_engine)
-            QVERIFY(m_engine->stop());
-        delete m_engine;
-    }
+    void cleanupTestCase() { QVERIFY(m_session.stop()); }
 
     void shouldSaveListReadAndRemovePlans()
     {
@@ -174,10 +122,7 @@ private slots:
             names << entry.toObject().value(QStringLiteral("Name")).toString();
         QVERIFY(names.contains(QStringLiteral("Documents")));
 
-        const QJsonObject summary = info(plan);
-        QCOMPARE(summary.value(QStringLiteral("SubType")).toInt(), 1);
-        QCOMPARE(summary.value(QStringLiteral("Type")).toInt(), 0);
-        QCOMPARE(QUuid(summary.value(QStringLiteral("StorageId")).toString()), m_account);
+        QCOMPARE(QUuid(info(plan).value(QStringLiteral("StorageId")).toString()), m_account);
 
         const auto xml = SyncCommand::run(QStringLiteral("PlanGetXML"), {{QStringLiteral("ID"), plan.toString()}});
         const auto record = NVB::Info::Plan::Factory::create(xml.data.value(QStringLiteral("planXML")).toString());
@@ -200,16 +145,12 @@ private slots:
         QTest::newRow("unknown plan") << "PlanExecuteStart" << QJsonObject {{"ID", QUuid::createUuid().toString()}}
                                       << "There is no plan";
         QTest::newRow("id of wrong type") << "PlanRemove" << QJsonObject {{"ID", 42}} << "\"ID\"";
-        QTest::newRow("missing xml") << "CommonPlanEdit" << QJsonObject {{"ID", QUuid::createUuid().toString()}}
-                                     << "\"planXML\"";
         QTest::newRow("xml that is no plan")
             << "CommonPlanEdit" << QJsonObject {{"planXML", "<nothing/>"}} << "cannot be read";
         QTest::newRow("unknown account") << "StorageDeleteFileSystem"
                                          << QJsonObject {{"ID", QUuid::createUuid().toString()}}
                                          << "No storage account";
         QTest::newRow("bad period") << "HistoryListByPlan" << QJsonObject {{"period", "Yesterday"}} << "Yesterday";
-        QTest::newRow("bad history plan") << "HistoryListByFiles" << QJsonObject {{"planId", "nonsense"}}
-                                          << "\"planId\"";
         QTest::newRow("no snapshot driver") << "SnapshotInstall" << QJsonObject {{"type", 1}} << "not available";
     }
 
@@ -238,7 +179,7 @@ private slots:
         QVERIFY(run(plan));
 
         QList<QJsonObject> first, second;
-        for (const QJsonObject& note : std::as_const(m_notifications)) {
+        for (const QJsonObject& note : m_session.notifications()) {
             const QUuid type(note.value(QLatin1String(Format::Header::Type)).toString());
             const QJsonObject message = note.value(QLatin1String(Format::Header::Message)).toObject();
             if (type == Format::Worker::ReportProgress::Type)
@@ -279,12 +220,9 @@ private slots:
         QCOMPARE(info(plan).value(QStringLiteral("Status")).toInt(), 2);
         QVERIFY(notificationsOf(Format::Worker::ReportProgress::Type) >= 1);
         QVERIFY(QTest::qWaitFor([this] { return notificationsOf(Format::Storage::UpdateConnections::Type) >= 1; }));
-        const QString copy = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces);
         QStringList copied;
-        QDirIterator files(copy, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext())
-            copied << QFileInfo(files.next()).fileName();
-        copied.sort();
+        for (const QString& file : storedFiles(plan))
+            copied << QFileInfo(file).fileName();
         QCOMPARE(copied, (QStringList {QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
         QCOMPARE(fileHistory(plan).size(), 2);
 
@@ -297,13 +235,10 @@ private slots:
             m_source.filePath(QStringLiteral("inc/a.txt")));
         QCOMPARE(info(plan).value(QStringLiteral("LastUploadedCount")).toInt(), 1);
 
-        const auto runs = SyncCommand::run(QStringLiteral("HistoryListByPlan"),
-            {{QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces)},
-                {QStringLiteral("period"), QStringLiteral("DayLast")}, {QStringLiteral("generateCSV"), true}});
-        const QJsonArray history = runs.data.value(QStringLiteral("HistoryListByPlan")).toArray();
+        const QJsonArray history = runHistory(
+            plan, {{QStringLiteral("period"), QStringLiteral("DayLast")}, {QStringLiteral("generateCSV"), true}});
         QCOMPARE(history.size(), 2);
         QCOMPARE(history.first().toObject().value(QStringLiteral("Result")).toInt(), int(PlanResult::Success));
-        QCOMPARE(history.first().toObject().value(QStringLiteral("Operation")).toInt(), 0);
         QVERIFY(history.first()
                     .toObject()
                     .value(QStringLiteral("CSVLine"))
@@ -319,7 +254,6 @@ private slots:
         restore.setStorage(m_account);
         restore.setRestoreType(NVB::Info::Plan::Restore::PointInTime);
         const QString firstRun = history.last().toObject().value(QStringLiteral("StartTimeUTC")).toString();
-        restore.setPointInTime(QDateTime::fromString(firstRun, QStringLiteral("yyyyMMddhhmmss")).addSecs(0));
         restore.setRestorePoint(
             QStringLiteral("NVB_Archive\\%1\\%2").arg(plan.toString(QUuid::WithoutBraces), firstRun));
         QTemporaryDir target;
@@ -329,9 +263,7 @@ private slots:
         QDateTime point = QDateTime::fromString(firstRun, QStringLiteral("yyyyMMddhhmmss"));
         point.setTimeSpec(Qt::UTC);
         restore.setPointInTime(point);
-        const auto saved = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-            {{QStringLiteral("ID"), restore.id().toString()}, {QStringLiteral("planXML"), restore.toXml()}});
-        QVERIFY2(!saved.isError, qPrintable(saved.errorString));
+        QVERIFY(m_session.savePlan(restore.id(), restore.toXml()));
         QVERIFY(run(restore.id()));
         QCOMPARE(info(restore.id()).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
         QFile restored(target.path() + m_source.filePath(QStringLiteral("inc/a.txt")));
@@ -346,9 +278,7 @@ private slots:
         const auto b = std::find_if(
             stored.cbegin(), stored.cend(), [](const QString& file) { return file.endsWith(QLatin1String("/b.txt")); });
         QVERIFY(b != stored.cend());
-        const QString object = m_storage.path() + QStringLiteral("/NVB_tester/") + plan.toString(QUuid::WithoutBraces)
-            + QLatin1Char('/') + *b;
-        write(object, "BETA");
+        write(m_session.planFolder(plan) + QLatin1Char('/') + *b, "BETA");
         QVERIFY(run(plan, false, true));
         const QJsonObject verified = info(plan);
         QCOMPARE(verified.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
@@ -372,8 +302,8 @@ private slots:
             plan.setItems({bad});
             const auto saved = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
                 {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}});
-            QVERIFY(saved.isError);
-            QVERIFY2(saved.errorString.contains(QStringLiteral("refused")), qPrintable(saved.errorString));
+            QVERIFY2(
+                saved.isError && saved.errorString.contains(QStringLiteral("refused")), qPrintable(saved.errorString));
         }
 
         // An option that is not carried out fails the run, by name, and
@@ -399,7 +329,7 @@ private slots:
 
         // The account's folder must exist and carry the account's marker,
         // else a missing drive would fill the disk under its mount point.
-        const QString home = m_storage.path() + QStringLiteral("/NVB_tester");
+        const QString home = m_session.storagePath() + QStringLiteral("/NVB_tester");
         QVERIFY(QFile::exists(home + QStringLiteral("/.nvb-account")));
         QVERIFY(QDir().rename(home, home + QStringLiteral(".away")));
         const QUuid plan = savePlan(QStringLiteral("Marker"), items);
@@ -425,9 +355,7 @@ private slots:
         write(large, QByteArray());
         QVERIFY(::truncate(QFile::encodeName(large).constData(), qint64(16) << 30) == 0);
         const QUuid plan = savePlan(QStringLiteral("Many files"), {m_source.filePath(QStringLiteral("many"))});
-        m_notifications.clear();
-        QVERIFY(
-            !SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError);
+        QVERIFY(start(plan));
         const auto again
             = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
         QVERIFY(again.isError);
@@ -451,18 +379,10 @@ private slots:
             {{QStringLiteral("ID"), account.toString()}, {QStringLiteral("displayName"), QStringLiteral("Bucket")},
                 {QStringLiteral("type"), 3}, {QStringLiteral("params"), QJsonObject()}})
                      .isError);
-        NVB::Info::Plan::BackupFile plan;
-        plan.setIsArchive(false); // checks the legacy layout on the storage
-        plan.setId(QUuid::createUuid());
-        plan.setName(QStringLiteral("To the cloud"));
-        plan.setUseCompression(false);
-        plan.setStorage(account);
-        plan.setItems({m_source.path()});
-        QVERIFY(!SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()}})
-                     .isError);
-        QVERIFY(run(plan.id()));
-        const QJsonObject summary = info(plan.id());
+        const QUuid plan = savePlan(QStringLiteral("To the cloud"), {m_source.path()},
+            [account](NVB::Info::Plan::BackupFile& record) { record.setStorage(account); });
+        QVERIFY(run(plan));
+        const QJsonObject summary = info(plan);
         QCOMPARE(summary.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Failed));
         QVERIFY(
             summary.value(QStringLiteral("LastRunMessage")).toString().contains(QStringLiteral("not supported yet")));
@@ -476,20 +396,18 @@ private slots:
     void shouldKeepEverythingWhenKilledDuringARun()
     {
         const QUuid plan = savePlan(QStringLiteral("Survivor"), {m_source.filePath(QStringLiteral("many"))});
-        m_notifications.clear();
-        QVERIFY(
-            !SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}}).isError);
+        QVERIFY(start(plan));
         QVERIFY(waitForState(plan, 1));
         QTest::qWait(400); // the small files are copied, the large one is under way
-        m_engine->kill();
+        m_session.engine().kill();
         const auto connection = NVB::Common::Communication::ConnectionManager::instance();
         QVERIFY(QTest::qWaitFor([&] { return !connection->isLocalManagmentConnected(); }, 10000));
 
         // A second engine on the same data refuses while the first runs; here
         // the first is dead, so a new one takes over.
-        EngineProcess twin(m_engine->home());
+        EngineProcess twin(m_session.engine().home());
         QVERIFY(twin.start());
-        EngineProcess third(m_engine->home());
+        EngineProcess third(m_session.engine().home());
         QVERIFY(!third.start(3000));
         QVERIFY(third.output().contains("Another engine"));
         QVERIFY(waitForConnection());
@@ -497,9 +415,7 @@ private slots:
         const QJsonObject summary = info(plan);
         QCOMPARE(summary.value(QStringLiteral("Name")).toString(), QStringLiteral("Survivor"));
         QCOMPARE(summary.value(QStringLiteral("Status")).toInt(), 2);
-        const auto runs = SyncCommand::run(
-            QStringLiteral("HistoryListByPlan"), {{QStringLiteral("planID"), plan.toString(QUuid::WithoutBraces)}});
-        const QJsonArray history = runs.data.value(QStringLiteral("HistoryListByPlan")).toArray();
+        const QJsonArray history = runHistory(plan);
         QCOMPARE(history.size(), 1);
         QCOMPARE(history.first().toObject().value(QStringLiteral("Result")).toInt(), int(PlanResult::Interrupted));
         const auto accounts = SyncCommand::run(QStringLiteral("StorageGetConnection"));
@@ -525,7 +441,7 @@ private slots:
         QCOMPARE(stored, expected);
         QVERIFY(twin.stop());
         QVERIFY(QTest::qWaitFor([&] { return !connection->isLocalManagmentConnected(); }, 10000));
-        QVERIFY(m_engine->start());
+        QVERIFY(m_session.engine().start());
         QVERIFY(waitForConnection());
     }
 };

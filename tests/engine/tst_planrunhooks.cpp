@@ -5,17 +5,13 @@
 #include <QTcpServer>
 #include <QtTest>
 
-#include "engineprocess.h"
+#include "enginesession.h"
 #include "records/plan/backupfile.h"
 #include "records/plan/planresult.h"
-#include "records/plan/planstatus.h"
-#include "service/connectionmanager.h"
-#include "synccommand.h"
 #include "testmain.h"
 
 using NVB::Info::Plan::PlanResult;
-using NvbTest::EngineProcess;
-using NvbTest::SyncCommand;
+using NvbTest::EngineSession;
 
 // Pre and post actions and notification mail, carried out by the real
 // engine, the mail delivered to a real SMTP server (aiosmtpd) on 127.0.0.1.
@@ -26,11 +22,9 @@ class TestPlanRunHooks : public QObject
 private:
     QTemporaryDir m_home;
     QTemporaryDir m_source;
-    QTemporaryDir m_storage;
     QTemporaryDir m_mail;
-    EngineProcess* m_engine = nullptr;
+    EngineSession m_session {m_home.path()};
     QProcess m_smtp;
-    QUuid m_account = QUuid::createUuid();
 
     QStringList mails() const { return QDir(m_mail.filePath(QStringLiteral("box/new"))).entryList(QDir::Files); }
 
@@ -46,51 +40,23 @@ private:
         NVB::Info::Plan::BackupFile plan;
         plan.setId(QUuid::createUuid());
         plan.setName(name);
-        plan.setStorage(m_account);
+        plan.setStorage(m_session.account());
         plan.setItems({m_source.path()});
         // The object checks look at the legacy format's copies.
         plan.setIsArchive(false);
         plan.setUseCompression(false);
         plan.notification().setType(NVB::Info::Plan::Notification::Never);
         tweak(plan);
-        const auto reply = SyncCommand::run(QStringLiteral("CommonPlanEdit"),
-            {{QStringLiteral("ID"), plan.id().toString()}, {QStringLiteral("planXML"), plan.toXml()},
-                {QStringLiteral("profile"), QStringLiteral("tester")}});
-        return reply.answered && !reply.isError ? plan.id() : QUuid();
+        return m_session.savePlan(plan.id(), plan.toXml()) ? plan.id() : QUuid();
     }
 
-    // Runs the plan to its end; its summary then. The engine marks the plan
-    // running before it answers and idle once the run is recorded.
-    QJsonObject run(const QUuid& plan)
-    {
-        const auto reply
-            = SyncCommand::run(QStringLiteral("PlanExecuteStart"), {{QStringLiteral("ID"), plan.toString()}});
-        if (!reply.answered || reply.isError)
-            return {};
-        QJsonObject last;
-        (void)QTest::qWaitFor(
-            [&] {
-                last = info(plan);
-                return last.value(QStringLiteral("Status")).toInt() != int(NVB::Info::Plan::PlanStatus::Running);
-            },
-            30000);
-        return last;
-    }
-
-    QJsonObject info(const QUuid& plan)
-    {
-        return SyncCommand::run(QStringLiteral("PlanGetInfo"), {{QStringLiteral("id"), plan.toString()}})
-            .data.value(QStringLiteral("planInfo"))
-            .toObject();
-    }
+    // Runs the plan to its end; its summary then.
+    QJsonObject run(const QUuid& plan) { return m_session.run(plan) ? m_session.info(plan) : QJsonObject(); }
 
 private slots:
     void initTestCase()
     {
-        QFile source(m_source.filePath(QStringLiteral("a.txt")));
-        QVERIFY(source.open(QIODevice::WriteOnly));
-        source.write("alpha");
-        source.close();
+        QVERIFY(EngineSession::write(m_source.filePath(QStringLiteral("a.txt")), "alpha"));
 
         // aiosmtpd from the distribution (not whatever python3 comes first
         // on the path), each message kept as a file of a maildir.
@@ -121,25 +87,12 @@ private slots:
                            .toJson());
         settings.close();
 
-        m_engine = new EngineProcess(m_home.path());
-        QVERIFY2(m_engine->start(), m_engine->output().constData());
-        m_engine->exportSocketPath();
-        const auto connection = NVB::Common::Communication::ConnectionManager::instance();
-        QVERIFY(QTest::qWaitFor([&] { return connection && connection->isLocalManagmentConnected(); }, 10000));
-        const auto saved = SyncCommand::run(QStringLiteral("SaveStorage"),
-            {{QStringLiteral("ID"), m_account.toString()},
-                {QStringLiteral("displayName"), QStringLiteral("Local disk")}, {QStringLiteral("type"), 1},
-                {QStringLiteral("prefix"), QStringLiteral("tester")},
-                {QStringLiteral("params"),
-                    QJsonObject {{QStringLiteral("Path"), m_storage.path() + QLatin1Char('/')}}}});
-        QVERIFY2(saved.answered && !saved.isError, qPrintable(saved.errorString));
+        QVERIFY2(m_session.start(), qPrintable(m_session.error()));
     }
 
     void cleanupTestCase()
     {
-        if (m_engine)
-            QVERIFY(m_engine->stop());
-        delete m_engine;
+        QVERIFY(m_session.stop());
         // Stopped by its process id.
         if (m_smtp.state() == QProcess::Running) {
             m_smtp.terminate();
@@ -170,9 +123,7 @@ private slots:
         QVERIFY2(message.contains(QStringLiteral("\"/bin/sh\" exited with code 3")), qPrintable(message));
         QVERIFY2(message.contains(QStringLiteral("not ready")), qPrintable(message));
         QVERIFY(!QFile::exists(mark));
-        QVERIFY(QDir(m_storage.filePath(QStringLiteral("NVB_tester/") + failing.toString(QUuid::WithoutBraces)))
-                    .entryList(QDir::NoDotAndDotDot | QDir::AllEntries)
-                    .isEmpty());
+        QVERIFY(QDir(m_session.planFolder(failing)).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).isEmpty());
 
         // A missing program fails the same way, by name.
         const QUuid missing
@@ -203,8 +154,7 @@ private slots:
         QCOMPARE(run(plan).value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Success));
         // The first point's copy of a.txt disappears from the storage; the
         // next run copies the file again, the first point still names it.
-        QDirIterator objects(m_storage.filePath(QStringLiteral("NVB_tester/") + plan.toString(QUuid::WithoutBraces)),
-            QDir::Files, QDirIterator::Subdirectories);
+        QDirIterator objects(m_session.planFolder(plan), QDir::Files, QDirIterator::Subdirectories);
         QString removed;
         while (objects.hasNext()) {
             const QString path = objects.next();
@@ -214,7 +164,7 @@ private slots:
         QVERIFY(QFile::remove(removed));
         const QJsonObject second = run(plan);
         const QString message = second.value(QStringLiteral("LastRunMessage")).toString();
-        const QString object = removed.mid(m_storage.path().size() + QStringLiteral("/NVB_tester/").size());
+        const QString object = removed.mid(m_session.storagePath().size() + QStringLiteral("/NVB_tester/").size());
         if (full) {
             QCOMPARE(second.value(QStringLiteral("LastRunStatus")).toInt(), int(PlanResult::Warning));
             QVERIFY2(message.contains(QStringLiteral("Consistency check: 1 object")), qPrintable(message));

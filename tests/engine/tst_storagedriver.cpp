@@ -177,16 +177,6 @@ private slots:
         QCOMPARE(torn, 0);
         QCOMPARE(m_driver->list(QStringLiteral("hot")).objects.size(), 1);
     }
-
-    void shouldKeepLargeObjects()
-    {
-        QByteArray data(5 * 1024 * 1024 + 123, Qt::Uninitialized);
-        QRandomGenerator(5).fillRange(reinterpret_cast<quint32*>(data.data()), data.size() / 4);
-        QVERIFY(m_driver->write(QStringLiteral("big/object"), data).ok());
-        QCOMPARE(m_driver->stat(QStringLiteral("big/object")).size, qint64(data.size()));
-        QVERIFY(m_driver->read(QStringLiteral("big/object")).data == data);
-        QVERIFY(m_driver->read(QStringLiteral("big/object"), 3000000, 1 << 20).data == data.mid(3000000, 1 << 20));
-    }
 };
 
 // What only a folder on disk can get wrong: links and stray temporary files.
