@@ -24,11 +24,11 @@ TreeMerge::TreeMerge(PointTreeReader* previous, PointTreeWriter* writer, const Q
 const TreeEntry* TreeMerge::previous(const QString& path)
 {
     flushPending();
-    StoredContent probe;
-    probe.path = path;
-    const QString folder = TreePart::groupOf(probe);
-    if (!m_open || folder != m_folder)
-        openListing(folder);
+    if (!m_open || !TreePart::inFolder(path, m_folder)) {
+        StoredContent file;
+        file.path = path;
+        openListing(TreePart::groupOf(file));
+    }
     const auto found = m_before.constFind(path);
     return found == m_before.cend() ? nullptr : &found.value();
 }
@@ -64,9 +64,8 @@ void TreeMerge::flushPending()
 
 void TreeMerge::write(const TreeEntry& entry)
 {
-    const QString folder = TreePart::groupOf(entry.item);
-    if (!m_open || folder != m_folder)
-        openListing(folder);
+    if (!m_open || !TreePart::inGroup(entry.item, m_folder))
+        openListing(TreePart::groupOf(entry.item));
     const auto before = m_before.find(entry.item.path);
     bool same = false;
     if (before != m_before.end()) {

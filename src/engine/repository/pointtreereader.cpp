@@ -85,7 +85,7 @@ QVector<TreeEntry> PointTreeReader::listing(const QString& folder, QString* erro
                 *error = problem;
                 return {};
             }
-            while (index < m_entries.size() && TreePart::groupOf(m_entries.at(index).item) == folder)
+            while (index < m_entries.size() && TreePart::inGroup(m_entries.at(index).item, folder))
                 found.append(m_entries.at(index++));
             // A listing may run on into the next part.
             if (index < m_entries.size() || ++part >= m_root.parts.size())

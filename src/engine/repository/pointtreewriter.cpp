@@ -24,10 +24,9 @@ PointTreeWriter::PointTreeWriter(
 
 StorageStatus PointTreeWriter::add(const TreeEntry& entry)
 {
-    const QString folder = TreePart::groupOf(entry.item);
-    if (!m_started || folder != m_lastFolder) {
-        m_root.listings.append(TreeRoot::Listing {folder, m_root.parts.size(), m_partCount});
-        m_lastFolder = folder;
+    if (!m_started || !TreePart::inGroup(entry.item, m_lastFolder)) {
+        m_lastFolder = TreePart::groupOf(entry.item);
+        m_root.listings.append(TreeRoot::Listing {m_lastFolder, m_root.parts.size(), m_partCount});
         m_started = true;
     }
     TreePart::append(&m_part, entry);

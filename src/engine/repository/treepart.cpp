@@ -159,6 +159,17 @@ QString TreePart::groupOf(const StoredContent& item)
     return slash <= 0 ? QStringLiteral("/") : item.path.left(slash);
 }
 
+bool TreePart::inFolder(const QString& path, const QString& folder)
+{
+    const int slash = path.lastIndexOf(QLatin1Char('/'));
+    return (slash <= 0 ? 1 : slash) == folder.size() && path.startsWith(folder);
+}
+
+bool TreePart::inGroup(const StoredContent& item, const QString& folder)
+{
+    return item.type == StoredContent::Folder ? item.path == folder : inFolder(item.path, folder);
+}
+
 QByteArray TreePart::rootData(const TreeRoot& root)
 {
     QByteArray out(RootMagic, RootMagicSize);

@@ -54,6 +54,11 @@ public:
     // (its entry comes first, then its files and links), anything else
     // belongs to its parent's.
     static QString groupOf(const StoredContent& item);
+    // groupOf(item) == folder, without making the folder's text: the
+    // comparison runs once or twice for every entry of a run.
+    static bool inGroup(const StoredContent& item, const QString& folder);
+    // The folder of a file or link at `path` is `folder`.
+    static bool inFolder(const QString& path, const QString& folder);
 
     static QByteArray rootData(const TreeRoot& root);
     // True when `data` starts as a version 2 root does.
