@@ -303,7 +303,8 @@ private slots:
             },
             30000));
         // A new plan takes the new format: the two files share one pack of
-        // the plan's repository, beside one index and one tree.
+        // the plan's repository, beside one index and one tree (its root
+        // and one part).
         QMap<QString, int> objects;
         QString generationFolder;
         QDirIterator files(m_storage.path(), QDir::Files, QDirIterator::Subdirectories);
@@ -330,7 +331,8 @@ private slots:
         QVERIFY2(figures.contains(QStringLiteral("Read 10 bytes, new 10 bytes, stored ")), qPrintable(figures));
         QCOMPARE(objects,
             (QMap<QString, int> {{QStringLiteral("config"), 1}, {QStringLiteral("generation"), 1},
-                {QStringLiteral("index"), 1}, {QStringLiteral("packs"), 1}, {QStringLiteral("points"), 1}}));
+                {QStringLiteral("index"), 1}, {QStringLiteral("packs"), 1}, {QStringLiteral("parts"), 1},
+                {QStringLiteral("points"), 1}}));
         QVERIFY(QFile::exists(mark));
         QVERIFY(QFile::remove(mark));
         QVERIFY(sawRunning);

@@ -11,6 +11,8 @@
 #include "records/plan/planresult.h"
 #include "records/plan/restorefile.h"
 #include "repository/packwriter.h"
+#include "repository/pointtreereader.h"
+#include "repository/pointtreewriter.h"
 #include "repository/repository.h"
 #include "repository/zstdtransform.h"
 #include "runs/runmanager.h"
@@ -24,7 +26,7 @@ using NVB::Info::Plan::PlanResult;
 
 namespace {
 
-// Counts the index objects a run reads.
+// Counts the index objects and tree parts a run reads.
 class CountingDriver : public MemoryDriver
 {
 public:
@@ -32,9 +34,12 @@ public:
     {
         if (key.contains(QLatin1String("/index/")))
             ++indexReads;
+        if (key.contains(QLatin1String("/parts/")))
+            ++partReads;
         return MemoryDriver::read(key, offset, length);
     }
     mutable int indexReads = 0;
+    mutable int partReads = 0;
 };
 
 } // namespace
@@ -280,6 +285,108 @@ private slots:
         QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
     }
 
+    // A tree is written in parts as it grows and read a folder's listing at
+    // a time: one listing costs the parts that hold it, not the tree; a
+    // tree written again leaves only its own parts.
+    void shouldReadTheTreeOneListingAtATime()
+    {
+        Repository repository(&m_driver, QString::fromLatin1(Root));
+        ZstdTransform transform;
+        PointTree whole;
+        whole.generation = QUuid::createUuid();
+        whole.sequence = 1;
+        whole.planName = QStringLiteral("Parts");
+        PointTreeWriter writer(&repository, &transform, whole, 1024);
+        for (int folder = 0; folder < 10; ++folder) {
+            TreeEntry entry;
+            entry.item.type = StoredContent::Folder;
+            entry.item.path = QStringLiteral("/src/d%1").arg(folder);
+            whole.entries.append(entry);
+            for (int n = 0; n < 30; ++n) {
+                const bool link = n % 10 == 9;
+                entry.item.type = link ? StoredContent::Link : StoredContent::File;
+                entry.item.path = QStringLiteral("/src/d%1/f%2").arg(folder).arg(n);
+                entry.item.linkTarget = link ? QStringLiteral("f0") : QString();
+                entry.item.size = link ? 0 : n;
+                entry.chunks.clear();
+                if (!link)
+                    entry.chunks = {QCryptographicHash::hash(entry.item.path.toUtf8(), QCryptographicHash::Sha256)};
+                whole.entries.append(entry);
+            }
+        }
+        for (const TreeEntry& entry : std::as_const(whole.entries))
+            QVERIFY(writer.add(entry).ok());
+        QVERIFY(writer.finish().ok());
+        const auto paths = [](const QVector<TreeEntry>& entries) {
+            QStringList result;
+            for (const TreeEntry& entry : entries)
+                result << QStringLiteral("%1 %2 %3 %4")
+                              .arg(entry.item.path, entry.item.linkTarget)
+                              .arg(entry.item.size)
+                              .arg(QString::fromLatin1(entry.chunks.value(0).toHex()));
+            return result;
+        };
+        const int parts = objectsBelow(repository.partsFolder(whole.generation, 1));
+        QVERIFY2(parts >= 10, qPrintable(QString::number(parts)));
+
+        PointTreeReader reader(&repository, &transform);
+        QCOMPARE(reader.open(whole.generation, 1), QString());
+        m_driver.partReads = 0;
+        QString error;
+        const QVector<TreeEntry> listing = reader.listing(QStringLiteral("/src/d6"), &error);
+        QCOMPARE(error, QString());
+        QCOMPARE(paths(listing), paths(whole.entries.mid(6 * 31, 31)));
+        // Its own parts, about a tenth of the tree, and no more.
+        QVERIFY2(
+            m_driver.partReads * 5 < parts, qPrintable(QStringLiteral("%1 of %2").arg(m_driver.partReads).arg(parts)));
+        QVERIFY(reader.listing(QStringLiteral("/src/none"), &error).isEmpty());
+        QCOMPARE(reader.folders().size(), 10);
+
+        QVERIFY(repository.writeTree(whole, transform).ok());
+        QCOMPARE(objectsBelow(repository.partsFolder(whole.generation, 1)), 1);
+        QCOMPARE(paths(repository.readTree(whole.generation, 1, transform, &error).entries), paths(whole.entries));
+        QCOMPARE(error, QString());
+    }
+
+    // A point an earlier engine wrote as one JSON tree still restores, and
+    // the next run compares with it: unchanged files stay unread.
+    void shouldKeepUsingTreesOfEarlierEngines()
+    {
+        put(QStringLiteral("a/x.bin"), randomBytes(100 * 1024));
+        put(QStringLiteral("b/y.bin"), randomBytes(100 * 1024));
+        put(QStringLiteral("c.txt"), randomBytes(1000));
+        const Tree first = sourceTree(m_source.path());
+        const QUuid generation = QUuid::createUuid();
+        QCOMPARE(backup(generation, 1, true).planResult, int(PlanResult::Success));
+        Repository repository(&m_driver, QString::fromLatin1(Root));
+        ZstdTransform transform;
+        QString error;
+        const PointTree tree = repository.readTree(generation, 1, transform, &error);
+        QCOMPARE(error, QString());
+        QVERIFY(repository.removeTree(generation, 1).ok());
+        QVERIFY(m_driver.write(repository.treeKey(generation, 1), transform.encode(tree.serialize()).data).ok());
+        QCOMPARE(objectsBelow(repository.partsFolder(generation, 1)), 0);
+        Tree restored;
+        QCOMPARE(restore(generation, 1, &restored).planResult, int(PlanResult::Success));
+        QCOMPARE(restored, first);
+
+        put(QStringLiteral("b/y.bin"), randomBytes(2000));
+        QVERIFY(QFile::remove(m_source.filePath(QStringLiteral("c.txt"))));
+        const Tree second = sourceTree(m_source.path());
+        const auto run = backup(generation, 2, false);
+        QCOMPARE(run.planResult, int(PlanResult::Success));
+        QCOMPARE(run.bytesRead, qint64(2000));
+        QVERIFY(!run.replacesAll);
+        QStringList added;
+        for (const StoredContent& item : run.content)
+            added << item.path;
+        QVERIFY(added.contains(m_source.filePath(QStringLiteral("b/y.bin"))));
+        QVERIFY(!added.contains(m_source.filePath(QStringLiteral("a/x.bin"))));
+        QCOMPARE(run.removed, QStringList {m_source.filePath(QStringLiteral("c.txt"))});
+        QCOMPARE(restore(generation, 2, &restored).planResult, int(PlanResult::Success));
+        QCOMPARE(restored, second);
+    }
+
     // With the store's cache a run reads only index objects it has not
     // seen; a cache the storage no longer agrees with is read again.
     void shouldReadOnlyNewIndexObjects()
@@ -329,7 +436,8 @@ private slots:
                   .objects.constFirst()
                   .key;
         ZstdTransform transform;
-        for (const QString& key : {tree, index}) {
+        const QString part = m_driver.list(repository.partsFolder(generation, 1)).objects.constFirst().key;
+        for (const QString& key : {tree, part, index}) {
             // Altered after decoding, so the damage reaches the parsers.
             const QByteArray plain = transform.decode(m_driver.read(key).data).data;
             for (int round = 0; round < 120; ++round) {

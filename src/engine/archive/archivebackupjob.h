@@ -5,21 +5,15 @@
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
-#include <vector>
 
 #include <QDateTime>
 #include <QElapsedTimer>
-#include <QFuture>
-#include <QHash>
 #include <QList>
-#include <QSet>
 #include <QString>
-#include <QThreadPool>
 #include <QUuid>
 
-#include "chunking/chunker.h"
-#include "chunking/chunkidentifier.h"
 #include "progress/transferscan.h"
+#include "repository/packresult.h"
 #include "repository/pointtree.h"
 #include "runs/fileselection.h"
 #include "runs/runprogress.h"
@@ -30,12 +24,12 @@
 
 namespace NVB::Engine {
 
-class ChunkIndexStore;
-class ChunkTransform;
-class PackWriter;
-class StoreDatabase;
-class Repository;
+class ArchiveSession;
+class ChunkPacker;
+class PointTreeReader;
+class PointTreeWriter;
 class StorageDriver;
+class TreeMerge;
 
 // One run of a new-format file plan: walks the sources, cuts every changed
 // file into chunks, stores the chunks its generation does not hold yet in
@@ -75,6 +69,9 @@ public:
         // The engine's store, whose chunk index cache spares reading every
         // index object; empty: the index is read into memory.
         QString storeFile;
+        // Set: new and changed entries leave the run in batches through it
+        // (ContentStaging) instead of being held until the end.
+        std::function<bool(const QList<StoredContent>&)> stageContent;
     };
 
     struct Result
@@ -82,8 +79,8 @@ public:
         int planResult = 0;
         QString message;
         // The new point as its changes since the previous one (see
-        // ContentChanges): new or changed entries, paths no longer held, and
-        // whether the previous point could not be read at all.
+        // ContentChanges): new or changed entries (those not staged), paths
+        // no longer held, and whether the previous point could not be read.
         QList<StoredContent> content;
         QStringList removed;
         bool replacesAll = false;
@@ -107,10 +104,6 @@ public:
 
 private:
     bool prepare();
-    // Brings the store's cache up to the storage's index objects; false
-    // (and no cache used) when the store fails.
-    bool syncCache();
-    bool isKnown(const QByteArray& id);
     // SourceWalk::Visitor
     bool stopped() const override;
     void failed(const QString& path, const QString& message) override;
@@ -118,15 +111,13 @@ private:
     void link(const QString& path, const struct stat& info, const QString& target) override;
     void enterFolder(const QString& path, const struct stat& info, bool isRoot) override;
     void leaveFolder(const QString& path, const struct stat& info, bool isRoot) override;
-    void takeItem(const QString& path, int type, const struct stat& info, const QString& linkTarget = {});
+    void addEntry(const TreeEntry& entry);
     void takeFile(const QString& path, const struct stat& seen, bool followLink, const std::atomic_bool& stop);
-    // Reads and chunks one open file; false when stopped or failed.
-    bool chunkFile(int fd, TreeEntry* entry, const std::atomic_bool& stop, QString* error);
-    bool storeChunk(const char* data, qint64 size, TreeEntry* entry);
-    // Waits for the chunk being encoded and packed; false after a storage
-    // error.
-    bool settle();
     bool finish(const std::atomic_bool& stop);
+    // Packs, index and tree made durable in that order; false when the
+    // storage refused one.
+    bool commit();
+    void discard();
     void fail(const QString& path, const QString& message, bool counted = false);
     void failStorage(const QString& message);
     void report(bool force);
@@ -136,28 +127,14 @@ private:
     SourceWalk m_walk;
     const std::atomic_bool* m_stop = nullptr;
     std::unique_ptr<TransferScan> m_scan;
-    std::unique_ptr<StorageDriver> m_ownDriver;
-    StorageDriver* m_driver = nullptr;
-    std::unique_ptr<Repository> m_repository;
-    std::unique_ptr<ChunkTransform> m_transform;
-    std::unique_ptr<PackWriter> m_writer;
-    // Encoding and pack writes (with their syncs) run on a thread of their
-    // own, one chunk at a time, while the next chunk is read and hashed. A
-    // pool of its own: the shared one runs the plans themselves.
-    QThreadPool m_packing;
-    QFuture<StorageStatus> m_pending;
-    std::unique_ptr<StoreDatabase> m_database;
-    std::unique_ptr<ChunkIndexStore> m_cache;
-    ChunkIdentifier m_identifier;
-    Chunker m_chunker;
+    std::unique_ptr<ArchiveSession> m_session;
+    std::unique_ptr<ChunkPacker> m_packer;
     QString m_runName;
-    // Ids this run has added, and without a cache those of the generation's
-    // index too.
-    QSet<QByteArray> m_known;
-    QHash<QString, TreeEntry> m_previous;
-    PointTree m_tree;
-    std::vector<char> m_block; // one read
-    QByteArray m_buffer; // the unfinished chunk and the last read
+    QString m_treeKey;
+    std::unique_ptr<PointTreeReader> m_previous;
+    std::unique_ptr<PointTreeWriter> m_tree;
+    std::unique_ptr<TreeMerge> m_merge;
+    QVector<PackSummary> m_written; // packs to remove if the run is abandoned
     bool m_stopped = false;
     QString m_storageError;
     Result m_result;

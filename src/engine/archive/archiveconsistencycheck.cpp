@@ -16,30 +16,37 @@ QStringList ArchiveConsistencyCheck::problems(
 {
     QString error;
     const auto transform = repository.generationTransform(generation, &error, password);
-    QVector<PackSummary> packs;
+    QStringList keys;
     if (transform)
-        error = repository.packSummaries(generation, *transform, &packs);
+        keys = repository.indexKeys(generation, &error);
+    // One index object at a time: the check holds one run's packs, never
+    // the generation's whole index.
+    QStringList found;
+    for (const QString& key : std::as_const(keys)) {
+        QVector<PackSummary> packs;
+        error = repository.readIndexObject(key, *transform, &packs);
+        if (!error.isEmpty())
+            break;
+        for (const PackSummary& pack : std::as_const(packs)) {
+            qint64 needed = 0;
+            for (const PackEntry& entry : pack.entries)
+                needed = std::max(needed, entry.offset + entry.length);
+            const StorageStat stat = repository.driver()->stat(pack.key);
+            if (!stat.ok())
+                found << QStringLiteral("%1 (%2)").arg(pack.key, stat.error);
+            else if (!stat.exists)
+                found << QStringLiteral("%1 (missing)").arg(pack.key);
+            else if (stat.size < needed)
+                found << QStringLiteral("%1 (%2 bytes, at least %3 recorded)").arg(pack.key).arg(stat.size).arg(needed);
+        }
+    }
     if (!error.isEmpty())
         return {QStringLiteral("generation %1 (%2)").arg(generation.toString(QUuid::WithoutBraces), error)};
-    QStringList found;
-    for (const PackSummary& pack : std::as_const(packs)) {
-        qint64 needed = 0;
-        for (const PackEntry& entry : pack.entries)
-            needed = std::max(needed, entry.offset + entry.length);
-        const StorageStat stat = repository.driver()->stat(pack.key);
-        if (!stat.ok())
-            found << QStringLiteral("%1 (%2)").arg(pack.key, stat.error);
-        else if (!stat.exists)
-            found << QStringLiteral("%1 (missing)").arg(pack.key);
-        else if (stat.size < needed)
-            found << QStringLiteral("%1 (%2 bytes, at least %3 recorded)").arg(pack.key).arg(stat.size).arg(needed);
-    }
     return found;
 }
 
-ArchiveConsistencyCheck::Work ArchiveConsistencyCheck::around(const QString& storageRoot,
-    const QString& repositoryRoot, const QUuid& generation, bool everyGeneration, Work work,
-    const QString& password)
+ArchiveConsistencyCheck::Work ArchiveConsistencyCheck::around(const QString& storageRoot, const QString& repositoryRoot,
+    const QUuid& generation, bool everyGeneration, Work work, const QString& password)
 {
     return [=, work = std::move(work)](const std::atomic_bool& stop) {
         RunOutcome outcome = work(stop);

@@ -120,7 +120,7 @@ RetentionJob::Result ArchiveRetentionJob::apply(const Parameters& parameters)
         touched.insert(point.generationId);
     }
     for (const StoredRestorePoint& point : std::as_const(result.points))
-        fail(driver->remove(repository.treeKey(point.generationId, point.sequenceNumber)).error);
+        fail(repository.removeTree(point.generationId, point.sequenceNumber).error);
 
     ChunkIndexStore cache(database);
     for (const QUuid& generation : std::as_const(touched)) {

@@ -11,6 +11,8 @@
 #include "repository/identitytransform.h"
 #include "repository/packreader.h"
 #include "repository/packtrailer.h"
+#include "repository/pointtreereader.h"
+#include "repository/pointtreewriter.h"
 #include "repository/zstdtransform.h"
 #include "storage/storagedriver.h"
 
@@ -76,8 +78,17 @@ QString Repository::treeKey(const QUuid& generation, int sequence) const
     return generationFolder(generation) + QStringLiteral("/points/") + sequenceName(sequence);
 }
 
-StorageStatus Repository::startGeneration(
-    const QUuid& generation, const QString& transformName, const ObjectKey* key)
+QString Repository::partsFolder(const QUuid& generation, int sequence) const
+{
+    return generationFolder(generation) + QStringLiteral("/parts/") + sequenceName(sequence);
+}
+
+QString Repository::partKey(const QUuid& generation, int sequence, const QString& writer, int index) const
+{
+    return QStringLiteral("%1/%2/%3").arg(partsFolder(generation, sequence), writer, sequenceName(index));
+}
+
+StorageStatus Repository::startGeneration(const QUuid& generation, const QString& transformName, const ObjectKey* key)
 {
     const QString configKey = m_root + QStringLiteral("/config");
     const StorageStat config = m_driver->stat(configKey);
@@ -335,23 +346,62 @@ QString Repository::packSummaries(
 
 StorageStatus Repository::writeTree(const PointTree& tree, const ChunkTransform& transform)
 {
-    const TransformResult encoded = transform.encode(tree.serialize());
-    if (!encoded.ok())
-        return {QStringLiteral("Cannot encode a tree: %1").arg(encoded.error)};
-    return m_driver->write(treeKey(tree.generation, tree.sequence), encoded.data);
+    PointTreeWriter writer(this, &transform, tree);
+    for (const TreeEntry& entry : tree.entries) {
+        const StorageStatus added = writer.add(entry);
+        if (!added.ok()) {
+            writer.abandon();
+            return added;
+        }
+    }
+    const StorageStatus finished = writer.finish();
+    if (!finished.ok())
+        writer.abandon();
+    return finished;
 }
 
 PointTree Repository::readTree(
     const QUuid& generation, int sequence, const ChunkTransform& transform, QString* error) const
 {
-    PointTree tree;
-    const QString key = treeKey(generation, sequence);
-    const StorageRead read = m_driver->read(key);
-    const TransformResult plain = read.ok() ? transform.decode(read.data) : TransformResult {read.error, {}};
-    const QString problem = plain.ok() ? PointTree::parse(plain.data, &tree) : plain.error;
-    if (!problem.isEmpty())
-        *error = QStringLiteral("The restore point's tree %1 cannot be read: %2").arg(key, problem);
+    PointTreeReader reader(this, &transform);
+    QString problem = reader.open(generation, sequence);
+    PointTree tree = reader.header();
+    if (problem.isEmpty())
+        problem = reader.forEach([&tree](const TreeEntry& entry) {
+            tree.entries.append(entry);
+            return true;
+        });
+    if (!problem.isEmpty()) {
+        *error = problem;
+        tree.entries.clear();
+    }
     return tree;
+}
+
+StorageStatus Repository::removeTree(const QUuid& generation, int sequence)
+{
+    const StorageStatus removed = m_driver->remove(treeKey(generation, sequence));
+    if (!removed.ok())
+        return removed;
+    const StorageListing parts = m_driver->list(partsFolder(generation, sequence));
+    if (!parts.ok())
+        return {parts.error};
+    for (const StorageObjectInfo& object : parts.objects) {
+        const StorageStatus gone = m_driver->remove(object.key);
+        if (!gone.ok())
+            return gone;
+    }
+    return {};
+}
+
+void Repository::removeStaleParts(const QUuid& generation, int sequence, const QString& writer)
+{
+    const QString own = partsFolder(generation, sequence) + QLatin1Char('/') + writer + QLatin1Char('/');
+    const StorageListing parts = m_driver->list(partsFolder(generation, sequence));
+    for (const StorageObjectInfo& object : parts.objects) {
+        if (!object.key.startsWith(own))
+            m_driver->remove(object.key);
+    }
 }
 
 Repository::Tidy Repository::tidy(const QUuid& generation, const ChunkTransform& transform,
@@ -365,6 +415,14 @@ Repository::Tidy Repository::tidy(const QUuid& generation, const ChunkTransform&
     if (!stored.ok() || !indexes.ok() || !error.isEmpty()) {
         result.error = !stored.ok() ? stored.error : !indexes.ok() ? indexes.error : error;
         return result;
+    }
+    // Parts of a point that never got its root: a crashed or stopped run's.
+    const QString partsPrefix = generationFolder(generation) + QStringLiteral("/parts/");
+    const StorageListing parts = m_driver->list(generationFolder(generation) + QStringLiteral("/parts"));
+    for (const StorageObjectInfo& object : parts.objects) {
+        const int sequence = object.key.mid(partsPrefix.size()).section(QLatin1Char('/'), 0, 0).toInt();
+        if (!sequences.contains(sequence))
+            m_driver->remove(object.key);
     }
     QSet<QString> named;
     if (cached) {

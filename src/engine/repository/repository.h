@@ -47,6 +47,7 @@ struct OpenedGeneration
 //   <root>/generations/<generation>/packs/<xx>/<sha-256 of the pack>
 //   <root>/generations/<generation>/index/<sequence>-<run>   packs of a run
 //   <root>/generations/<generation>/points/<sequence>        the point's tree
+//   <root>/generations/<generation>/parts/<sequence>/<writer>/<n>   its parts
 //
 // A run writes its packs, then one index object naming them, then the tree;
 // a point exists once its tree does. Everything a new engine needs is found
@@ -67,6 +68,9 @@ public:
     // The generation's record: its transform; written first, removed last.
     QString generationKey(const QUuid& generation) const;
     QString treeKey(const QUuid& generation, int sequence) const;
+    // Part `index` of the tree a writer made for a point (PointTreeWriter).
+    QString partKey(const QUuid& generation, int sequence, const QString& writer, int index) const;
+    QString partsFolder(const QUuid& generation, int sequence) const;
 
     // Writes the repository's configuration if it is missing and the
     // generation's record; an existing generation keeps its transform.
@@ -103,9 +107,16 @@ public:
     // Every pack the generation's index objects name, with its chunks.
     QString packSummaries(const QUuid& generation, const ChunkTransform& transform, QVector<PackSummary>* packs) const;
 
+    // Writes a whole tree at once (PointTreeWriter writes one as it grows).
     StorageStatus writeTree(const PointTree& tree, const ChunkTransform& transform);
-    // The tree, or an empty text with the reason in `error`.
+    // The whole tree, or an empty one with the reason in `error`; a run
+    // that must not hold it reads it with PointTreeReader.
     PointTree readTree(const QUuid& generation, int sequence, const ChunkTransform& transform, QString* error) const;
+    // The point's root, then its parts.
+    StorageStatus removeTree(const QUuid& generation, int sequence);
+    // Parts of the point not made by `writer`: a crashed run's, or those of
+    // a tree since replaced. Best effort: what stays is space, not damage.
+    void removeStaleParts(const QUuid& generation, int sequence, const QString& writer);
 
     struct Tidy
     {

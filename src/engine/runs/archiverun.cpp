@@ -1,5 +1,7 @@
 #include "archiverun.h"
 
+#include <optional>
+
 #include <QDir>
 
 #include "archive/archivebackupjob.h"
@@ -9,6 +11,8 @@
 #include "records/plan/factory.h"
 #include "records/plan/restorefile.h"
 #include "runpreparation.h"
+#include "store/contentstaging.h"
+#include "store/storedatabase.h"
 
 namespace NVB::Engine {
 
@@ -50,18 +54,28 @@ RunWork ArchiveRun::backup(const ActiveRun& active, const FileBackupJob::Paramet
     archive.neverTaken = parameters.neverTaken;
     archive.oneFileSystem = parameters.oneFileSystem;
     archive.storeFile = storeFile;
-    RunWork work
-        = [report, archive = std::move(archive), selection = std::move(selection)](const std::atomic_bool& stop) {
-              ArchiveBackupJob job(archive, selection);
-              auto result = job.run(stop, report);
-              RunOutcome outcome = RunPreparation::outcomeOf(result);
-              outcome.changes = ContentChanges {
-                  std::move(result.content), std::move(result.removed), QStringList(), result.replacesAll};
-              outcome.bytesRead = result.bytesRead;
-              outcome.bytesNew = result.bytesNew;
-              outcome.bytesStored = result.bytesStored;
-              return outcome;
-          };
+    RunWork work = [report, archive = std::move(archive), selection = std::move(selection), runId = active.run.id](
+                       const std::atomic_bool& stop) {
+        // New and changed entries go to the store while the run walks, so a
+        // first run does not hold its whole tree until the end.
+        StoreDatabase database;
+        std::optional<ContentStaging> staging;
+        ArchiveBackupJob::Parameters parameters = archive;
+        if (database.open(parameters.storeFile)) {
+            staging.emplace(database, runId);
+            parameters.stageContent = [&staging](const QList<StoredContent>& batch) { return staging->add(batch); };
+        }
+        ArchiveBackupJob job(parameters, selection);
+        auto result = job.run(stop, report);
+        RunOutcome outcome = RunPreparation::outcomeOf(result);
+        outcome.changes
+            = ContentChanges {std::move(result.content), std::move(result.removed), QStringList(), result.replacesAll};
+        outcome.changes->stagedRun = staging && staging->count() > 0 ? runId : 0;
+        outcome.bytesRead = result.bytesRead;
+        outcome.bytesNew = result.bytesNew;
+        outcome.bytesStored = result.bytesStored;
+        return outcome;
+    };
     return ArchiveConsistencyCheck::around(parameters.storageRoot, RunPreparation::archiveRoot(prefix, planId),
         point.generationId, useConsistencyCheck, std::move(work), password);
 }
