@@ -262,8 +262,21 @@ Outcome Engine::removePlan(const QUuid& id)
 
 Outcome Engine::startPlan(const QUuid& id, bool forceFull, bool verify)
 {
+    for (const QUuid& accountId : std::as_const(m_synchronizing)) {
+        if (m_store->plansUsingAccount(accountId).contains(id))
+            return Outcome::failure(
+                QStringLiteral("The repository of this plan's storage is being synchronized; start the plan when it ends"));
+    }
     const QString error = m_runs->start(id, forceFull, verify);
     return error.isEmpty() ? Outcome::success() : Outcome::failure(error);
+}
+
+void Engine::setSynchronizing(const QUuid& accountId, bool synchronizing)
+{
+    if (synchronizing)
+        m_synchronizing.insert(accountId);
+    else
+        m_synchronizing.remove(accountId);
 }
 
 Outcome Engine::stopPlan(const QUuid& id)

@@ -4,6 +4,7 @@
 
 #include <QJsonArray>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 #include <QUuid>
 
@@ -57,6 +58,10 @@ public:
     // The network shares that file backup plans include.
     QStringList usedShares();
     bool isRunning(const QUuid& id) const;
+    // A storage whose repository is being read back into the store: its
+    // plans do not start meanwhile, since a run records the very points the
+    // synchronisation compares.
+    void setSynchronizing(const QUuid& accountId, bool synchronizing);
 
     // Accounts
     Outcome saveAccount(const StoredAccount& account);
@@ -85,6 +90,7 @@ private:
     Notifier* m_notifier;
     RunManager* m_runs;
     Scheduler* m_scheduler;
+    QSet<QUuid> m_synchronizing;
 };
 
 } // namespace NVB::Engine

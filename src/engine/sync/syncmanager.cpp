@@ -86,6 +86,7 @@ Outcome SyncManager::start(const QUuid& accountId)
     }
 
     Job& job = m_jobs[accountId];
+    m_engine->setSynchronizing(accountId, true);
     job.cancel = std::make_shared<std::atomic_bool>(false);
     job.watcher = new QFutureWatcher<RepositorySync::Result>(this);
     connect(job.watcher, &QFutureWatcher<RepositorySync::Result>::finished, this,
@@ -164,6 +165,7 @@ void SyncManager::onFinished(const QUuid& accountId)
     const RepositorySync::Result result = it->watcher->result();
     it->watcher->deleteLater();
     m_jobs.erase(it);
+    m_engine->setSynchronizing(accountId, false);
 
     NVL::NvlDebug log(QStringLiteral("NVB"));
     for (const QString& note : result.notes)
