@@ -18,8 +18,11 @@
 #include "records/plan/planresult.h"
 #include "runverdict.h"
 #include "sourcefilecopy.h"
+#include "walk/filestamp.h"
 
 namespace NVB::Engine {
+
+using FileStamp::nanoseconds;
 
 using NVB::Info::Plan::PlanResult;
 
@@ -29,10 +32,6 @@ namespace {
 // costs little per entry, small enough to keep the run's memory flat.
 constexpr int StageBatch = 4096;
 
-qint64 nanoseconds(const struct timespec& time)
-{
-    return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
-}
 
 QDateTime fromTimespec(const struct timespec& time)
 {

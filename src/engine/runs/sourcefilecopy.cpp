@@ -10,24 +10,12 @@
 #include "blocks/incrementheader.h"
 #include "filters/inusecheck.h"
 #include "folderhandle.h"
+#include "walk/filestamp.h"
 
 namespace NVB::Engine {
 
-namespace {
-
-qint64 nanoseconds(const struct timespec& time)
-{
-    return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
-}
-
-// What must not move while a file is read for its copy to be good.
-bool sameFile(const struct stat& a, const struct stat& b)
-{
-    return a.st_size == b.st_size && a.st_ino == b.st_ino && a.st_dev == b.st_dev
-        && nanoseconds(a.st_mtim) == nanoseconds(b.st_mtim) && nanoseconds(a.st_ctim) == nanoseconds(b.st_ctim);
-}
-
-} // namespace
+using FileStamp::nanoseconds;
+using FileStamp::sameFile;
 
 SourceFileCopy::Result SourceFileCopy::copy(const QByteArray& source, const QString& path, const FolderHandle& target,
     const QByteArray& name, Options options, const std::atomic_bool& stop)
