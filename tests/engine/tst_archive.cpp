@@ -489,11 +489,7 @@ private slots:
         QVERIFY(store.saveAccount(account));
         const auto save = [&](const NVB::Info::Plan::Base& record) {
             StoredPlan plan;
-            plan.id = record.id();
-            plan.name = record.name();
-            plan.xml = record.toXml();
-            plan.type = record.type();
-            plan.subtype = record.subtype();
+            plan.describe(record);
             plan.storageId = account.id;
             return store.savePlan(plan);
         };

@@ -34,12 +34,7 @@ class TestRepositorySync : public QObject
     static bool save(EngineStore& store, const NVB::Info::Plan::Base& record)
     {
         StoredPlan plan;
-        plan.id = record.id();
-        plan.name = record.name();
-        plan.xml = record.toXml();
-        plan.type = record.type();
-        plan.subtype = record.subtype();
-        plan.storageId = record.storage();
+        plan.describe(record);
         return store.savePlan(plan);
     }
 

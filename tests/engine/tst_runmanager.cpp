@@ -42,11 +42,7 @@ private slots:
         record.setItems({source.path()});
         record.setUseCompression(false);
         StoredPlan plan;
-        plan.id = record.id();
-        plan.name = record.name();
-        plan.xml = record.toXml();
-        plan.type = record.type();
-        plan.subtype = record.subtype();
+        plan.describe(record);
         plan.storageId = account.id;
         QVERIFY(store.savePlan(plan));
 

@@ -162,13 +162,8 @@ Outcome Engine::savePlan(const QUuid& id, const QString& xml, const QString& pro
 
     const auto existing = m_store->plan(record->id());
     StoredPlan plan = existing.value_or(StoredPlan{});
-    plan.id = record->id();
+    plan.describe(*record);
     plan.profile = profile;
-    plan.xml = record->toXml();
-    plan.name = record->name();
-    plan.type = record->type();
-    plan.subtype = record->subtype();
-    plan.storageId = record->storage();
     if (!m_store->savePlan(plan))
         return Outcome::failure(m_store->lastError());
 

@@ -4,6 +4,10 @@
 #include <QString>
 #include <QUuid>
 
+namespace NVB::Info::Plan {
+class Base;
+}
+
 namespace NVB::Engine {
 
 // A plan as the engine keeps it: the XML the console sent, a few fields read
@@ -31,6 +35,9 @@ struct StoredPlan
     // The last schedule time that was run or deliberately passed over; a
     // missed run is one whose time lies after this and before now.
     QDateTime lastScheduledUtc;
+
+    // Takes the fields the store queries from the plan's own record.
+    void describe(const NVB::Info::Plan::Base& record);
 };
 
 } // namespace NVB::Engine
