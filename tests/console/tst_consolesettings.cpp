@@ -315,7 +315,7 @@ private slots:
         QTemporaryDir target;
         QByteArray bytes(700 * 1024, Qt::Uninitialized);
         for (int i = 0; i < bytes.size(); ++i)
-            bytes[i] = char((i * 7919) >> 3);
+            bytes[i] = char((quint32(i) * 7919u) >> 3);
         QFile file(source.filePath(QStringLiteral("report.bin")));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
         file.close();
