@@ -25,25 +25,40 @@ ChunkPacker::ChunkPacker(ArchiveSession* session, const QString& packFolder, qin
     , m_writer(std::make_unique<PackWriter>(session->driver(), session->transform(), packFolder, packSize))
     , m_chunker(session->chunkerSeed())
 {
-    m_block.resize(size_t(ReadSize));
+    // An unfinished chunk and one read at most; reserved, so the buffer
+    // keeps its room from file to file.
+    m_buffer.reserve(int(Chunker::MaximumSize + ReadSize));
     m_packing.setMaxThreadCount(1);
 }
 
 ChunkPacker::~ChunkPacker()
 {
-    m_pending.waitForFinished();
+    for (auto& pending : m_pending)
+        pending.first.waitForFinished();
+}
+
+bool ChunkPacker::settleOldest(QString* error)
+{
+    QFuture<StorageStatus> oldest = m_pending.front().first;
+    m_pendingBytes -= m_pending.front().second;
+    m_pending.pop_front();
+    oldest.waitForFinished();
+    const StorageStatus status = oldest.result();
+    if (status.ok())
+        return true;
+    if (m_refusal.isEmpty())
+        m_refusal = status.error;
+    if (error->isEmpty())
+        *error = status.error;
+    return false;
 }
 
 bool ChunkPacker::settle(QString* error)
 {
-    if (m_pending.isCanceled() || !m_pending.isStarted())
-        return true;
-    m_pending.waitForFinished();
-    const StorageStatus status = m_pending.result();
-    m_pending = QFuture<StorageStatus>();
-    if (!status.ok())
-        *error = status.error;
-    return status.ok();
+    bool ok = true;
+    while (!m_pending.empty())
+        ok = settleOldest(error) && ok;
+    return ok;
 }
 
 StorageStatus ChunkPacker::flush()
@@ -51,33 +66,42 @@ StorageStatus ChunkPacker::flush()
     QString error;
     if (!settle(&error))
         return {error};
+    if (!m_refusal.isEmpty())
+        return {m_refusal};
     return m_writer->flush();
 }
 
 QVector<PackSummary> ChunkPacker::takeWrittenPacks()
 {
+    // The writer is the packing thread's until every chunk has settled; a
+    // refusal was reported by settle() already.
+    QString ignored;
+    settle(&ignored);
     return m_writer->takeWrittenPacks();
 }
 
 ChunkPacker::Outcome ChunkPacker::chunkFile(int fd, TreeEntry* entry, const std::atomic_bool& stop, QString* error)
 {
     Sha256Stream checksum;
-    m_buffer.clear();
+    m_buffer.resize(0);
     m_chunker.finish(); // whatever a file abandoned midway left
     qint64 size = 0;
     for (;;) {
         if (stop)
             return Outcome::Stopped;
-        const ssize_t got = ::read(fd, m_block.data(), size_t(ReadSize));
+        // Straight behind the unfinished chunk, so no byte is copied twice.
+        const int offset = m_buffer.size();
+        m_buffer.resize(offset + int(ReadSize));
+        const ssize_t got = ::read(fd, m_buffer.data() + offset, size_t(ReadSize));
+        const int failure = errno;
+        m_buffer.resize(offset + int(qMax<ssize_t>(got, 0)));
         if (got < 0) {
-            if (errno == EINTR)
+            if (failure == EINTR)
                 continue;
             *error = QStringLiteral("Cannot read %1: %2")
-                         .arg(entry->item.path, QString::fromLocal8Bit(std::strerror(errno)));
+                         .arg(entry->item.path, QString::fromLocal8Bit(std::strerror(failure)));
             return Outcome::ReadFailed;
         }
-        const int offset = m_buffer.size();
-        m_buffer.append(m_block.data(), int(got));
         checksum.add(m_buffer.constData() + offset, got);
         size += got;
         m_bytesRead += got;
@@ -107,10 +131,30 @@ bool ChunkPacker::storeChunk(const char* data, qint64 size, TreeEntry* entry, QS
     entry->chunks.append(id);
     if (m_session->isKnown(id))
         return true;
-    if (!settle(error))
+    if (!m_refusal.isEmpty()) {
+        *error = m_refusal;
         return false;
-    m_pending = QtConcurrent::run(
-        &m_packing, [this, id, raw = QByteArray(data, int(size))] { return m_writer->add(id, raw); });
+    }
+    while (!m_pending.empty() && m_pendingBytes + size > QueueBytes) {
+        if (!settleOldest(error)) {
+            QString rest;
+            settle(&rest);
+            return false;
+        }
+    }
+    QFuture<StorageStatus> added
+        = QtConcurrent::run(&m_packing, [this, id, raw = QByteArray(data, int(size))]() -> StorageStatus {
+              // Behind a refused chunk the run has failed already: storing
+              // more would only leave more for the tidy to remove.
+              if (m_refused)
+                  return {};
+              StorageStatus status = m_writer->add(id, raw);
+              if (!status.ok())
+                  m_refused = true;
+              return status;
+          });
+    m_pending.emplace_back(added, size);
+    m_pendingBytes += size;
     m_session->remember(id);
     m_bytesNew += size;
     return true;
