@@ -2,9 +2,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <future>
+#include <memory>
 #include <unistd.h>
-
-#include <QtConcurrent>
 
 #include "archivesession.h"
 #include "chunking/sha256stream.h"
@@ -28,22 +28,22 @@ ChunkPacker::ChunkPacker(ArchiveSession* session, const QString& packFolder, qin
     // An unfinished chunk and one read at most; reserved, so the buffer
     // keeps its room from file to file.
     m_buffer.reserve(int(Chunker::MaximumSize + ReadSize));
+    m_block.resize(size_t(ReadSize));
     m_packing.setMaxThreadCount(1);
 }
 
 ChunkPacker::~ChunkPacker()
 {
     for (auto& pending : m_pending)
-        pending.first.waitForFinished();
+        pending.first.wait();
 }
 
 bool ChunkPacker::settleOldest(QString* error)
 {
-    QFuture<StorageStatus> oldest = m_pending.front().first;
+    std::future<StorageStatus> oldest = std::move(m_pending.front().first);
     m_pendingBytes -= m_pending.front().second;
     m_pending.pop_front();
-    oldest.waitForFinished();
-    const StorageStatus status = oldest.result();
+    const StorageStatus status = oldest.get();
     if (status.ok())
         return true;
     if (m_refusal.isEmpty())
@@ -89,12 +89,8 @@ ChunkPacker::Outcome ChunkPacker::chunkFile(int fd, TreeEntry* entry, const std:
     for (;;) {
         if (stop)
             return Outcome::Stopped;
-        // Straight behind the unfinished chunk, so no byte is copied twice.
-        const int offset = m_buffer.size();
-        m_buffer.resize(offset + int(ReadSize));
-        const ssize_t got = ::read(fd, m_buffer.data() + offset, size_t(ReadSize));
+        const ssize_t got = ::read(fd, m_block.data(), size_t(ReadSize));
         const int failure = errno;
-        m_buffer.resize(offset + int(qMax<ssize_t>(got, 0)));
         if (got < 0) {
             if (failure == EINTR)
                 continue;
@@ -102,6 +98,8 @@ ChunkPacker::Outcome ChunkPacker::chunkFile(int fd, TreeEntry* entry, const std:
                          .arg(entry->item.path, QString::fromLocal8Bit(std::strerror(failure)));
             return Outcome::ReadFailed;
         }
+        const int offset = m_buffer.size();
+        m_buffer.append(m_block.data(), int(got));
         checksum.add(m_buffer.constData() + offset, got);
         size += got;
         m_bytesRead += got;
@@ -142,18 +140,23 @@ bool ChunkPacker::storeChunk(const char* data, qint64 size, TreeEntry* entry, QS
             return false;
         }
     }
-    QFuture<StorageStatus> added
-        = QtConcurrent::run(&m_packing, [this, id, raw = QByteArray(data, int(size))]() -> StorageStatus {
-              // Behind a refused chunk the run has failed already: storing
-              // more would only leave more for the tidy to remove.
-              if (m_refused)
-                  return {};
-              StorageStatus status = m_writer->add(id, raw);
-              if (!status.ok())
-                  m_refused = true;
-              return status;
-          });
-    m_pending.emplace_back(added, size);
+    // A promise rather than a QFuture: waiting on a QFuture whose task has
+    // not started runs that task in the waiting thread, beside the packing
+    // thread, and the writer is not thread-safe.
+    auto promise = std::make_shared<std::promise<StorageStatus>>();
+    std::future<StorageStatus> added = promise->get_future();
+    m_packing.start([this, promise, id, raw = QByteArray(data, int(size))] {
+        // Behind a refused chunk the run has failed already: storing more
+        // would only leave more for the tidy to remove.
+        StorageStatus status;
+        if (!m_refused) {
+            status = m_writer->add(id, raw);
+            if (!status.ok())
+                m_refused = true;
+        }
+        promise->set_value(status);
+    });
+    m_pending.emplace_back(std::move(added), size);
     m_pendingBytes += size;
     m_session->remember(id);
     m_bytesNew += size;

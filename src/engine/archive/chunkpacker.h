@@ -2,11 +2,12 @@
 
 #include <atomic>
 #include <deque>
+#include <future>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include <QByteArray>
-#include <QFuture>
 #include <QString>
 #include <QThreadPool>
 #include <QVector>
@@ -27,8 +28,8 @@ class PackWriter;
 // came, while later chunks are read and hashed; a pool of its own, since the
 // shared one runs the plans themselves. Up to QueueBytes of new chunks wait
 // for that thread, so reading and hashing go on through a pack's write and
-// sync. A packer holds at most the queue (16 MiB), the read buffer (one
-// unfinished chunk and one read, 5 MiB) and the pack being filled (8 MiB
+// sync. A packer holds at most the queue (16 MiB), the read buffers (one
+// unfinished chunk and two reads, 6 MiB) and the pack being filled (8 MiB
 // plus one encoded chunk): under 40 MiB.
 class ChunkPacker
 {
@@ -63,7 +64,7 @@ private:
     std::unique_ptr<PackWriter> m_writer;
     QThreadPool m_packing;
     // Chunks handed to the packing thread, oldest first, with their sizes.
-    std::deque<std::pair<QFuture<StorageStatus>, qint64>> m_pending;
+    std::deque<std::pair<std::future<StorageStatus>, qint64>> m_pending;
     qint64 m_pendingBytes = 0;
     // Set by the packing thread at the first refusal, so the chunks queued
     // behind it are dropped instead of stored.
@@ -71,6 +72,7 @@ private:
     // The first refusal settled, so nothing more is queued or stored.
     QString m_refusal;
     Chunker m_chunker;
+    std::vector<char> m_block; // one read
     QByteArray m_buffer; // the unfinished chunk and the last read
     qint64 m_bytesRead = 0;
     qint64 m_bytesNew = 0;
