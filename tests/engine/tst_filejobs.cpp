@@ -258,6 +258,12 @@ private slots:
             if (path != source.filePath(QStringLiteral("d/f07")))
                 QVERIFY2(read(target.path() + path) == read(path), qPrintable(path));
         }
+
+        // Asked to, a restore replaces what it found there.
+        restore.skipExistingFiles = false;
+        QCOMPARE(ArchiveRestoreJob(restore).run(stop, {}).totals.copiedCount, 31);
+        QCOMPARE(read(kept), read(source.filePath(QStringLiteral("d/f07"))));
+        QCOMPARE(QDir(QFileInfo(kept).path()).entryList(QDir::Files).size(), 31);
     }
 
     void shouldRestoreChosenItems()

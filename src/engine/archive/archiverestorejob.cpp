@@ -312,9 +312,14 @@ void ArchiveRestoreJob::restoreFile(const TreeEntry& entry, const std::atomic_bo
             = {{0, UTIME_OMIT}, {time_t(file.modifiedNs / 1000000000), long(file.modifiedNs % 1000000000)}};
         ::futimens(fd, times);
     }
+    bool inPlace = false;
     if (problem.isEmpty() && unnamed) {
         const QByteArray self = "/proc/self/fd/" + QByteArray::number(fd);
-        bool linked = false;
+        // Most restores go to names that do not exist yet: the file gets its
+        // own name at once, and linkat never replaces what is there, so the
+        // rename is needed only over an existing file.
+        inPlace = ::linkat(AT_FDCWD, self.constData(), target.fd(), name.constData(), AT_SYMLINK_FOLLOW) == 0;
+        bool linked = inPlace;
         for (int attempt = 0; attempt < 16 && !linked; ++attempt) {
             temporary = temporaryName();
             linked = ::linkat(AT_FDCWD, self.constData(), target.fd(), temporary.constData(), AT_SYMLINK_FOLLOW) == 0;
@@ -327,7 +332,8 @@ void ArchiveRestoreJob::restoreFile(const TreeEntry& entry, const std::atomic_bo
         }
     }
     ::close(fd);
-    if (problem.isEmpty() && ::renameat(target.fd(), temporary.constData(), target.fd(), name.constData()) != 0)
+    if (problem.isEmpty() && !inPlace
+        && ::renameat(target.fd(), temporary.constData(), target.fd(), name.constData()) != 0)
         problem = QStringLiteral("Cannot put %1 in place: %2").arg(file.path, errnoText());
     if (!problem.isEmpty()) {
         if (!temporary.isEmpty())

@@ -2,9 +2,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <future>
+#include <memory>
 #include <unistd.h>
-
-#include <QtConcurrent>
 
 #include "archivesession.h"
 #include "chunking/sha256stream.h"
@@ -25,25 +25,40 @@ ChunkPacker::ChunkPacker(ArchiveSession* session, const QString& packFolder, qin
     , m_writer(std::make_unique<PackWriter>(session->driver(), session->transform(), packFolder, packSize))
     , m_chunker(session->chunkerSeed())
 {
+    // An unfinished chunk and one read at most; reserved, so the buffer
+    // keeps its room from file to file.
+    m_buffer.reserve(int(Chunker::MaximumSize + ReadSize));
     m_block.resize(size_t(ReadSize));
     m_packing.setMaxThreadCount(1);
 }
 
 ChunkPacker::~ChunkPacker()
 {
-    m_pending.waitForFinished();
+    for (auto& pending : m_pending)
+        pending.first.wait();
+}
+
+bool ChunkPacker::settleOldest(QString* error)
+{
+    std::future<StorageStatus> oldest = std::move(m_pending.front().first);
+    m_pendingBytes -= m_pending.front().second;
+    m_pending.pop_front();
+    const StorageStatus status = oldest.get();
+    if (status.ok())
+        return true;
+    if (m_refusal.isEmpty())
+        m_refusal = status.error;
+    if (error->isEmpty())
+        *error = status.error;
+    return false;
 }
 
 bool ChunkPacker::settle(QString* error)
 {
-    if (m_pending.isCanceled() || !m_pending.isStarted())
-        return true;
-    m_pending.waitForFinished();
-    const StorageStatus status = m_pending.result();
-    m_pending = QFuture<StorageStatus>();
-    if (!status.ok())
-        *error = status.error;
-    return status.ok();
+    bool ok = true;
+    while (!m_pending.empty())
+        ok = settleOldest(error) && ok;
+    return ok;
 }
 
 StorageStatus ChunkPacker::flush()
@@ -51,29 +66,36 @@ StorageStatus ChunkPacker::flush()
     QString error;
     if (!settle(&error))
         return {error};
+    if (!m_refusal.isEmpty())
+        return {m_refusal};
     return m_writer->flush();
 }
 
 QVector<PackSummary> ChunkPacker::takeWrittenPacks()
 {
+    // The writer is the packing thread's until every chunk has settled; a
+    // refusal was reported by settle() already.
+    QString ignored;
+    settle(&ignored);
     return m_writer->takeWrittenPacks();
 }
 
 ChunkPacker::Outcome ChunkPacker::chunkFile(int fd, TreeEntry* entry, const std::atomic_bool& stop, QString* error)
 {
     Sha256Stream checksum;
-    m_buffer.clear();
+    m_buffer.resize(0);
     m_chunker.finish(); // whatever a file abandoned midway left
     qint64 size = 0;
     for (;;) {
         if (stop)
             return Outcome::Stopped;
         const ssize_t got = ::read(fd, m_block.data(), size_t(ReadSize));
+        const int failure = errno;
         if (got < 0) {
-            if (errno == EINTR)
+            if (failure == EINTR)
                 continue;
             *error = QStringLiteral("Cannot read %1: %2")
-                         .arg(entry->item.path, QString::fromLocal8Bit(std::strerror(errno)));
+                         .arg(entry->item.path, QString::fromLocal8Bit(std::strerror(failure)));
             return Outcome::ReadFailed;
         }
         const int offset = m_buffer.size();
@@ -107,10 +129,35 @@ bool ChunkPacker::storeChunk(const char* data, qint64 size, TreeEntry* entry, QS
     entry->chunks.append(id);
     if (m_session->isKnown(id))
         return true;
-    if (!settle(error))
+    if (!m_refusal.isEmpty()) {
+        *error = m_refusal;
         return false;
-    m_pending = QtConcurrent::run(
-        &m_packing, [this, id, raw = QByteArray(data, int(size))] { return m_writer->add(id, raw); });
+    }
+    while (!m_pending.empty() && m_pendingBytes + size > QueueBytes) {
+        if (!settleOldest(error)) {
+            QString rest;
+            settle(&rest);
+            return false;
+        }
+    }
+    // A promise rather than a QFuture: waiting on a QFuture whose task has
+    // not started runs that task in the waiting thread, beside the packing
+    // thread, and the writer is not thread-safe.
+    auto promise = std::make_shared<std::promise<StorageStatus>>();
+    std::future<StorageStatus> added = promise->get_future();
+    m_packing.start([this, promise, id, raw = QByteArray(data, int(size))] {
+        // Behind a refused chunk the run has failed already: storing more
+        // would only leave more for the tidy to remove.
+        StorageStatus status;
+        if (!m_refused) {
+            status = m_writer->add(id, raw);
+            if (!status.ok())
+                m_refused = true;
+        }
+        promise->set_value(status);
+    });
+    m_pending.emplace_back(std::move(added), size);
+    m_pendingBytes += size;
     m_session->remember(id);
     m_bytesNew += size;
     return true;
