@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "blocks/incrementheader.h"
 #include "core/bytename.h"
@@ -119,16 +120,23 @@ ConsistencyCheck::Work ConsistencyCheck::around(
                            .arg(database.lastError());
         }
         if (!earlierPoints.isEmpty()) {
-            // Every object once, however many of the points refer to it.
+            for (const QString& problem : std::as_const(outcome.walkedProblems)) {
+                if (!found.contains(problem))
+                    found << problem;
+            }
+            // Every object once, however many of the points refer to it. The
+            // latest point's copies were looked up by the walk: its open rows
+            // are not read a second time.
             StoreDatabase database;
             const bool read = database.open(storeFile)
-                && PointObjects::forEachBatch(database, earlierPoints, [&](const QList<StoredContent>& batch) {
-                       for (const QString& problem : problems(storageRoot, batch, outcome.checkedObjects)) {
-                           if (!found.contains(problem))
-                               found << problem;
-                       }
-                       return !stop;
-                   });
+                && PointObjects::forEachBatch(
+                    database, earlierPoints, outcome.walkedGeneration, [&](const QList<StoredContent>& batch) {
+                        for (const QString& problem : problems(storageRoot, batch, outcome.checkedObjects)) {
+                            if (!found.contains(problem))
+                                found << problem;
+                        }
+                        return !stop;
+                    });
             if (!read)
                 NVL::NvlDebug(QStringLiteral("NVB")).warning()
                     << QStringLiteral("The earlier restore points could not be read for the consistency check: %1")
@@ -136,6 +144,7 @@ ConsistencyCheck::Work ConsistencyCheck::around(
         }
         warn(&outcome, found);
         std::vector<quint64>().swap(outcome.checkedObjects);
+        outcome.walkedProblems.clear();
         return outcome;
     };
 }

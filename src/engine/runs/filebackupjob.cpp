@@ -32,7 +32,6 @@ namespace {
 // costs little per entry, small enough to keep the run's memory flat.
 constexpr int StageBatch = 4096;
 
-
 QDateTime fromTimespec(const struct timespec& time)
 {
     return QDateTime::fromMSecsSinceEpoch(qint64(time.tv_sec) * 1000 + time.tv_nsec / 1000000, Qt::UTC);
@@ -85,6 +84,8 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
     // Folders the walk never reached are gone, or no longer taken.
     for (const QString& parent : std::as_const(m_unvisitedParents))
         m_result.emptiedFolders.append(parent);
+    m_result.previousChecked = m_parameters.checkPrevious && m_parameters.previousChildren && !m_previousUnread
+        && m_unvisitedParents.isEmpty() && !stopped();
     finishResult(stop);
     return std::move(m_result);
 }
@@ -207,6 +208,7 @@ FileBackupJob::PreviousEntries FileBackupJob::previousBelow(const QString& folde
     if (!children) {
         // Unknown, so none of it carries over; what is there now is taken anew.
         m_result.emptiedFolders.append(folder);
+        m_previousUnread = true;
         return entries;
     }
     entries.reserve(children->size());
@@ -220,6 +222,10 @@ void FileBackupJob::keep(const StoredContent& item, PreviousEntries& previous)
     ++m_kept;
     const auto it = previous.find(item.path);
     if (it != previous.end()) {
+        // A reused copy was looked up as it was reused; an increment also
+        // needs its full version, which only the check looks at.
+        if (it->object != item.object || isIncrement(it->encoding))
+            checkPrevious(*it);
         const bool same = it->sameRecord(item);
         previous.erase(it);
         if (same)
@@ -237,8 +243,17 @@ void FileBackupJob::keep(const StoredContent& item, PreviousEntries& previous)
 
 void FileBackupJob::dropUnseen(const PreviousEntries& previous)
 {
-    for (auto it = previous.cbegin(); it != previous.cend(); ++it)
+    for (auto it = previous.cbegin(); it != previous.cend(); ++it) {
         m_result.removed.append(it.key());
+        checkPrevious(*it);
+    }
+}
+
+void FileBackupJob::checkPrevious(const StoredContent& previous)
+{
+    if (!m_parameters.checkPrevious || previous.type != StoredContent::File || previous.object.isEmpty())
+        return;
+    m_result.previousProblems += ConsistencyCheck::problems(m_parameters.storageRoot, {previous});
 }
 
 void FileBackupJob::takeFolder(const QString& path, const struct stat& info, PreviousEntries& previous)

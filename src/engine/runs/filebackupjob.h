@@ -51,6 +51,10 @@ public:
         // its copy. Unset: there is no previous point.
         std::function<std::optional<QList<StoredContent>>(const QString& folder)> previousChildren;
         QStringList previousParents;
+        // The full consistency check: the previous point's copies that this
+        // run does not reuse are looked up as the walk passes them, so that
+        // the check after the run need not read the previous point again.
+        bool checkPrevious = false;
         QDateTime reBackupModifiedSince;
         bool backupEmptyFolders = false;
         bool compress = false; // new copies are zstd objects
@@ -102,6 +106,11 @@ public:
         // Earlier copies found whole as they were reused, as keys of
         // ConsistencyCheck::checkedKey; 8 bytes a file, unsorted.
         std::vector<quint64> checkedObjects;
+        // With `checkPrevious`: what was found wrong with the previous
+        // point's copies, and whether every one of them was looked at (not
+        // when a folder of it could not be read or was never reached).
+        QStringList previousProblems;
+        bool previousChecked = false;
     };
 
     using ProgressHandler = std::function<void(const RunProgress&)>;
@@ -138,6 +147,7 @@ private:
     void takeFile(const QString& path, const struct stat& info, bool followLink, const std::atomic_bool& stop,
         PreviousEntries& previous);
     bool reusable(const StoredContent& previous, const StoredContent& now);
+    void checkPrevious(const StoredContent& previous);
     void report(bool force);
     // `counted`: the file was already counted as scanned.
     // How new copies are kept: compressed, enciphered, both or neither.
@@ -167,6 +177,7 @@ private:
     QString m_storageError;
     Result m_result;
     QSet<QString> m_unvisitedParents;
+    bool m_previousUnread = false; // a folder of the previous point could not be read
     qint64 m_kept = 0;
     ProgressHandler m_progress;
     QElapsedTimer m_clock;

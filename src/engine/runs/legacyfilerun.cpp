@@ -59,6 +59,7 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
     const QString storageRoot = parameters.storageRoot;
     RunWork work = [report, parameters = std::move(parameters), selection = std::move(selection), kept, planFolder,
                        previousGeneration, storeFile, password, keyBytes, keyChanged,
+                       checkEarlier = plan.useConsistencyCheck(),
                        runId = active.run.id](const std::atomic_bool& stop) mutable {
         sweepRunFolders(planFolder, kept);
         // The previous point is read a folder at a time, on this worker's
@@ -81,6 +82,9 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
             }
             if (parents) {
                 parameters.previousParents = *parents;
+                // Copies under another key are not handed to the walk, so
+                // the check after the run still reads them.
+                parameters.checkPrevious = checkEarlier && !keyChanged;
                 parameters.previousChildren = [&repository, previousGeneration, keyChanged](const QString& folder) {
                     auto children = repository->currentChildren(previousGeneration, folder);
                     if (children && keyChanged) {
@@ -141,6 +145,9 @@ RunWork LegacyFileRun::backup(EngineStore* store, const ActiveRun& active, const
         outcome.changes->stagedRun = staging && staging->count() > 0 ? runId : 0;
         outcome.checkedObjects = std::move(result.checkedObjects);
         std::sort(outcome.checkedObjects.begin(), outcome.checkedObjects.end());
+        if (result.previousChecked)
+            outcome.walkedGeneration = previousGeneration;
+        outcome.walkedProblems = std::move(result.previousProblems);
         return outcome;
     };
     QList<qint64> earlierPoints;

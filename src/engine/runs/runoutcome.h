@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QUuid>
 
 #include "runprogress.h"
@@ -30,6 +31,11 @@ struct RunOutcome
     // as it reused them (ConsistencyCheck::checkedKey), ascending, so that the
     // check after the run need not look them up again.
     std::vector<quint64> checkedObjects;
+    // Legacy backups with the full check: the generation whose latest
+    // point's copies the run looked up itself as it walked (null: none), and
+    // what it found wrong with them.
+    QUuid walkedGeneration;
+    QStringList walkedProblems;
     RunProgress totals;
     // New-format backups: bytes read from the sources, the part of them new
     // to the generation, and the bytes written to the storage; -1 elsewhere.

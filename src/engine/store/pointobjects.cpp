@@ -9,6 +9,7 @@
 #include <QVariant>
 
 #include "storedatabase.h"
+#include "storevalues.h"
 
 namespace NVB::Engine {
 
@@ -19,7 +20,7 @@ constexpr int Batch = 4096;
 
 } // namespace
 
-bool PointObjects::forEachBatch(StoreDatabase& database, const QList<qint64>& pointRows,
+bool PointObjects::forEachBatch(StoreDatabase& database, const QList<qint64>& pointRows, const QUuid& walked,
     const std::function<bool(const QList<StoredContent>&)>& take)
 {
     // The points' sequences by generation, ascending.
@@ -42,17 +43,20 @@ bool PointObjects::forEachBatch(StoreDatabase& database, const QList<qint64>& po
     // before, so that no batch reads again what an earlier one read.
     if (!q.prepare(QStringLiteral("SELECT path, first_seq, last_seq, size, deleted, object, stored_size, encoding "
                                   "FROM contents WHERE generation=? AND (path, first_seq)>(?, ?) AND type=? "
-                                  "AND first_seq<=? AND last_seq>=? ORDER BY path, first_seq LIMIT ?")))
+                                  "AND first_seq<=? AND last_seq>=? AND last_seq<>? ORDER BY path, first_seq LIMIT ?")))
         return database.fail(QStringLiteral("Cannot read the restore points' objects: %1").arg(q.lastError().text()));
+    const QString walkedText = walked.isNull() ? QString() : StoreValues::text(walked);
     for (auto& [generation, held] : sequences) {
         std::sort(held.begin(), held.end());
+        // A sequence is never negative: nothing is left out but the walked.
+        const qint64 skipped = generation == walkedText ? StoreValues::OpenEnd : -1;
         QString afterPath(QLatin1String(""));
         qint64 afterFirst = -1;
         for (;;) {
             int column = 0;
             for (const QVariant& value :
                 {QVariant(generation), QVariant(afterPath), QVariant(afterFirst), QVariant(int(StoredContent::File)),
-                    QVariant(held.back()), QVariant(held.front()), QVariant(Batch)})
+                    QVariant(held.back()), QVariant(held.front()), QVariant(skipped), QVariant(Batch)})
                 q.bindValue(column++, value);
             if (!q.exec())
                 return database.fail(

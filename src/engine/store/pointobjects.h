@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <QList>
+#include <QUuid>
 
 #include "storedcontent.h"
 
@@ -21,8 +22,10 @@ class PointObjects
 public:
     // Hands the files (path, type, size, deletion, object, stored size and
     // encoding only) to `take` a batch at a time; `take` answers false to
-    // end early. False when the store cannot be read.
-    static bool forEachBatch(StoreDatabase& database, const QList<qint64>& pointRows,
+    // end early. The rows still open in `walked` (the current point's of
+    // that generation, already looked at by the run) are left out. False
+    // when the store cannot be read.
+    static bool forEachBatch(StoreDatabase& database, const QList<qint64>& pointRows, const QUuid& walked,
         const std::function<bool(const QList<StoredContent>&)>& take);
 };
 
