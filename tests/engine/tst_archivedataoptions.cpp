@@ -11,6 +11,7 @@
 #include "repository/chunktransform.h"
 #include "repository/repository.h"
 #include "storage/memorydriver.h"
+#include "store/chunkindexstore.h"
 #include "store/contentchanges.h"
 #include "store/repositorystore.h"
 #include "store/storedatabase.h"
@@ -196,6 +197,34 @@ private slots:
     // except the newest weekly file; a point goes when both of its files
     // have; emptied generations leave the storage; every point left restores
     // exactly what the policy keeps of it.
+    void shouldAnswerABatchedLookUpAsSingleOnes()
+    {
+        // More ids than one statement takes, half of them cached, and the
+        // same ids cached under another generation.
+        QTemporaryDir data;
+        StoreDatabase database;
+        QVERIFY(database.open(data.filePath(QStringLiteral("engine.db"))));
+        ChunkIndexStore cache(database);
+        const QUuid generation = QUuid::createUuid();
+        const QUuid other = QUuid::createUuid();
+        PackSummary pack {QStringLiteral("p/1"), 1, {}};
+        QVector<QByteArray> asked;
+        for (int i = 0; i < 600; ++i) {
+            const QByteArray id = QCryptographicHash::hash(QByteArray::number(i), QCryptographicHash::Sha256);
+            asked.append(id);
+            if (i % 2 == 0)
+                pack.entries.append({id, i, 1, 1});
+        }
+        QVERIFY(cache.add(generation, QStringLiteral("index/1"), {pack}));
+        pack.entries = {{asked.at(1), 0, 1, 1}};
+        QVERIFY(cache.add(other, QStringLiteral("index/2"), {pack}));
+        QSet<QByteArray> found;
+        QVERIFY(cache.containing(generation, asked, &found));
+        QCOMPARE(found.size(), 300);
+        for (const QByteArray& id : std::as_const(asked))
+            QCOMPARE(found.contains(id), cache.contains(generation, id));
+    }
+
     void shouldKeepExactlyWhatThePolicySaysOverAYear()
     {
         QTemporaryDir data;

@@ -35,8 +35,6 @@ using NVB::Info::Plan::PlanResult;
 
 namespace {
 
-
-
 void describe(const struct stat& info, StoredContent* item)
 {
     item->modifiedNs = nanoseconds(info.st_mtim);
@@ -107,6 +105,16 @@ bool ArchiveBackupJob::prepare()
     m_tree = std::make_unique<PointTreeWriter>(repository, m_session->transform(), header);
     m_treeKey = repository->treeKey(m_parameters.generation, m_parameters.sequence);
     m_merge = std::make_unique<TreeMerge>(m_previous.get(), m_tree.get(), m_treeKey, m_parameters.stageContent);
+    // An unchanged file is kept only while its chunks are in the index:
+    // asking for a whole listing's chunks at once spares a look-up each.
+    m_merge->setListingSeen([this](const QVector<TreeEntry>& listing) {
+        QVector<QByteArray> ids;
+        for (const TreeEntry& entry : listing) {
+            if (entry.item.type == StoredContent::File)
+                ids += entry.chunks;
+        }
+        m_session->prefetch(ids);
+    });
     return true;
 }
 

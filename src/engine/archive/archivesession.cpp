@@ -121,11 +121,34 @@ bool ArchiveSession::syncCache()
 
 bool ArchiveSession::isKnown(const QByteArray& id) const
 {
-    return m_known.contains(id) || (m_cache && m_cache->contains(m_setup.generation, id));
+    if (m_known.contains(id))
+        return true;
+    if (!m_cache)
+        return false;
+    // The cache does not change during a run (this run's own chunks are in
+    // m_known), so a prefetched answer stays true until the commit.
+    if (m_asked.contains(id))
+        return m_cached.contains(id);
+    return m_cache->contains(m_setup.generation, id);
+}
+
+void ArchiveSession::prefetch(const QVector<QByteArray>& ids)
+{
+    m_asked.clear();
+    m_cached.clear();
+    if (!m_cache || ids.isEmpty())
+        return;
+    QSet<QByteArray> found;
+    if (!m_cache->containing(m_setup.generation, ids, &found))
+        return; // each id is asked on its own again
+    m_asked = QSet<QByteArray>(ids.cbegin(), ids.cend());
+    m_cached = std::move(found);
 }
 
 void ArchiveSession::cacheIndex(const QString& key, const QVector<PackSummary>& packs)
 {
+    m_asked.clear();
+    m_cached.clear();
     if (m_cache && !m_cache->add(m_setup.generation, key, packs))
         m_cache->forget(m_setup.generation); // the next run reads the storage's index again
 }

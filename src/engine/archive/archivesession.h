@@ -55,6 +55,10 @@ public:
     QStringList removedPacks() const { return m_removedPacks; }
 
     bool isKnown(const QByteArray& id) const;
+    // Asks the cache about `ids` at once (a folder's unchanged files, about
+    // to be checked one by one); isKnown() then answers for them from
+    // memory until the next call.
+    void prefetch(const QVector<QByteArray>& ids);
     void remember(const QByteArray& id) { m_known.insert(id); }
     // Tells the cache of a run's index object, once written.
     void cacheIndex(const QString& key, const QVector<PackSummary>& packs);
@@ -77,6 +81,9 @@ private:
     // index too.
     QSet<QByteArray> m_known;
     QStringList m_removedPacks;
+    // The last prefetch: the ids asked, and those the cache holds.
+    QSet<QByteArray> m_asked;
+    QSet<QByteArray> m_cached;
 };
 
 } // namespace NVB::Engine

@@ -97,6 +97,8 @@ void TreeMerge::openListing(const QString& folder)
         previousFailed(error);
         return;
     }
+    if (m_listingSeen)
+        m_listingSeen(listing);
     m_before.reserve(listing.size());
     for (const TreeEntry& entry : listing)
         m_before.insert(entry.item.path, entry);

@@ -30,6 +30,9 @@ public:
     // Takes a batch of recorded entries off the run's hands (staged in the
     // store); false keeps them in memory instead.
     using Stage = std::function<bool(const QList<StoredContent>&)>;
+    // Told each listing of the previous tree as it is read, before its
+    // entries are compared.
+    using ListingSeen = std::function<void(const QVector<TreeEntry>&)>;
 
     // `previous` may be null: everything is new.
     TreeMerge(PointTreeReader* previous, PointTreeWriter* writer, const QString& treeKey, Stage stage);
@@ -37,6 +40,7 @@ public:
     // The previous point's entry at `path`, or null; valid until the next
     // call. Folders waiting above the path are written first.
     const TreeEntry* previous(const QString& path);
+    void setListingSeen(ListingSeen seen) { m_listingSeen = std::move(seen); }
     // A folder is written at once when kept even if empty, otherwise once
     // something below it is; leaving it unwritten drops it.
     void enterFolder(const TreeEntry& folder, bool keepEmpty);
@@ -76,6 +80,7 @@ private:
     PointTreeWriter* m_writer;
     QString m_treeKey;
     Stage m_stage;
+    ListingSeen m_listingSeen;
     QVector<TreeEntry> m_pending; // folders nothing below was taken from yet
     QString m_folder;
     bool m_open = false;

@@ -31,6 +31,11 @@ public:
     // Records an index object and the chunks of the packs it names.
     bool add(const QUuid& generation, const QString& object, const QVector<PackSummary>& packs);
     bool contains(const QUuid& generation, const QByteArray& id);
+    // Those of `ids` the cache holds, asked a few hundred at a time: a run
+    // checks a whole folder's unchanged files at once instead of paying a
+    // statement per chunk. False when the store fails (`found` is then not
+    // to be trusted).
+    bool containing(const QUuid& generation, const QVector<QByteArray>& ids, QSet<QByteArray>* found);
     // The packs the cached index names.
     QSet<QString> packs(const QUuid& generation);
     // Drops the generation's cache: it is gone, or the storage no longer
@@ -38,8 +43,13 @@ public:
     bool forget(const QUuid& generation);
 
 private:
+    const QString& generationKey(const QUuid& generation);
+
     StoreDatabase& m_db;
     std::unique_ptr<QSqlQuery> m_lookup;
+    std::unique_ptr<QSqlQuery> m_batchLookup;
+    QUuid m_lookupUuid;
+    QString m_lookupGeneration; // its text, made once rather than per look-up
 };
 
 } // namespace NVB::Engine
