@@ -205,6 +205,28 @@ private slots:
         QVERIFY2(estimates.size() >= 2, qPrintable(QStringLiteral("%1 estimates").arg(estimates.size())));
         QVERIFY2(estimates.last() < estimates.first(),
             qPrintable(QStringLiteral("%1 then %2").arg(estimates.first()).arg(estimates.last())));
+
+        // The next run is told against the last run's totals instead of a
+        // count of its own; a tree grown beyond them must still end whole,
+        // with the share never going back.
+        for (int i = 160; i < 200; ++i) {
+            random.fillRange(reinterpret_cast<quint32*>(block.data()), block.size() / 4);
+            write(m_source.filePath(QStringLiteral("big/%1.bin").arg(i)), block);
+        }
+        QVERIFY(run(plan));
+        percent = -1;
+        QJsonObject last;
+        for (const QJsonObject& note : m_session.notifications()) {
+            if (QUuid(note.value(QLatin1String(Format::Header::Type)).toString())
+                != Format::Worker::ReportProgress2::Type)
+                continue;
+            last = note.value(QLatin1String(Format::Header::Message)).toObject();
+            const int now = last.value(QLatin1String(Format::Worker::ReportProgress2::Progress)).toInt();
+            QVERIFY2(now >= percent, "the share done went back");
+            percent = now;
+        }
+        QCOMPARE(percent, 100);
+        QCOMPARE(last.value(QLatin1String(Format::Worker::ReportProgress2::TotalFileCount)).toInt(), 200);
     }
 
     void shouldBackUpIncrementallyAndRecordHistory()

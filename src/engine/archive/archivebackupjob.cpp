@@ -128,7 +128,7 @@ ArchiveBackupJob::Result ArchiveBackupJob::run(const std::atomic_bool& stop, con
     m_scan = std::make_unique<TransferScan>(m_selection,
         SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken,
             m_parameters.skipSymlinks});
-    m_scan->start(stop);
+    m_scan->start(stop, m_parameters.expectedTotals);
     m_result.totals.transferStartMs = m_clock.elapsed();
     report(true);
 

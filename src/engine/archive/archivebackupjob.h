@@ -62,6 +62,9 @@ public:
         bool skipSymlinks = false;
         QStringList neverTaken;
         std::optional<bool> oneFileSystem;
+        // The files and bytes the plan's last run took; set, progress is
+        // told against them instead of a count of its own (TransferScan).
+        std::optional<TransferScan::Totals> expectedTotals;
         // Tests give a driver of their own; otherwise a File System driver
         // on storageRoot.
         StorageDriver* driver = nullptr;

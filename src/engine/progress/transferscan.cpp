@@ -1,5 +1,6 @@
 #include "transferscan.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace NVB::Engine {
@@ -15,9 +16,12 @@ TransferScan::~TransferScan()
         m_thread.join();
 }
 
-void TransferScan::start(const std::atomic_bool& stop)
+void TransferScan::start(const std::atomic_bool& stop, std::optional<Totals> expected)
 {
     m_stop = &stop;
+    m_expected = expected;
+    if (m_expected)
+        return;
     m_thread = std::thread([this] {
         m_walk.walk(*this);
         if (!stopped())
@@ -34,6 +38,11 @@ std::optional<TransferScan::Totals> TransferScan::totals() const
 
 void TransferScan::fill(RunProgress* progress, bool ended) const
 {
+    if (m_expected) {
+        progress->totalCount = ended ? progress->scannedCount : std::max(m_expected->count, progress->scannedCount);
+        progress->totalSize = ended ? progress->scannedSize : std::max(m_expected->size, progress->scannedSize);
+        return;
+    }
     if (progress->totalCount >= 0)
         return;
     if (const auto known = totals()) {

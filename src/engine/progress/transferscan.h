@@ -32,8 +32,12 @@ public:
     TransferScan(const TransferScan&) = delete;
     TransferScan& operator=(const TransferScan&) = delete;
 
-    // Starts counting; `stop` ends the count as it ends the run.
-    void start(const std::atomic_bool& stop);
+    // Starts counting; `stop` ends the count as it ends the run. With the
+    // totals of the plan's last run, nothing is counted: a run that follows
+    // a restore point mostly meets the tree that point saw, and a second
+    // walk of it would cost as much as the run's own. The share done is then
+    // told against those totals, raised by whatever the run sees beyond them.
+    void start(const std::atomic_bool& stop, std::optional<Totals> expected = std::nullopt);
     // The totals once the whole selection is counted.
     std::optional<Totals> totals() const;
     // Puts the totals into `progress` once they are known. At the run's end
@@ -54,6 +58,7 @@ private:
     std::atomic_bool m_cancel {false};
     std::atomic_bool m_done {false};
     Totals m_totals;
+    std::optional<Totals> m_expected;
     std::thread m_thread;
 };
 

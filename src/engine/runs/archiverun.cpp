@@ -53,6 +53,7 @@ RunWork ArchiveRun::backup(const ActiveRun& active, const FileBackupJob::Paramet
     archive.skipSymlinks = parameters.skipSymlinks;
     archive.neverTaken = parameters.neverTaken;
     archive.oneFileSystem = parameters.oneFileSystem;
+    archive.expectedTotals = parameters.expectedTotals;
     archive.storeFile = storeFile;
     RunWork work = [report, archive = std::move(archive), selection = std::move(selection), runId = active.run.id](
                        const std::atomic_bool& stop) {

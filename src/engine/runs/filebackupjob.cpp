@@ -72,7 +72,7 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
     m_scan = std::make_unique<TransferScan>(m_selection,
         SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken,
             m_parameters.skipSymlinks});
-    m_scan->start(stop);
+    m_scan->start(stop, m_parameters.expectedTotals);
     m_result.totals.transferStartMs = m_clock.elapsed();
     report(true);
     const QStringList previousParents = m_parameters.previousParents;

@@ -72,6 +72,9 @@ public:
         // only for the root "/", where crossing would take /proc, /sys and
         // every mounted drive.
         std::optional<bool> oneFileSystem;
+        // The files and bytes the plan's last run took; set, progress is
+        // told against them instead of a count of its own (TransferScan).
+        std::optional<TransferScan::Totals> expectedTotals;
         // Block level: a changed file whose full version has a block map
         // stores only the blocks that differ from it; a file without one is
         // stored whole, with a map. 0: changed files are stored whole.

@@ -205,6 +205,8 @@ QString RunManager::prepareBackup(ActiveRun& active, const NVB::Info::Plan::Base
         parameters.oneFileSystem = oneFileSystem == QLatin1String("true");
     parameters.neverTaken = QStringList {parameters.storageRoot, QFileInfo(m_store->filePath()).absolutePath()};
     const QUuid previousGeneration = previous ? previous->generationId : QUuid();
+    if (previous && active.plan.lastFileCount > 0)
+        parameters.expectedTotals = TransferScan::Totals {active.plan.lastFileCount, active.plan.lastFileSize};
 
     FileSelection selection(plan->items(), plan->excludeItems(), FileSelection::FilterType(int(plan->filterType())),
         plan->filter(), plan->excludeFolderList(), plan->excludeSystemAndHidden());
