@@ -120,8 +120,7 @@ bool ArchiveBackupJob::prepare()
 
 ArchiveBackupJob::Result ArchiveBackupJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
 {
-    m_progress = progress;
-    m_clock.start();
+    m_pacer.start(progress);
     if (!prepare())
         return std::move(m_result);
 
@@ -129,7 +128,7 @@ ArchiveBackupJob::Result ArchiveBackupJob::run(const std::atomic_bool& stop, con
         SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken,
             m_parameters.skipSymlinks});
     m_scan->start(stop, m_parameters.expectedTotals);
-    m_result.totals.transferStartMs = m_clock.elapsed();
+    m_result.totals.transferStartMs = m_pacer.elapsed();
     report(true);
 
     m_stop = &stop;
@@ -220,7 +219,7 @@ void ArchiveBackupJob::takeFile(
         }
     }
 
-    const qint64 started = m_clock.elapsed();
+    const qint64 started = m_pacer.elapsed();
     const QByteArray encoded = NVL::ByteName::encode(path);
     bool unsteady = false;
     for (int attempt = 0; attempt < 2; ++attempt) {
@@ -276,7 +275,7 @@ void ArchiveBackupJob::takeFile(
     record.size = entry.item.size;
     record.modifiedUtc = entry.item.modifiedUtc;
     record.finishUtc = QDateTime::currentDateTimeUtc();
-    record.durationMs = m_clock.elapsed() - started;
+    record.durationMs = m_pacer.elapsed() - started;
     if (unsteady) {
         ++m_result.unsteadyCount;
         record.message = QStringLiteral("%1 changed while it was read; the copy may be inconsistent").arg(path);
@@ -397,14 +396,7 @@ void ArchiveBackupJob::failStorage(const QString& message)
 
 void ArchiveBackupJob::report(bool force)
 {
-    const qint64 now = m_clock.elapsed();
-    if (!m_progress || (!force && m_lastReport >= 0 && now - m_lastReport < 100))
-        return;
-    if (m_scan)
-        m_scan->fill(&m_result.totals, false);
-    m_lastReport = now;
-    m_result.totals.elapsedMs = now;
-    m_progress(m_result.totals);
+    m_pacer.report(&m_result.totals, m_scan.get(), force);
 }
 
 } // namespace NVB::Engine

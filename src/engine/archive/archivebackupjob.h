@@ -7,11 +7,11 @@
 #include <sys/stat.h>
 
 #include <QDateTime>
-#include <QElapsedTimer>
 #include <QList>
 #include <QString>
 #include <QUuid>
 
+#include "progress/progresspacer.h"
 #include "progress/transferscan.h"
 #include "repository/packresult.h"
 #include "repository/pointtree.h"
@@ -141,9 +141,7 @@ private:
     bool m_stopped = false;
     QString m_storageError;
     Result m_result;
-    ProgressHandler m_progress;
-    QElapsedTimer m_clock;
-    qint64 m_lastReport = -1;
+    ProgressPacer m_pacer;
 };
 
 } // namespace NVB::Engine

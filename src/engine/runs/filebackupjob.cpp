@@ -56,8 +56,7 @@ FileBackupJob::FileBackupJob(Parameters parameters, FileSelection selection)
 
 FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const ProgressHandler& progress)
 {
-    m_progress = progress;
-    m_clock.start();
+    m_pacer.start(progress);
 
     QString error;
     m_storage = FolderHandle::openAbsolute(NVL::ByteName::encode(m_parameters.storageRoot), &error);
@@ -73,7 +72,7 @@ FileBackupJob::Result FileBackupJob::run(const std::atomic_bool& stop, const Pro
         SourceWalk::Options {m_parameters.followFileSymlinks, m_parameters.oneFileSystem, m_parameters.neverTaken,
             m_parameters.skipSymlinks});
     m_scan->start(stop, m_parameters.expectedTotals);
-    m_result.totals.transferStartMs = m_clock.elapsed();
+    m_result.totals.transferStartMs = m_pacer.elapsed();
     report(true);
     const QStringList previousParents = m_parameters.previousParents;
     m_unvisitedParents = QSet<QString>(previousParents.cbegin(), previousParents.cend());
@@ -331,7 +330,7 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
         return;
     }
 
-    const qint64 started = m_clock.elapsed();
+    const qint64 started = m_pacer.elapsed();
     const QByteArray encoded = NVL::ByteName::encode(path);
     const int slash = encoded.lastIndexOf('/');
     QByteArray name = encoded.mid(slash + 1);
@@ -408,7 +407,7 @@ void FileBackupJob::takeFile(const QString& path, const struct stat& seen, bool 
     RunFileRecord record = fileRecord(path, RunFileRecord::Copied);
     record.size = copied.size;
     record.modifiedUtc = file.modifiedUtc;
-    record.durationMs = m_clock.elapsed() - started;
+    record.durationMs = m_pacer.elapsed() - started;
     if (taken.unsteady) {
         ++m_result.unsteadyCount;
         record.message = QStringLiteral("%1 changed while it was read; the copy may be inconsistent").arg(path);
@@ -469,14 +468,7 @@ void FileBackupJob::failStorage(const QString& path, const QString& message)
 
 void FileBackupJob::report(bool force)
 {
-    const qint64 now = m_clock.elapsed();
-    if (!m_progress || (!force && m_lastReport >= 0 && now - m_lastReport < 100))
-        return;
-    if (m_scan)
-        m_scan->fill(&m_result.totals, false);
-    m_lastReport = now;
-    m_result.totals.elapsedMs = now;
-    m_progress(m_result.totals);
+    m_pacer.report(&m_result.totals, m_scan.get(), force);
 }
 
 } // namespace NVB::Engine

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include <QDateTime>
-#include <QElapsedTimer>
 #include <QHash>
 #include <QList>
 #include <QSet>
@@ -23,6 +22,7 @@
 #include "foldercache.h"
 #include "folderhandle.h"
 #include "objectencoding.h"
+#include "progress/progresspacer.h"
 #include "progress/transferscan.h"
 #include "runprogress.h"
 #include "store/runfilerecord.h"
@@ -182,9 +182,7 @@ private:
     QSet<QString> m_unvisitedParents;
     bool m_previousUnread = false; // a folder of the previous point could not be read
     qint64 m_kept = 0;
-    ProgressHandler m_progress;
-    QElapsedTimer m_clock;
-    qint64 m_lastReport = -1;
+    ProgressPacer m_pacer;
 };
 
 } // namespace NVB::Engine
